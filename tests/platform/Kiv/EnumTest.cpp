@@ -1,0 +1,148 @@
+#include "Kiv/Enum.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iomanip>
+#include <limits>
+#include <sstream>
+#include <vector>
+
+#include "Kiv/EnumRegistry.h"
+#include "Kiv/Exception.h"
+
+namespace {
+
+// Rows out of order, names that begin alike, members and markers in and beyond
+// the octets, and both ends of the range.
+#define ENUM_ROWS(member, marker) \
+  member(toneHigh, 200)           \
+  member(tone, 0)                 \
+  marker(toneWild, 7)             \
+  member(toneHighest, 255)        \
+  member(toneFar, 0xffffff01)     \
+  marker(toneUnknown, 65536)      \
+  member(toneLast, 0xffffffff)    \
+  member(tone64, 64)
+KIV_ENUM(Tone, ENUM_ROWS)
+#undef ENUM_ROWS
+KIV_ENUM_INSTANCE_BY_VALUE(Tone, toneOfValue)
+KIV_ENUM_INSTANCE_BY_POSITION(Tone, toneAt)
+
+#define ENUM_ROWS(member, marker) marker(emptyUnknown, 256)
+KIV_ENUM(Empty, ENUM_ROWS)
+#undef ENUM_ROWS
+
+using Kiv::operator<<;
+using Kiv::RangeException;
+
+static_assert(Kiv::RegisteredEnum<Tone> && !Kiv::RegisteredEnum<Kiv::EnumInfo>);
+static_assert(Kiv::enumIsValid(Tone::toneHighest) && !Kiv::enumIsValid(Tone::toneWild),
+              "validity can be asked for at compile time");
+
+// What a reader makes of `text`: the member's name and what is left, or "refused".
+std::string readTone(const std::string& text) {
+  const char* it = text.data();
+  Tone tone = Tone::toneWild;
+  try {
+    Kiv::sequenceToValue(it, text.data() + text.size(), &tone);
+  } catch (const RangeException&) {
+    return it == text.data() && tone == Tone::toneWild ? "refused" : "refused, but changed";
+  }
+  return Kiv::stringValue(tone) + "+" + it;
+}
+
+TEST(Enum, OnlyMembersAreValid) {
+  const std::vector<U32> valid{0, 64, 200, 255, 0xffffff01, 0xffffffff};
+  for (U32 number :
+       {0u,   1u,   7u,   63u,  64u,    65u,    128u,   200u,        254u,        255u,
+        256u, 264u, 320u, 456u, 65535u, 65536u, 65600u, 0xffffff00u, 0xffffff01u, 0xffffffffu}) {
+    const bool expected = std::ranges::count(valid, number) != 0;
+    EXPECT_EQ(Kiv::enumIsValid(Tone{number}), expected) << number;
+  }
+  for (U32 number : {0u, 255u, 256u}) EXPECT_FALSE(Kiv::enumIsValid(Empty{number}));
+}
+
+TEST(Enum, NumbersWithoutNamePrintAsSuch) {
+  std::ostringstream os;
+  os << Tone::toneUnknown << ' ' << Tone{8} << ' ' << std::setw(6) << Tone::tone;
+  EXPECT_EQ(os.str(), "toneUnknown Tone(8)   tone");
+  EXPECT_EQ(Kiv::valueToStrep(Tone{0xfffffffe}), "Tone(4294967294)");
+  EXPECT_EQ(Kiv::enumName(Tone::tone64), "tone64");
+  EXPECT_EQ(Kiv::enumName(Tone{8}), "");
+}
+
+TEST(Enum, ReaderTakesTheLongestIdentifier) {
+  EXPECT_EQ(readTone("tone"), "tone+");
+  EXPECT_EQ(readTone("toneHigh,tone"), "toneHigh+,tone");
+  EXPECT_EQ(readTone("toneHighest"), "toneHighest+");
+  EXPECT_EQ(readTone("tone64 "), "tone64+ ");
+  EXPECT_EQ(readTone("toneUnknown}"), "toneUnknown+}");
+  for (const char* text : {"", " tone", "ton", "toneHigher", "tone_", "64", "Tone(8)", "TONE"}) {
+    EXPECT_EQ(readTone(text), "refused") << text;
+  }
+}
+
+TEST(Enum, InstancesByValuePositionAndName) {
+  EXPECT_EQ(toneOfValue(65536), Tone::toneUnknown);
+  EXPECT_EQ(toneOfValue("toneFar"), Tone::toneFar);
+  EXPECT_EQ(toneAt("toneWild"), Tone::toneWild);
+  const std::vector<Tone> ascending{Tone::tone,     Tone::toneWild,    Tone::tone64,
+                                    Tone::toneHigh, Tone::toneHighest, Tone::toneUnknown,
+                                    Tone::toneFar,  Tone::toneLast};
+  for (U32 i = 0; i < ascending.size(); ++i) EXPECT_EQ(toneAt(i), ascending[i]);
+
+  EXPECT_THROW(toneOfValue(1), RangeException);
+  EXPECT_THROW(toneAt(8), RangeException);
+  EXPECT_THROW(toneAt(0xffffffff), RangeException);
+  EXPECT_THROW(toneAt("tone "), RangeException);
+  EXPECT_THROW(toneOfValue(Kiv::String("tone\0", 5)), RangeException);
+  EXPECT_THROW(toneOfValue(""), RangeException);
+}
+
+TEST(Enum, ExceptionSaysWhatIsMissingButNotAtAnyLength) {
+  try {
+    toneOfValue(Kiv::String(1'000'000, 'x'));
+    FAIL();
+  } catch (const RangeException& error) {
+    EXPECT_EQ(std::string(error.what()).find("Tone: no member named \"xxx"), 0u);
+    EXPECT_LT(std::string(error.what()).size(), 200u);
+  }
+}
+
+// A number that agrees with a member in its low 32 bits only is not that member.
+TEST(EnumInfo, LooksUpNumbersOfAnyWidth) {
+  const Kiv::EnumInfo& info = Kiv::enumInfo<Tone>;
+  ASSERT_NE(info.findValue(0xffffffff), nullptr);
+  EXPECT_EQ(info.findValue(U64{1} << 32), nullptr);
+  EXPECT_EQ(info.findValue((U64{1} << 32) + 64), nullptr);
+  EXPECT_EQ(info.findValue(std::numeric_limits<U64>::max()), nullptr);
+
+  const Kiv::EnumInfo::Member member
+  = info.memberAt(1);
+  EXPECT_EQ(member.enumeration, &info);
+  EXPECT_EQ(member.name, "toneWild");
+  EXPECT_EQ(member.value, 7u);
+  EXPECT_FALSE(member.valid);
+}
+
+TEST(EnumRegistry, HoldsModulesAsLongAsTheyLive) {
+  EXPECT_EQ(Kiv::EnumRegistry::findEnum("Tone"), nullptr);
+  {
+    const Kiv::EnumModule late("ZTest", Kiv::enumInfosOf<Kiv::EnumList<Tone, Empty>>);
+    const Kiv::EnumModule early("ATest", {});
+    EXPECT_EQ(Kiv::EnumRegistry::findModule("ZTest"), &late);
+    EXPECT_EQ(Kiv::EnumRegistry::findEnum("Empty"), &Kiv::enumInfo<Empty>);
+    ASSERT_EQ(late.enums().size(), 2u);
+    EXPECT_EQ(late.enums()[0]->name(), "Tone");
+
+    const auto modules = Kiv::EnumRegistry::modules();
+    const auto earlyAt = std::ranges::find(modules, &early);
+    ASSERT_NE(earlyAt, modules.end());
+    EXPECT_NE(std::find(earlyAt, modules.end(), &late), modules.end()) << "not in name order";
+  }
+  EXPECT_EQ(Kiv::EnumRegistry::findEnum("Tone"), nullptr);
+  EXPECT_EQ(Kiv::EnumRegistry::findModule("ATest"), nullptr);
+}
+
+}  // namespace
