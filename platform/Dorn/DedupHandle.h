@@ -1,0 +1,132 @@
+// The base of every interned object.
+//
+// Equal contents share one object, found through a Dorn::DedupHashTable.  An
+// object is built privately, handed to a table once (`dedup`), and from then on
+// read-only and shared.  References to a member: one by the table, one by its
+// lifetime notifier if a notifier object holds it, the rest by users.  The
+// release that leaves only the first two takes the member out of the table, and
+// the table's reference, dropped after, destroys it.
+//
+// Threads: with thread-safe pointers on and a table built for several threads,
+// any thread may share and release members at any time.  DedupHashTable.h says
+// how a release and a lookup that meet are settled.
+#ifndef DORN_DEDUPHANDLE_H
+#define DORN_DEDUPHANDLE_H
+
+#include <atomic>
+
+#include "Dorn/DedupContentHandle.h"
+#include "Kiv/Assert.h"
+#include "Kiv/Export.h"
+#include "Kiv/PtrInterface.h"
+#include "Kiv/Types.h"
+
+namespace Dorn {
+
+class DedupHashTable;
+
+// Where a handle is in its life.  A handle that has left its table can be told
+// from one that never was in any.
+enum class DedupHandleState : U8 {
+  neverDeduped = 0,
+  deduped = 1,   // member of a table
+  detached = 2,  // was a member; its table removed it or is gone
+  rebuilt = 4,   // came from a shared-memory store; never enters a table
+};
+
+constexpr DedupHandleState dedupHandleStateNeverDeduped() noexcept {
+  return DedupHandleState::neverDeduped;
+}
+
+// While on, giving up a reference of an interned type does nothing: a host that
+// is about to exit need not take its tables apart.  Set by one thread, for good.
+extern OV_EXPORT bool dedupHandleDisableSmartPointerOperations;
+
+class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
+ public:
+  using Ptr = Kiv::Ptr<DedupHandle>;
+  using PtrConst = Kiv::Ptr<const DedupHandle>;
+  using RawPtr = DedupHandle*;
+  using RawPtrConst = const DedupHandle*;
+  using ReferenceRules = DedupHandle;
+
+  // Whether the handle is in a table now, and whether it ever was.
+  virtual bool isDeduped() const noexcept;
+  virtual bool everDeduped() const noexcept;
+  // Stops the process unless the handle is in a table.
+  virtual void assertIsDeduped() const noexcept;
+
+  // The contract of an interned type.  Equal contents have equal hashes; compare
+  // answers equality and is given only handles of the table's own type.
+  virtual U32 hash() const = 0;
+  virtual bool compare(RawPtrConst other) const = 0;
+  // Whether `key`, a content record of this type, has this object's content.  The
+  // default, for types that are never looked up so, is false.
+  virtual bool compareByContent(const DedupContentHandle& key) const;
+  // What the table probes with: any hash of the content will do, so a type whose
+  // hash() is slow can offer a cheaper one.  Never needs other objects.
+  virtual U32 probeHash() const;
+
+  DedupHandleState dedupState() const noexcept {
+    return static_cast<DedupHandleState>(state() >> stateShift);
+  }
+  bool beingDetached() const noexcept { return (state() & beingDetachedBit) != 0; }
+  bool haveLifeTimeNotifier() const noexcept { return (word() & lifeTimeNotifierFlag) != 0; }
+  // Says that a notifier object holds a counted reference to this handle: set it
+  // after that reference is taken, clear it before that reference is dropped.
+  void haveLifeTimeNotifierIs(bool have) const noexcept { flagIs(lifeTimeNotifierFlag, have); }
+
+  // Both return the references held after the change.  They hide the base's: see
+  // ReferenceRules.
+  U32 referencesIncReturnRef() const noexcept {
+    KIV_ASSERT(!beingDetached(), "!beingDetached()", "Dorn/DedupHandle");
+    return referenceAdd() & countMask;
+  }
+  U32 referencesDec() const noexcept;
+
+ protected:
+  DedupHandle() noexcept = default;
+  ~DedupHandle() override;
+
+  void dedupStateIs(DedupHandleState state) noexcept;
+
+ private:
+  friend class DedupHashTable;
+
+  static constexpr U32 beingDetachedBit = 1;
+  static constexpr U32 stateShift = 8;
+
+  // The references that keep a member in its table though nobody uses it.
+  static constexpr U32 idleReferences(U32 word) noexcept {
+    return 1 + ((word & lifeTimeNotifierFlag) != 0 ? 1 : 0);
+  }
+  U32 state() const noexcept { return state_.load(std::memory_order_relaxed); }
+  void beingDetachedIs(bool being) noexcept;
+  U32 doRemoveFromDedupTable() const noexcept;
+
+  // Changes only while one thread has the handle, or under the table's lock.
+  std::atomic<U32> state_{0};
+  // The table, while a member; the next one in line while waiting to be dropped.
+  union {
+    DedupHashTable* table_ = nullptr;
+    DedupHandle* nextDetached_;
+  };
+};
+
+// Fast while others still use the handle: one compare-and-exchange (one store
+// without thread-safe pointers).  The release that may leave only the table and
+// the notifier goes to the table, which decides under its lock.
+inline U32 DedupHandle::referencesDec() const noexcept {
+  if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
+    return 1;
+  U32 seen = word();
+  while ((seen & countMask) - 1 > idleReferences(seen)) {
+    if (!threadSafePointers) return referenceSubtract() & countMask;
+    if (referenceSubtractFrom(seen)) return (seen - 1) & countMask;
+  }
+  return doRemoveFromDedupTable();
+}
+
+}  // namespace Dorn
+
+#endif

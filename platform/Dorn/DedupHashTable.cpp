@@ -1,0 +1,296 @@
+#include "Dorn/DedupHashTable.h"
+
+#include <utility>
+
+#include "Kiv/Assert.h"
+
+namespace Dorn {
+namespace {
+
+// Enough that a few dozen threads seldom meet; a shard is one cache line.
+constexpr U32 threadSafeShards = 64;
+
+// Spreads a member's hash over all bits: the low ones choose the shard, the high
+// ones the bucket, and not every type's hash is good in both. Never 0, which the
+// buckets keep for free slots.
+constexpr U32 mixed32(U32 hash) noexcept {
+  return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 1;
+}
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(DedupHashTable)
+KIV_OBJECT_DEFINE(DedupHashTableUnorderedSet)
+
+// Holds the notification lock. Members that are removed meanwhile, by whatever
+// observers do, wait in the table's list; the outermost holder drops them once it
+// has let go of the lock.
+class DedupHashTable::NotificationLock {
+ public:
+  explicit NotificationLock(DedupHashTable& table) : table_(table) {
+    if (table_.threadSafe_) table_.notificationMutex_.lock();
+    ++table_.notificationDepth_;
+  }
+  NotificationLock(const NotificationLock&) = delete;
+  NotificationLock& operator=(const NotificationLock&) = delete;
+  ~NotificationLock() {
+    DedupHandle* detached = nullptr;
+    if (--table_.notificationDepth_ == 0) detached = std::exchange(table_.detached_, nullptr);
+    if (table_.threadSafe_) table_.notificationMutex_.unlock();
+    while (detached) tableReferenceDrop(*std::exchange(detached, detached->nextDetached_));
+  }
+
+  void dropLater(DedupHandle& member) noexcept {
+    member
+    .nextDetached_ = std::exchange(table_.detached_, &member);
+  }
+
+ private:
+  DedupHashTable& table_;
+};
+
+// Holds a shard's lock, if the table has locks.
+class DedupHashTable::ShardLock {
+ public:
+  ShardLock(const DedupHashTable& table, const Shard& shard)
+      : mutex_(table.threadSafe_ ? &shard.mutex : nullptr) {
+    if (mutex_) mutex_->lock();
+  }
+  ShardLock(const ShardLock&) = delete;
+  ShardLock& operator=(const ShardLock&) = delete;
+  ~ShardLock() {
+    if (mutex_) mutex_->unlock();
+  }
+
+ private:
+  std::mutex* const mutex_;
+};
+
+DedupHashTable::DedupHashTable(bool threadSafe)
+    : shardMask_(threadSafe ? threadSafeShards - 1 : 0),
+      threadSafe_(threadSafe),
+      shards_(new Shard[shardMask_ + 1]) {}
+
+DedupHashTable::~DedupHashTable() = default;
+
+DedupHandle::Ptr DedupHashTable::lookupByContent(const DedupContentHandle& key, U32 hash) const {
+  const U32 mixed = mixed32(hash);
+  const Shard& shard = shardOf(mixed);
+  const ShardLock lock(*this, shard);
+  return DedupHandle::Ptr(shard.buckets.find(mixed, [&key](const DedupHandle* member) {
+    return member
+    ->compareByContent(key);
+  }));
+}
+
+DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle) {
+  const U32 mixed = mixed32(handle->probeHash());
+  Shard& shard = shardOf(mixed);
+  {
+    const ShardLock lock(*this, shard);
+    DedupHandle* const found =
+        shard.buckets.find(mixed, [wanted = handle.ptr()](const DedupHandle* member) {
+          return member
+          == wanted || wanted->compare(member);
+        });
+    if (found) return DedupHandle::Ptr(found);
+    if (!isObserved()) {
+      insert(shard, mixed, *handle);
+      return handle;
+    }
+  }
+  return dedupObserved(shard, mixed, handle);
+}
+
+// Looks again, as another thread may have been here between the two locks.
+DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, U32 mixed,
+                                               const DedupHandle::Ptr& handle) {
+  const NotificationLock notification(*this);
+  {
+    const ShardLock lock(*this, shard);
+    DedupHandle* const found = shard.buckets.find(
+        mixed, [&handle](const DedupHandle* member) { return handle->compare(member); });
+    if (found) return DedupHandle::Ptr(found);
+    insert(shard, mixed, *handle);
+  }
+  DedupHashTableLifeTimeNotifiee* const notifiee = notifiee_.load(std::memory_order_relaxed);
+  try {
+    if (notifiee) notifiee->handleInsert(handle);
+  } catch (...) {
+    insertionUndo(shard, mixed, *handle);
+    throw;
+  }
+  return handle;
+}
+
+void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
+  KIV_ASSERT(!handle.isDeduped() && handle.dedupState() != DedupHandleState::rebuilt,
+             "!isDeduped() && dedupState() != rebuilt", "Dorn/DedupHashTable");
+  shard.buckets.reserveOne();
+  handle.referenceAdd();
+  handle.table_ = this;
+  handle.dedupStateIs(DedupHandleState::deduped);
+  shard.buckets.insert(mixed, &handle);
+}
+
+// The inserting thread still holds a reference, and others may have found the
+// handle by now: it lives on for all of them, un-interned.
+void DedupHashTable::insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept {
+  {
+    const ShardLock lock(*this, shard);
+    shard.buckets.erase(mixed, &handle);
+    handle.dedupStateIs(DedupHandleState::detached);
+  }
+  tableReferenceDrop(handle);
+}
+
+// Called by a thread that owns a reference to `member` and gives it up here.
+U32 DedupHashTable::memberRelease(DedupHandle& member) noexcept {
+  const U32 mixed = mixed32(member.probeHash());
+  Shard& shard = shardOf(mixed);
+  U32 left = 0;
+  Release outcome = Release::stays;
+  {
+    const ShardLock lock(*this, shard);
+    // Under the lock, so that an observer that has just come misses nothing.
+    if (!isObserved()) {
+      outcome = releaseLocked(shard, mixed, member, left);
+    } else {
+      left = ~U32{0};
+    }
+  }
+  if (left == ~U32{0}) return memberReleaseObserved(shard, mixed, member);
+  if (outcome == Release::leaves) tableReferenceDrop(member);
+  if (outcome == Release::dies) member
+  .zeroReferencesIs();
+  return left;
+}
+
+U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& member) noexcept {
+  U32 left = 0;
+  Release outcome = Release::stays;
+  {
+    NotificationLock notification(*this);
+    {
+      const ShardLock lock(*this, shard);
+      outcome = releaseLocked(shard, mixed, member, left);
+    }
+    if (outcome == Release::leaves) {
+      DedupHashTableLifeTimeNotifiee* const notifiee = notifiee_.load(std::memory_order_relaxed);
+      if (notifiee) notifiee->handleRemove(&member);
+      notification.dropLater(member);
+    }
+  }
+  if (outcome == Release::dies) member
+  .zeroReferencesIs();
+  return left;
+}
+
+// The one place where a member is found to be unused. It may have left the table
+// since its holder looked, if the insertion was undone.
+DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
+                                                      U32& left) noexcept {
+  const U32 word = member
+  .referenceSubtract();
+  left = word & countMask;
+  if (!member.isDeduped()) return left == 0 ? Release::dies : Release::stays;
+  if (left != DedupHandle::idleReferences(word)) return Release::stays;
+  shard.buckets.erase(mixed, &member);
+  member
+  .beingDetachedIs(true);
+  member
+  .dedupStateIs(DedupHandleState::detached);
+  return Release::leaves;
+}
+
+void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
+  member
+  .beingDetachedIs(false);
+  if ((member.referenceSubtract() & countMask) == 0) member
+  .zeroReferencesIs();
+}
+
+void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee) {
+  const NotificationLock notification(*this);
+  notifieeStop();
+  if (!notifiee) return;
+  notifiee->table_ = this;
+  // Before the walk: an insertion that it misses sees the observer.
+  notifiee_.store(notifiee.ptr(), std::memory_order_release);
+  try {
+    for (const DedupHandle::Ptr& member : members()) {
+      if (member->isDeduped()) notifiee->handleInsert(member);
+    }
+  } catch (...) {
+    notifieeStop();
+    throw;
+  }
+}
+
+// Requires the notification lock. The observer may walk the table once more.
+void DedupHashTable::notifieeStop() {
+  DedupHashTableLifeTimeNotifiee* const notifiee = notifiee_.load(std::memory_order_relaxed);
+  if (!notifiee) return;
+  notifiee->handleNotificationStop(PtrConst(this));
+  notifiee->table_ = nullptr;
+  notifiee_.store(nullptr, std::memory_order_release);
+}
+
+U32 DedupHashTable::size() const {
+  U32 total = 0;
+  for (U32 i = 0; i <= shardMask_; ++i) {
+    const ShardLock lock(*this, shards_[i]);
+    total += shards_[i].buckets.size();
+  }
+  return total;
+}
+
+std::vector<DedupHandle::Ptr> DedupHashTable::members() const {
+  std::vector<DedupHandle::Ptr> all;
+  for (U32 i = 0; i <= shardMask_; ++i) {
+    all.reserve(all.size() + size());
+    const ShardLock lock(*this, shards_[i]);
+    shards_[i].buckets.forEach([&all](DedupHandle* member) { all.emplace_back(member); });
+  }
+  return all;
+}
+
+void DedupHashTable::dumpState(const Kiv::Ptr<const DumpContext>& context,
+                               unsigned int indent) const {
+  objDumpIndent(context, indent);
+  objDumpPrintf(context, "DedupHashTable members #%u;\n", size());
+}
+
+// The reference taken here lets the observer hold the table while it is told to
+// stop; when it goes, this function runs again and ends the table.
+void DedupHashTable::zeroReferencesIs() noexcept {
+  if (closing_) return PtrInterface::zeroReferencesIs();
+  closing_ = true;
+  const PtrConst self(this);
+  {
+    const NotificationLock notification(*this);
+    notifieeStop();
+  }
+  membersDetach();
+}
+
+// All leave before the first is dropped: what that destroys may hold others.
+void DedupHashTable::membersDetach() noexcept {
+  for (U32 i = 0; i <= shardMask_; ++i) {
+    shards_[i].buckets.forEach([](DedupHandle* member) {
+      member
+      ->dedupStateIs(DedupHandleState::detached);
+    });
+  }
+  for (U32 i = 0; i <= shardMask_; ++i) {
+    DedupBuckets leaving;
+    leaving.swap(shards_[i].buckets);
+    leaving.forEach([](DedupHandle* member) { tableReferenceDrop(*member); });
+  }
+}
+
+Kiv::Ptr<DedupHashTable> DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(bool threadSafe) {
+  return Kiv::Ptr<DedupHashTable>(new DedupHashTableUnorderedSet(threadSafe));
+}
+
+}  // namespace Dorn

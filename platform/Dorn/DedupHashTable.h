@@ -1,0 +1,132 @@
+// The interning table: equal contents, one object.
+//
+// Ownership. The table holds one reference on each member. Destroying the table
+// (by one thread, when no other still uses it) detaches its members: handles
+// that users still hold stay alive, un-interned, and release without it.
+//
+// Threads. A table made thread-safe may be used by any thread; it is split into
+// shards, each with a lock that is held for one probe. How the meetings go:
+//
+// 1. Release against lookup. The decision to leave the table is made once, under
+//    the member's shard lock, by a thread that still owns a reference: a release
+//    that could reach the idle count locks first, then subtracts, then looks. A
+//    lookup takes its reference under the same lock. So whoever comes first
+//    wins: either the lookup revives the member, or it no longer finds it.
+// 2. Order of notices. With an observer, insertion and handleInsert are one step
+//    under the notification lock, and so are removal and handleRemove; no shard
+//    lock is held while an observer runs. Lookups that hit never touch it.
+// 3. Count and threshold. The flag that raises the idle count lives in the
+//    reference word, so both are read in one load.
+//
+// The table's own reference to a removed member, and with it the member, goes
+// after every lock has been released.
+//
+// A table made for one thread has one shard and takes no lock.
+#ifndef DORN_DEDUPHASHTABLE_H
+#define DORN_DEDUPHASHTABLE_H
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "Dorn/DedupBuckets.h"
+#include "Dorn/DedupHandle.h"
+#include "Dorn/DedupHashTableLifeTimeNotifiee.h"
+#include "Dorn/DumpContext.h"
+#include "Kiv/Export.h"
+#include "Kiv/PtrInterface.h"
+
+namespace Dorn {
+
+class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
+  KIV_OBJECT(DedupHashTable)
+
+ public:
+  // The member that `key` describes, or null. `hash` is what members of that
+  // content probe with: their probeHash(), which is their hash() unless the type
+  // says otherwise. One lock, one probe; builds nothing.
+  DedupHandle::Ptr lookupByContent(const DedupContentHandle& key, U32 hash) const;
+
+  // The member equal to `handle`; `handle` itself becomes one if there is none.
+  // All handles of one table are of one type. Throws std::bad_alloc, or what the
+  // observer's handleInsert throws, and leaves the table as it was. Requires: the
+  // handle is in no other table.
+  DedupHandle::Ptr dedup(DedupHandle::Ptr handle);
+
+  // Observes the table from now on; a former observer is stopped first. Members
+  // that are there already are announced. Null stops the observer.
+  void lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee);
+  void lifeTimeNotifieeDel() { lifeTimeNotifieeIs(nullptr); }
+
+  // Members now.
+  U32 size() const;
+  // All members, each with a reference that keeps it: for walks that may change
+  // the table in any way.
+  std::vector<DedupHandle::Ptr> members() const;
+
+  // Prints one line: how many members there are.
+  void dumpState(const Kiv::Ptr<const DumpContext>& context, unsigned int indent) const;
+
+  void zeroReferencesIs() noexcept override;
+  ~DedupHashTable() override;
+
+ protected:
+  explicit DedupHashTable(bool threadSafe);
+
+ private:
+  friend class DedupHandle;
+  friend class DedupHashTableLifeTimeNotifiee;
+  class NotificationLock;
+  class ShardLock;
+
+  struct alignas(64) Shard {
+    mutable std::mutex mutex;
+    DedupBuckets buckets;
+  };
+
+  enum class Release : U8 { stays, leaves, dies };
+
+  Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed >> 1 & shardMask_]; }
+  bool isObserved() const noexcept { return notifiee_.load(std::memory_order_acquire) != nullptr; }
+
+  void insert(Shard& shard, U32 mixed, DedupHandle& handle);
+  DedupHandle::Ptr dedupObserved(Shard& shard, U32 mixed, const DedupHandle::Ptr& handle);
+  void insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept;
+
+  U32 memberRelease(DedupHandle& member) noexcept;
+  U32 memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& member) noexcept;
+  static Release releaseLocked(Shard& shard, U32 mixed, DedupHandle& member, U32& left) noexcept;
+  static void tableReferenceDrop(DedupHandle& member) noexcept;
+
+  void membersDetach() noexcept;
+  void membersAnnounce(DedupHashTableLifeTimeNotifiee& notifiee);
+  void notifieeStop();
+
+  const U32 shardMask_;
+  const bool threadSafe_;
+  bool closing_ = false;
+  std::unique_ptr<Shard[]> shards_;
+
+  std::atomic<DedupHashTableLifeTimeNotifiee*> notifiee_{nullptr};
+  // Guards the two below, and the order of notices.
+  std::recursive_mutex notificationMutex_;
+  U32 notificationDepth_ = 0;
+  DedupHandle* detached_ = nullptr;  // removed; dropped once the lock is free
+};
+
+// The table that every interning table of the library is built on.
+class OV_EXPORT DedupHashTableUnorderedSet final : public DedupHashTable {
+  KIV_OBJECT(DedupHashTableUnorderedSet)
+
+ public:
+  // A new, empty table; any number of threads may use it when `threadSafe`.
+  static Kiv::Ptr<DedupHashTable> DedupHashTableUnorderedSetIs(bool threadSafe);
+
+ private:
+  explicit DedupHashTableUnorderedSet(bool threadSafe) : DedupHashTable(threadSafe) {}
+};
+
+}  // namespace Dorn
+
+#endif

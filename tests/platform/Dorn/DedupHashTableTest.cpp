@@ -1,0 +1,307 @@
+#include "Dorn/DedupHashTable.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
+
+#include "tests/platform/Dorn/TestHandle.h"
+
+namespace DornTest {
+namespace {
+
+// Notes what it hears, and does what the test asks it to do when it hears it.
+class Observer : public Dorn::DedupHashTableLifeTimeNotifiee {
+  KIV_OBJECT(Observer)
+
+ public:
+  void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
+    const auto& number = static_cast<const Number&>(*handle);
+    if (throwOnInsert) throw std::runtime_error("refused");
+    EXPECT_TRUE(present.insert(number.number()).second) << "told twice of " << number.number();
+    if (onInsert) onInsert(number.number());
+  }
+  void handleRemove(Dorn::DedupHandle* handle) override {
+    EXPECT_TRUE(handle->beingDetached());
+    EXPECT_FALSE(handle->isDeduped());
+    const U32 number = static_cast<const Number*>(handle)->number();
+    EXPECT_EQ(1U, present.erase(number)) << "never told of " << number;
+    if (onRemove) onRemove(number);
+  }
+  void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>& table) override {
+    ++stops;
+    sizeAtStop = table->size();
+    present.clear();
+  }
+
+  std::set<U32> present;
+  bool throwOnInsert = false;
+  int stops = 0;
+  U32 sizeAtStop = 0;
+  std::function<void(U32)> onInsert;
+  std::function<void(U32)> onRemove;
+};
+KIV_OBJECT_DEFINE(Observer)
+
+Observer::Ptr observe(const Dorn::DedupHashTable::Ptr& table) {
+  const Observer::Ptr observer(new Observer);
+  table->lifeTimeNotifieeIs(observer);
+  return observer;
+}
+
+// Each fact must hold for the table of one thread and for the locked one.
+class DedupHashTableTest : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override {
+    Kiv::VFPtrInterface::threadSafePointers = GetParam();
+    Number::hashModulus = 0;
+    table_ = newTable(GetParam());
+  }
+  void TearDown() override {
+    table_ = nullptr;
+    EXPECT_EQ(0, Number::alive);
+    Number::hashModulus = 0;
+    Kiv::VFPtrInterface::threadSafePointers = false;
+  }
+
+  Dorn::DedupHashTable::Ptr table_;
+};
+INSTANTIATE_TEST_SUITE_P(Threads, DedupHashTableTest, testing::Bool(),
+                         [](const auto& test) { return test.param ? "Many" : "One"; });
+
+TEST_P(DedupHashTableTest, EqualContentsShareOneObjectUntilTheLastUserGoes) {
+  Number::Ptr first = intern(table_, 7);
+  EXPECT_TRUE(first->isDeduped());
+  EXPECT_EQ(2U, first->references());  // the table's and ours
+  const Number::Ptr loser = Number::make(7);
+  EXPECT_EQ(first, table_->dedup(loser));
+  EXPECT_FALSE(loser->everDeduped());
+  EXPECT_EQ(first, find(table_, 7));
+  EXPECT_EQ(first, table_->dedup(first)) << "a member is recognised";
+  EXPECT_EQ(1U, table_->size());
+
+  first = nullptr;
+  EXPECT_EQ(0U, table_->size());
+  EXPECT_EQ(1, Number::alive) << "the loser";
+  EXPECT_FALSE(find(table_, 7));
+}
+
+TEST_P(DedupHashTableTest, MatchesAModelUnderRandomUseAndBadHashes) {
+  for (const U32 modulus : {0U, 1U, 3U, 40U}) {
+    Number::hashModulus = modulus;
+    const U32 values = modulus == 0 ? 5000 : 120;
+    std::map<U32, std::vector<Number::Ptr>> held;
+    std::mt19937 random(20240611 + modulus);
+    for (int step = 0; step < 30000; ++step) {
+      const U32 value = static_cast<U32>(random() % values);
+      auto& holders = held[value];
+      // In waves, so that the table grows and empties again and again.
+      const bool growing = step / 5000 % 2 == 0;
+      if (random() % 4 < (growing ? 3U : 1U)) {
+        holders.push_back(intern(table_, value));
+        ASSERT_EQ(holders.front(), holders.back());
+      } else if (!holders.empty()) {
+        holders.pop_back();
+      }
+      const auto found = find(table_, value);
+      ASSERT_EQ(!holders.empty(), static_cast<bool>(found)) << value;
+      if (found) {
+        ASSERT_EQ(holders.front(), found);
+      }
+    }
+    U32 distinct = 0;
+    for (const auto& [value, holders] : held) distinct += holders.empty() ? 0 : 1;
+    EXPECT_EQ(distinct, table_->size());
+    EXPECT_EQ(distinct, table_->members().size());
+  }
+}
+
+// Two full buckets whose overflow has crossed: every bucket has been passed by a
+// member of the other, so a search for what is not there has no natural end.
+TEST_P(DedupHashTableTest, FindsNothingWithoutEndlessSearch) {
+  Number::hashModulus = 2;
+  std::vector<Number::Ptr> held;
+  std::mt19937 random(5);
+  for (U32 round = 0; round < 2000; ++round) {
+    held.push_back(intern(table_, static_cast<U32>(random() % 64)));
+    if (held.size() > 8) held.erase(held.begin() + static_cast<int>(random() % 8));
+    EXPECT_FALSE(find(table_, 100));
+    EXPECT_FALSE(find(table_, 101));
+  }
+}
+
+TEST_P(DedupHashTableTest, HandlesOutliveTheirTable) {
+  const Number::Ptr kept = intern(table_, 1);
+  Number::Ptr holder = intern(table_, 2);
+  Number* const raw = holder.ptr();
+  // A member that is kept by another one only.
+  raw->onDestroy = [other = intern(table_, 3)] {};
+  const Observer::Ptr observer = observe(table_);
+  table_ = nullptr;
+  EXPECT_EQ(1, observer->stops);
+  EXPECT_EQ(3U, observer->sizeAtStop);
+  EXPECT_FALSE(kept->isDeduped());
+  EXPECT_TRUE(kept->everDeduped());
+  EXPECT_EQ(1U, kept->references());
+  EXPECT_EQ(3, Number::alive);
+  holder = nullptr;
+  EXPECT_EQ(1, Number::alive);
+  // Left one table, may enter another.
+  const auto other = newTable(GetParam());
+  EXPECT_EQ(kept, other->dedup(kept));
+}
+
+TEST_P(DedupHashTableTest, ObserverHearsEachChangeOnceAndInOrder) {
+  const Number::Ptr before = intern(table_, 1);
+  const Observer::Ptr observer = observe(table_);
+  EXPECT_EQ(std::set<U32>{1}, observer->present) << "members that were there are announced";
+  Number::Ptr two = intern(table_, 2);
+  const Number::Ptr again = intern(table_, 2);
+  EXPECT_EQ((std::set<U32>{1, 2}), observer->present);
+  two = nullptr;
+  EXPECT_EQ((std::set<U32>{1, 2}), observer->present) << "still in use";
+
+  const Observer::Ptr second(new Observer);
+  table_->lifeTimeNotifieeIs(second);
+  EXPECT_EQ(1, observer->stops);
+  EXPECT_EQ((std::set<U32>{1, 2}), second->present);
+  table_->lifeTimeNotifieeDel();
+  EXPECT_EQ(1, second->stops);
+  EXPECT_EQ(2U, table_->size()) << "members stay";
+}
+
+TEST_P(DedupHashTableTest, ObserverThatDiesIsForgotten) {
+  Observer::Ptr observer = observe(table_);
+  Number::Ptr one = intern(table_, 1);
+  observer = nullptr;
+  one = nullptr;
+  EXPECT_EQ(0U, table_->size());
+}
+
+TEST_P(DedupHashTableTest, ObserverMayInternAndReleaseInItsHandlers) {
+  const Observer::Ptr observer = observe(table_);
+  std::vector<Number::Ptr> kept;
+  // Each of the first values brings another one, which is dropped when it goes.
+  observer->onInsert = [&](U32 number) {
+    if (number < 100) kept.push_back(intern(table_, number + 100));
+    intern(table_, 1000);  // comes and goes within the handler
+  };
+  observer->onRemove = [&](U32 number) {
+    if (number < 100) kept.clear();
+  };
+  intern(table_, 5);
+  EXPECT_EQ(std::set<U32>{}, observer->present);
+  EXPECT_EQ(0U, table_->size());
+  EXPECT_EQ(0, Number::alive);
+}
+
+TEST_P(DedupHashTableTest, ValueInternedAgainDuringItsRemovalIsANewObject) {
+  const Observer::Ptr observer = observe(table_);
+  Number::Ptr again;
+  observer->onRemove = [&](U32 number) {
+    if (!again) again = intern(table_, number);
+  };
+  intern(table_, 9);
+  ASSERT_TRUE(again);
+  EXPECT_TRUE(again->isDeduped());
+  EXPECT_EQ(std::set<U32>{9}, observer->present);
+  observer->onRemove = nullptr;
+}
+
+TEST_P(DedupHashTableTest, InsertionThatTheObserverRefusesIsTakenBack) {
+  const Observer::Ptr observer = observe(table_);
+  observer->throwOnInsert = true;
+  const Number::Ptr handle = Number::make(4);
+  EXPECT_THROW(table_->dedup(handle), std::runtime_error);
+  EXPECT_EQ(0U, table_->size());
+  EXPECT_EQ(1U, handle->references());
+  observer->throwOnInsert = false;
+  EXPECT_EQ(handle, table_->dedup(handle));
+}
+
+TEST_P(DedupHashTableTest, NotifierReferenceRaisesTheThreshold) {
+  Number::Ptr user = intern(table_, 3);
+  Number::Ptr notifier = user;
+  user->haveLifeTimeNotifierIs(true);
+  user = nullptr;
+  EXPECT_EQ(0U, table_->size()) << "only table and notifier were left";
+  EXPECT_EQ(1U, notifier->references());
+  notifier->haveLifeTimeNotifierIs(false);
+
+  // Cleared while users remain: the release that then reaches the table's own counts.
+  Number::Ptr other = intern(table_, 3);
+  Number::Ptr second = other;
+  other->haveLifeTimeNotifierIs(true);
+  other->haveLifeTimeNotifierIs(false);
+  other = nullptr;
+  EXPECT_EQ(1U, table_->size());
+  second = nullptr;
+  EXPECT_EQ(0U, table_->size());
+}
+
+TEST_P(DedupHashTableTest, StoreRebuiltHandlesAreCountedWithoutATable) {
+  Number::Ptr rebuilt = Number::make(1);
+  rebuilt->dedupStateIs(Dorn::DedupHandleState::rebuilt);
+  Number::Ptr second = rebuilt;
+  rebuilt = nullptr;
+  EXPECT_EQ(1, Number::alive);
+  second = nullptr;
+  EXPECT_EQ(0, Number::alive);
+}
+
+TEST_P(DedupHashTableTest, ReleaseDoesNothingWhileSwitchedOff) {
+  Number::Ptr user = intern(table_, 3);
+  const Number* const raw = user.ptr();
+  Dorn::dedupHandleDisableSmartPointerOperations = true;
+  EXPECT_EQ(1U, raw->referencesDec());
+  EXPECT_EQ(1U, raw->referencesDec());
+  Dorn::dedupHandleDisableSmartPointerOperations = false;
+  EXPECT_EQ(2U, raw->references());
+}
+
+TEST_P(DedupHashTableTest, DumpsItsSize) {
+  const Number::Ptr one = intern(table_, 1);
+  std::ostringstream out;
+  const auto context = Dorn::dumpContextFactory(out);
+  table_->dumpState(context, 0);
+  table_->dumpState(context, 3);
+  EXPECT_EQ("DedupHashTable members #1;\n   DedupHashTable members #1;\n", out.str());
+}
+
+TEST(DedupHandleDeathTest, MisuseStopsTheProcess) {
+  const auto table = newTable();
+  const auto observer = observe(table);
+  Number* detached = nullptr;
+  observer->onRemove = [&](U32) { Number::Ptr mistake(detached); };
+  EXPECT_DEATH(
+      {
+        Number::Ptr one = intern(table, 1);
+        detached = one.ptr();
+        one = nullptr;
+      },
+      "assertion \"!beingDetached\\(\\)\" failed in Dorn/DedupHandle:");
+  EXPECT_DEATH(Number::make(1)->assertIsDeduped(),
+               "\"isDeduped\\(\\)\" failed in Dorn/DedupHandle");
+  const Number::Ptr member
+  = intern(table, 2);
+  EXPECT_DEATH(newTable()->dedup(member), "Dorn/DedupHashTable");
+}
+
+TEST(DumpContextTest, PrintsLongTextsWholeAndNoIndentAtZero) {
+  std::ostringstream out;
+  const auto context = Dorn::dumpContextFactory(out);
+  Dorn::objDumpIndent(context, 0);
+  Dorn::objDumpIndent(context, 2);
+  Dorn::objDumpIndent(context, 0xFFFFFFFE);
+  EXPECT_EQ("    ", out.str());
+  const std::string longText(1000, 'x');
+  Dorn::objDumpPrintf(context, "%s", longText.c_str());
+  EXPECT_EQ("    " + longText, out.str());
+}
+
+}  // namespace
+}  // namespace DornTest

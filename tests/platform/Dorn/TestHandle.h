@@ -1,0 +1,76 @@
+// An interned type for tests of the protocol: a number, with a hash of the
+// test's choice, that counts how many are alive.
+#ifndef TESTS_PLATFORM_DORN_TESTHANDLE_H
+#define TESTS_PLATFORM_DORN_TESTHANDLE_H
+
+#include <atomic>
+#include <functional>
+
+#include "Dorn/DedupHandle.h"
+#include "Dorn/DedupHashTable.h"
+#include "Kiv/Hash.h"
+
+namespace DornTest {
+
+struct NumberContent : Dorn::DedupContentHandle {
+  explicit NumberContent(U32 n) : number(n) {}
+  U32 number;
+};
+
+class Number : public Dorn::DedupHandle {
+  KIV_OBJECT(Number)
+
+ public:
+  static inline std::atomic<int> alive{0};
+  // Values share a hash if they are equal modulo this; 0 for a good hash.
+  static inline U32 hashModulus = 0;
+
+  static Ptr make(U32 number) { return Ptr(new Number(number)); }
+  static U32 hashOf(U32 number) {
+    return hashModulus == 0 ? Kiv::hashSingleAttr(0, number) : number % hashModulus;
+  }
+
+  U32 number() const { return number_; }
+  U32 hash() const override { return hashOf(number_); }
+  bool compare(Dorn::DedupHandle::RawPtrConst other) const override {
+    return static_cast<const Number*>(other)->number_ == number_;
+  }
+  bool compareByContent(const Dorn::DedupContentHandle& key) const override {
+    return static_cast<const NumberContent&>(key).number == number_;
+  }
+  using Dorn::DedupHandle::dedupStateIs;
+
+  // What a holder of the value brings along to be dropped with it.
+  std::function<void()> onDestroy;
+
+ private:
+  explicit Number(U32 number) : number_(number) { ++alive; }
+  ~Number() override {
+    --alive;
+    if (onDestroy) onDestroy();
+  }
+
+  const U32 number_;
+};
+
+inline Number::Ptr intern(const Dorn::DedupHashTable::Ptr& table, U32 number) {
+  return Kiv::staticPtrCast<Number>(table->dedup(Number::make(number)));
+}
+inline Number::Ptr find(const Dorn::DedupHashTable::Ptr& table, U32 number) {
+  return Kiv::staticPtrCast<Number>(
+      table->lookupByContent(NumberContent(number), Number::hashOf(number)));
+}
+inline Dorn::DedupHashTable::Ptr newTable(bool threadSafe = false) {
+  return Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(threadSafe);
+}
+
+// Switches thread-safe pointers on while it lives.
+class ThreadSafePointers {
+ public:
+  ThreadSafePointers() { Kiv::VFPtrInterface::threadSafePointers = true; }
+  ~ThreadSafePointers() { Kiv::VFPtrInterface::threadSafePointers = false; }
+};
+
+}  // namespace DornTest
+
+#endif
