@@ -1,0 +1,27 @@
+#include "OvBgp/CommListDedupTable.h"
+
+#include "OvBgpGlobals/OvBgpGlobals.h"
+
+namespace Routing::Bgp {
+
+KIV_OBJECT_DEFINE(CommListDedupTable)
+
+void CommListDedupTableBase::initDedupTable() {
+  dedupTable_ =
+      Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(OvBgpGlobals::multiThreaded());
+}
+
+void CommListDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                                       unsigned int indent) const {
+  Dorn::objDumpIndent(context, indent);
+  Dorn::objDumpPrintf(context, "DedupTable");
+  Dorn::ObjDumpChild(context, dedupTable_, indent + 2);
+}
+
+CommListDedupTable::Ptr commListDedupTableFactory() {
+  CommListDedupTable::Ptr table(new CommListDedupTable);
+  table->hasNotificationActiveIs(true);
+  return table;
+}
+
+}  // namespace Routing::Bgp
