@@ -1,0 +1,114 @@
+// The routes of an agent and what tells them apart.
+#include "tools/bgp-communities/HeldRoutes.h"
+
+#include <gtest/gtest.h>
+
+#include <unordered_set>
+
+#include "Kiv/Type.h"
+#include "tests/tools/MrtBytes.h"
+#include "tools/bgp-communities/RouteKey.h"
+
+namespace CommTool {
+namespace {
+
+Nlri nlri(U8 octet, std::optional<U32> pathId = {}) {
+  Nlri made;
+  made.prefix.network.octets[0] = octet;
+  made.prefix.length = 8;
+  made.pathId = pathId;
+  return made;
+}
+
+TEST(RouteKey, TellsApartAllThatMakesARoute) {
+  Nlri other6 = nlri(10);
+  other6.prefix.network.family = Family::ipv6;
+  Nlri multicast = nlri(10);
+  multicast.prefix.multicast = true;
+  Nlri longer = nlri(10);
+  longer.prefix.length = 9;
+  std::unordered_set<RouteKey, RouteKeyHash> table;
+  U32 count = 0;
+  for (const Nlri& route :
+       {nlri(10), nlri(11), nlri(10, 0), nlri(10, 1), other6, multicast, longer}) {
+    table.insert(RouteKey(0, route));
+    table.insert(RouteKey(1, route));
+    count += 2;
+  }
+  EXPECT_EQ(table.size(), count);
+}
+
+class HeldRoutesTest : public testing::Test {
+ protected:
+  RouteLists add(RouteAction action, const std::vector<Nlri>& routes, const Bytes& value = {}) {
+    RouteBatch batch{testSeconds, action, peer, {}, routes};
+    if (!value.empty()) {
+      batch.communities[CommunityKind::standard] = value;
+    }
+    return held.add(batch);
+  }
+
+  Peer peer;
+  HeldRoutes held;
+  const Bytes one = Bytes().u32(0x10001).u32(0x10002);
+  const Bytes oneOtherwise = Bytes().u32(0x10002).u32(0x10001).u32(0x10002);
+  const Bytes two = Bytes().u32(0x20002);
+};
+
+TEST_F(HeldRoutesTest, SharesListsAndDropsThemWithTheLastRoute) {
+  EXPECT_EQ(add(RouteAction::announce, {nlri(1), nlri(2)}, one).standard,
+            add(RouteAction::tableEntry, {nlri(3)}, oneOtherwise).standard);
+  EXPECT_EQ(held.lists(), 1U);
+  add(RouteAction::announce, {nlri(1)}, two);
+  EXPECT_EQ(held.lists(), 2U);
+  add(RouteAction::withdraw, {nlri(2), nlri(3), nlri(200)});
+  EXPECT_EQ(held.lists(), 1U);
+  add(RouteAction::announce, {nlri(1)});  // replaced by a route without the attribute
+  EXPECT_EQ(held.lists(), 0U);
+  EXPECT_EQ(held.figures().routes, 1U);
+  EXPECT_EQ(held.counts().announced, 4U);
+  EXPECT_EQ(held.counts().withdrawn, 3U);
+  EXPECT_EQ(held.counts().tableEntries, 1U);
+}
+
+TEST_F(HeldRoutesTest, KeepsPeersApart) {
+  add(RouteAction::announce, {nlri(1)}, one);
+  peer.local = true;
+  add(RouteAction::announce, {nlri(1)}, one);
+  peer.as = 9;
+  add(RouteAction::withdraw, {nlri(1)});
+  EXPECT_EQ(held.figures().routes, 2U);
+}
+
+TEST_F(HeldRoutesTest, FiguresCountValuesOnceAndCopiesEach) {
+  add(RouteAction::announce, {nlri(1), nlri(2), nlri(3)}, one);
+  add(RouteAction::announce, {nlri(4)}, Bytes(two).add(one));
+  const HeldFigures figures = held.figures();
+  EXPECT_EQ(figures.routesWithList, 4U);
+  EXPECT_EQ(figures.lists, 2U);
+  EXPECT_EQ(figures.values, 3U);
+  EXPECT_EQ(figures.bytesUnshared,
+            4 * sizeof(Routing::Bgp::CommList) + (3 * one.size() + two.size() + one.size()));
+}
+
+TEST(HeldRoutes, LeaveNoMemoryBehind) {
+  const auto bytes = [] {
+    U64 sum = 0;
+    Kiv::forEachType([&](const Kiv::Type& type) { sum += type.bytes(); });
+    return sum;
+  };
+  const U64 before = bytes();
+  {
+    HeldRoutes held;
+    const Nlri routes[] = {nlri(1), nlri(2)};
+    const Bytes value = Bytes().u32(1);
+    RouteBatch batch{testSeconds, RouteAction::announce, {}, {}, routes};
+    batch.communities[CommunityKind::standard] = value;
+    held.add(batch);
+    EXPECT_GT(held.figures().bytes, before);
+  }
+  EXPECT_EQ(bytes(), before);
+}
+
+}  // namespace
+}  // namespace CommTool

@@ -1,0 +1,116 @@
+#include "tools/bgp-communities/MrtCommand.h"
+
+#include <chrono>
+#include <new>
+#include <ostream>
+
+#include "tools/bgp-communities/MrtDecoder.h"
+#include "tools/bgp-communities/RouteLines.h"
+#include "tools/bgp-communities/Summary.h"
+
+namespace CommTool {
+
+namespace {
+
+constexpr const char* program = "bgp-communities: ";
+
+// One run over all files.
+class MrtRun : public RouteSink {
+ public:
+  MrtRun(const MrtOptions& options, int out, std::ostream& errors)
+      : options_(options), errors_(errors), out_(out), lines_(out_) {}
+
+  ExitStatus run() {
+    const auto start = std::chrono::steady_clock::now();
+    for (const std::string& path : options_.files) {
+      readFile(path);
+    }
+    if (!options_.routes && counts_.files > 0) {
+      printSummary(counts_, held_, std::chrono::steady_clock::now() - start, out_);
+    }
+    out_.flush();
+    return status();
+  }
+
+  void handleRoutes(const RouteBatch& batch) override {
+    const RouteLists lists = held_.add(batch);
+    if (options_.routes) {
+      lines_.print(batch, lists);
+    }
+  }
+
+ private:
+  void readFile(const std::string& path) {
+    const std::string name = path == "-" ? "standard input" : path;
+    try {
+      Input input(path);
+      ++counts_.files;
+      readRecords(input, name);
+    } catch (const CannotOpen& reason) {
+      ++counts_.unopened;
+      printError(name + ": " + reason.what());
+    }
+  }
+
+  // A record that cannot be decoded is reported and the next one read; where
+  // the frame is broken, this file has ended.
+  void readRecords(Input& input, const std::string& name) {
+    MrtReader reader(input);
+    MrtDecoder decoder(*this, counts_);
+    Problems problems;
+    try {
+      while (const MrtRecord* record = reader.next()) {
+        decoder.decode(*record, problems);
+        if (!problems.empty()) {
+          report(name, *record, problems.text());
+          problems.clear();
+        }
+      }
+    } catch (const Malformed& malformed) {
+      ++counts_.damaged;
+      report(name, reader.position(), malformed.what());
+    }
+  }
+
+  void report(const std::string& name, const MrtRecord& record, const std::string& what) {
+    printError(name + ": record " + std::to_string(record.number) + " at octet " +
+               std::to_string(record.offset) + ": " + what);
+  }
+
+  // In one piece, as others may write to the same terminal or log.
+  void printError(const std::string& text) {
+    errors_ << std::string(program).append(text).append("\n") << std::flush;
+  }
+
+  ExitStatus status() const {
+    if (counts_.files == 0 && counts_.unopened > 0) {
+      return ExitStatus::impossible;
+    }
+    return counts_.damaged + counts_.unopened > 0 ? ExitStatus::damaged : ExitStatus::fine;
+  }
+
+  const MrtOptions& options_;
+  std::ostream& errors_;
+  TextOutput out_;
+  RouteLines lines_;
+  HeldRoutes held_;
+  InputCounts counts_;
+};
+
+}  // namespace
+
+ExitStatus runMrt(const MrtOptions& options, int out, std::ostream& errors) {
+  try {
+    return MrtRun(options, out, errors).run();
+  } catch (const ClosedPipe&) {
+    return ExitStatus::fine;
+  } catch (const CannotWrite& reason) {
+    errors << program << "cannot write: " << reason.what() << std::endl;
+    return ExitStatus::impossible;
+  } catch (const std::bad_alloc&) {
+    errors << program << "out of memory" << std::endl;
+    return ExitStatus::impossible;
+  }
+}
+
+}  // namespace CommTool

@@ -1,0 +1,36 @@
+// A run of path attributes (RFC 4271, section 4.3), taken apart as far as the
+// tool needs them.
+#ifndef TOOLS_BGP_COMMUNITIES_PATH_ATTRIBUTES_H
+#define TOOLS_BGP_COMMUNITIES_PATH_ATTRIBUTES_H
+
+#include "tools/bgp-communities/Problems.h"
+#include "tools/bgp-communities/Route.h"
+
+namespace CommTool {
+
+// Spans are borrowed from the octets given.
+struct PathAttributes {
+  CommunityAttributes communities;
+  std::optional<Octets> mpReach;
+  std::optional<Octets> mpUnreach;
+  // The routes cannot be used, but which they are can still be told: they count
+  // as withdrawn (RFC 7606, section 2, "treat-as-withdraw").
+  bool treatAsWithdraw = false;
+  // MP_REACH_NLRI or MP_UNREACH_NLRI more than once: which routes the message
+  // meant is unknown (RFC 7606, section 3 g).
+  bool repeatedMp = false;
+};
+
+// Never throws Malformed: adds what is wrong to `problems` and goes on with as
+// much as RFC 7606 leaves.
+// - An attribute that runs past the end, or octets too few for a header: what
+//   came before is kept, treat-as-withdraw (section 4).
+// - A community attribute whose length is zero or no multiple of its members'
+//   size: treat-as-withdraw (sections 7.8, 7.14, 7.15; RFC 8092, section 5).
+// - A repeated attribute: the first counts (section 3 g).
+// Flags are not judged; attributes other than those above are not looked into.
+PathAttributes readPathAttributes(Octets octets, Problems& problems);
+
+}  // namespace CommTool
+
+#endif
