@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <new>
 #include <ostream>
 #include <utility>
@@ -29,35 +31,60 @@ namespace {
 // Lists on a route have a few communities; the text of ten fits without the heap.
 using ListText = OvFmt::StackBackedBuffer<128>;
 
-constexpr U32 hashedWordFactor = 0x9E3779B1;
+// The conversion between host order and the four octets of the wire as they load
+// from memory; its own inverse.
+constexpr U32 wireWord(U32 host) noexcept {
+  return std::endian::native == std::endian::little ? __builtin_bswap32(host) : host;
+}
 
-// A hash of whole words for the table's own use, several times as fast as the
-// byte hash: multiplication spreads upward, the shift brings it down again.
-U32 wordHash(std::span<const U32> words) noexcept {
-  U64 h = words.size() * 0x9E3779B97F4A7C15;
+U32 wireWordAt(const U8* octets) noexcept {
+  U32 word = 0;
+  std::memcpy(&word, octets, sizeof word);
+  return word;
+}
+
+// A hash for the table's own use, several times as fast as the byte hash, of
+// `count` communities as they stand on the wire, so that a received attribute
+// need not be decoded. Multiplication spreads upward, the shift brings it down.
+template <class WordAt>
+U32 wordHash(std::size_t count, const WordAt& wordAt) noexcept {
+  U64 h = count * 0x9E3779B97F4A7C15;
   std::size_t i = 0;
-  for (; i + 2 <= words.size(); i += 2) {
-    h = (h ^ (words[i] | U64{words[i + 1]} << 32)) * 0xBF58476D1CE4E5B9;
+  for (; i + 2 <= count; i += 2) {
+    h = (h ^ (wordAt(i) | U64{wordAt(i + 1)} << 32)) * 0xBF58476D1CE4E5B9;
     h ^= h >> 29;
   }
-  if (i < words.size()) h = (h ^ words[i]) * 0x94D049BB133111EB;
-  h ^= h >> 31;
-  return static_cast<U32>(h >> 32 ^ h * hashedWordFactor);
+  if (i < count) {
+    h = (h ^ wordAt(i)) * 0x94D049BB133111EB;
+    h ^= h >> 31;
+  }
+  return static_cast<U32>(h >> 32 ^ h);
 }
 
-U32 wordAt(const U8* octets) noexcept {
-  return U32{octets[0]} << 24 | U32{octets[1]} << 16 | U32{octets[2]} << 8 | octets[3];
+U32 wireHash(std::span<const U8> octets) noexcept {
+  return wordHash(octets.size() / 4,
+                  [at = octets.data()](std::size_t i) { return wireWordAt(at + 4 * i); });
 }
 
-// Decodes `value` to `comms`; says whether they are strictly ascending, as most
-// senders make them.
-bool decode(std::span<const U8> value, U32* comms) noexcept {
+// Turns host order into wire order, and back.
+void wireOrderSwap(std::span<U32> comms) noexcept {
+  for (U32& community : comms) community = wireWord(community);
+}
+
+std::span<const U8> octetsOf(std::span<const U32> comms) noexcept {
+  return {reinterpret_cast<const U8*>(comms.data()), comms.size_bytes()};
+}
+
+// Decodes `value` to `comms`; says whether they are strictly ascending.
+bool decode(std::span<const U8> value, std::span<U32> comms) noexcept {
   bool ascending = true;
-  U64 least = 0;  // of the next one; wider, as after the highest nothing may follow
-  for (const U8* at = value.data(); at != value.data() + value.size(); at += sizeof(U32)) {
-    *comms = wordAt(at);
-    ascending &= *comms >= least;
-    least = U64{*comms++} + 1;
+  U64 least = 0;  // of the next one; wider, as nothing may follow the highest
+  const U8* at = value.data();
+  for (U32& community : comms) {
+    community = wireWord(wireWordAt(at));
+    ascending &= community >= least;
+    least = U64{community} + 1;
+    at += sizeof(U32);
   }
   return ascending;
 }
@@ -66,7 +93,7 @@ bool decode(std::span<const U8> value, U32* comms) noexcept {
 
 KIV_OBJECT_DEFINE(CommList)
 
-U32 CommListContent::probeHash() const noexcept { return wordHash(comms_); }
+U32 CommListContent::probeHash() const noexcept { return wireHash(octets_); }
 
 CommList::Ptr commListFactory() {
   CommList::Ptr list(new CommList);
@@ -160,10 +187,20 @@ bool CommList::compare(Dorn::DedupHandle::RawPtrConst other) const {
 }
 
 bool CommList::compareByContent(const Dorn::DedupContentHandle& key) const {
-  return std::ranges::equal(commVector_, static_cast<const CommListContent&>(key).comms());
+  const auto& content = static_cast<const CommListContent&>(key);
+  if (content.comms() != comms()) return false;
+  const U8* octets = content.octets().data();
+  U32 differences = 0;
+  for (const U32 community : commVector_) {
+    differences |= wireWord(community) ^ wireWordAt(octets);
+    octets += sizeof(U32);
+  }
+  return differences == 0;
 }
 
-U32 CommList::probeHash() const { return wordHash({commVector_.data(), commVector_.size()}); }
+U32 CommList::probeHash() const {
+  return wordHash(comms(), [this](std::size_t i) { return wireWord(commVector_.data()[i]); });
+}
 
 // An interned list is shared: nothing of it is written again.
 CommList::PtrConst CommList::dedup(CommListDedupTable::RawPtrConst table) {
@@ -192,30 +229,45 @@ void CommList::flagsIs() {
   noExportSubconfed_ = comm(static_cast<U32>(communityNoExportSubconfed));
 }
 
-CommList::PtrConst CommList::dedupContent(CommListDedupTable::RawPtrConst table,
-                                          const CommListContent& content) {
-  Dorn::DedupHandle::Ptr found =
-      table->dedupTable()->lookupByContent(content, wordHash(content.comms()));
-  if (found) return Kiv::staticPtrCast<const CommList>(std::move(found));
+CommList::PtrConst CommList::lookup(CommListDedupTable::RawPtrConst table,
+                                    const CommListContent& content) {
+  return table->dedupTable()->lookup<CommList>(content, wireHash(content.octets()));
+}
+
+CommList::PtrConst CommList::dedupAscending(CommListDedupTable::RawPtrConst table,
+                                            std::span<const U32> comms) {
   const Ptr list = commListFactory();
-  list->commVector_.assign(content.comms());
+  list->commVector_.assign(comms);
   list->commVectorSorted_ = true;
   return list->dedup(table);
 }
 
+// What equals a list as it stands is in order, so order is looked at only after
+// that; and if it is not, the sorted communities are looked up once more, before
+// a list is built that would be thrown away.
 CommList::PtrConst CommList::dedupAttributeValue(CommListDedupTable::RawPtrConst table,
                                                  std::span<const U8> value) {
   if (value.size() % sizeof(U32) != 0) {
     throw Kiv::RangeException("length of COMMUNITIES is no multiple of 4: " +
                               std::to_string(value.size()));
   }
+  if (PtrConst list = lookup(table, CommListContent(value))) return list;
+  return dedupDecoded(table, value);
+}
+
+CommList::PtrConst CommList::dedupDecoded(CommListDedupTable::RawPtrConst table,
+                                          std::span<const U8> value) {
+  const std::size_t count = value.size() / sizeof(U32);
   std::array<U32, 64> room;
-  std::vector<U32> largeRoom(value.size() / 4 > room.size() ? value.size() / 4 : 0);
-  const std::span<U32> comms(largeRoom.empty() ? room.data() : largeRoom.data(), value.size() / 4);
-  if (decode(value, comms.data())) return dedupContent(table, CommListContent(comms));
-  std::ranges::sort(comms);
-  const auto end = std::unique(comms.begin(), comms.end());
-  return dedupContent(table, CommListContent({comms.begin(), end}));
+  std::vector<U32> largeRoom(count > room.size() ? count : 0);
+  const std::span<U32> all(largeRoom.empty() ? room.data() : largeRoom.data(), count);
+  if (decode(value, all)) return dedupAscending(table, all);
+  std::ranges::sort(all);
+  const std::span<U32> comms(all.begin(), std::unique(all.begin(), all.end()));
+  wireOrderSwap(comms);
+  if (PtrConst list = lookup(table, CommListContent(octetsOf(comms)))) return list;
+  wireOrderSwap(comms);
+  return dedupAscending(table, comms);
 }
 
 }  // namespace Routing::Bgp

@@ -21,18 +21,21 @@ class PosixRegex;
 
 namespace Routing::Bgp {
 
-// The contents of a list, borrowed: strictly ascending communities, each in host
-// byte order.  With it a list can be looked up before there is one.
+// The contents of a list as they stand in a path attribute, borrowed: big-endian
+// communities, four octets each. With it a list can be looked up before there is
+// one. Contents that do not ascend strictly are those of no list.
 class OV_EXPORT CommListContent : public Dorn::DedupContentHandle {
  public:
-  explicit CommListContent(std::span<const U32> ascending) noexcept : comms_(ascending) {}
+  // Requires: a length that is a multiple of four.
+  explicit CommListContent(std::span<const U8> octets) noexcept : octets_(octets) {}
 
-  std::span<const U32> comms() const noexcept { return comms_; }
+  std::span<const U8> octets() const noexcept { return octets_; }
+  U32 comms() const noexcept { return static_cast<U32>(octets_.size() / sizeof(U32)); }
   // What lists of this content probe their table with.
   U32 probeHash() const noexcept;
 
  private:
-  std::span<const U32> comms_;
+  std::span<const U8> octets_;
 };
 
 // A list is built by one thread: commIs in any order, repeats allowed; then
@@ -100,16 +103,17 @@ class OV_EXPORT CommList final : public Dorn::DedupHandle {
   // already.  Requires: the caller holds the list by a counted pointer.
   PtrConst dedup(CommListDedupTable::RawPtrConst table);
 
-  // The interned list of these contents.  One hash and one probe if there is one.
-  static PtrConst dedupContent(CommListDedupTable::RawPtrConst table,
-                               const CommListContent& content);
-  // The same from the value octets of a received COMMUNITIES attribute, big-endian
-  // communities in any order, repeats allowed.  Throws Kiv::RangeException for a
-  // length that is no multiple of four.
+  // The interned list of the value octets of a received COMMUNITIES attribute, in
+  // any order, repeats allowed. One hash and one probe, and nothing is decoded or
+  // built, if there is one and the octets ascend, as they do from most senders.
+  // Throws Kiv::RangeException for a length that is no multiple of four.
   static PtrConst dedupAttributeValue(CommListDedupTable::RawPtrConst table,
                                       std::span<const U8> value);
 
  private:
+  static PtrConst lookup(CommListDedupTable::RawPtrConst table, const CommListContent& content);
+  static PtrConst dedupDecoded(CommListDedupTable::RawPtrConst table, std::span<const U8> value);
+  static PtrConst dedupAscending(CommListDedupTable::RawPtrConst table, std::span<const U32> comms);
   void sort();
   void flagsIs();
 

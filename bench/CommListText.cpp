@@ -27,7 +27,9 @@ Comms commsOf(std::size_t length) {
 
 Routing::Bgp::CommList::PtrConst listOf(const Comms& comms) {
   static const auto table = Routing::Bgp::commListDedupTableFactory();
-  return Routing::Bgp::CommList::dedupContent(table.ptr(), Routing::Bgp::CommListContent(comms));
+  const auto list = Routing::Bgp::commListFactory();
+  for (const U32 c : comms) list->commIs(c);
+  return list->dedup(table.ptr());
 }
 
 void perCommunity(benchmark::State& state) {

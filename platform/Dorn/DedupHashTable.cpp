@@ -10,13 +10,6 @@ namespace {
 // Enough that a few dozen threads seldom meet; a shard is one cache line.
 constexpr U32 threadSafeShards = 64;
 
-// Spreads a member's hash over all bits: the low ones choose the shard, the high
-// ones the bucket, and not every type's hash is good in both. Never 0, which the
-// buckets keep for free slots.
-constexpr U32 mixed32(U32 hash) noexcept {
-  return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 1;
-}
-
 }  // namespace
 
 KIV_OBJECT_DEFINE(DedupHashTable)
@@ -49,23 +42,6 @@ class DedupHashTable::NotificationLock {
   DedupHashTable& table_;
 };
 
-// Holds a shard's lock, if the table has locks.
-class DedupHashTable::ShardLock {
- public:
-  ShardLock(const DedupHashTable& table, const Shard& shard)
-      : mutex_(table.threadSafe_ ? &shard.mutex : nullptr) {
-    if (mutex_) mutex_->lock();
-  }
-  ShardLock(const ShardLock&) = delete;
-  ShardLock& operator=(const ShardLock&) = delete;
-  ~ShardLock() {
-    if (mutex_) mutex_->unlock();
-  }
-
- private:
-  std::mutex* const mutex_;
-};
-
 DedupHashTable::DedupHashTable(bool threadSafe)
     : shardMask_(threadSafe ? threadSafeShards - 1 : 0),
       threadSafe_(threadSafe),
@@ -74,13 +50,10 @@ DedupHashTable::DedupHashTable(bool threadSafe)
 DedupHashTable::~DedupHashTable() = default;
 
 DedupHandle::Ptr DedupHashTable::lookupByContent(const DedupContentHandle& key, U32 hash) const {
-  const U32 mixed = mixed32(hash);
-  const Shard& shard = shardOf(mixed);
-  const ShardLock lock(*this, shard);
-  return DedupHandle::Ptr(shard.buckets.find(mixed, [&key](const DedupHandle* member) {
+  return lookupBy(hash, [&key](const DedupHandle* member) {
     return member
     ->compareByContent(key);
-  }));
+  });
 }
 
 DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle) {

@@ -48,6 +48,15 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // says otherwise. One lock, one probe; builds nothing.
   DedupHandle::Ptr lookupByContent(const DedupContentHandle& key, U32 hash) const;
 
+  // The same for callers who know the class of the members, which must be final:
+  // the comparison is no virtual call.
+  template <class Handle>
+  Kiv::Ptr<Handle> lookup(const DedupContentHandle& key, U32 hash) const {
+    return Kiv::staticPtrCast<Handle>(lookupBy(hash, [&key](const DedupHandle* member) {
+      return static_cast<const Handle*>(member)->Handle::compareByContent(key);
+    }));
+  }
+
   // The member equal to `handle`; `handle` itself becomes one if there is none.
   // All handles of one table are of one type. Throws std::bad_alloc, or what the
   // observer's handleInsert throws, and leaves the table as it was. Requires: the
@@ -78,17 +87,48 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   friend class DedupHandle;
   friend class DedupHashTableLifeTimeNotifiee;
   class NotificationLock;
-  class ShardLock;
 
   struct alignas(64) Shard {
     mutable std::mutex mutex;
     DedupBuckets buckets;
   };
 
+  // Holds a shard's lock, if the table has locks.
+  class ShardLock {
+   public:
+    ShardLock(const DedupHashTable& table, const Shard& shard)
+        : mutex_(table.threadSafe_ ? &shard.mutex : nullptr) {
+      if (mutex_) mutex_->lock();
+    }
+    ShardLock(const ShardLock&) = delete;
+    ShardLock& operator=(const ShardLock&) = delete;
+    ~ShardLock() {
+      if (mutex_) mutex_->unlock();
+    }
+
+   private:
+    std::mutex* const mutex_;
+  };
+
   enum class Release : U8 { stays, leaves, dies };
 
+  // Spreads a member's hash over all bits: the low ones choose the shard, the high
+  // ones the bucket, and not every type's hash is good in both. Never 0, which the
+  // buckets keep for free slots.
+  static constexpr U32 mixed32(U32 hash) noexcept {
+    return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 1;
+  }
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed >> 1 & shardMask_]; }
   bool isObserved() const noexcept { return notifiee_.load(std::memory_order_acquire) != nullptr; }
+
+  // The member that `isWanted` accepts, with a reference taken under the lock.
+  template <class IsWanted>
+  DedupHandle::Ptr lookupBy(U32 hash, const IsWanted& isWanted) const {
+    const U32 mixed = mixed32(hash);
+    const Shard& shard = shardOf(mixed);
+    const ShardLock lock(*this, shard);
+    return DedupHandle::Ptr(shard.buckets.find(mixed, isWanted));
+  }
 
   void insert(Shard& shard, U32 mixed, DedupHandle& handle);
   DedupHandle::Ptr dedupObserved(Shard& shard, U32 mixed, const DedupHandle::Ptr& handle);
