@@ -1,0 +1,144 @@
+// The extended community as it is shared: an interned, immutable object of eight
+// octets (RFC 4360), and the base of its typed classes.
+#ifndef OVBGP_EXTCOMM_H
+#define OVBGP_EXTCOMM_H
+
+#include <iosfwd>
+
+#include "Kiv/Export.h"
+#include "Kiv/FlagSet.h"
+#include "Kiv/Hash.h"
+#include "Kiv/String.h"
+#include "Kiv/Types.h"
+#include "KivStash/DedupHandle.h"
+#include "OvBgp/ExtCommContent.h"
+#include "OvBgp/OvBgpCommunityPacketTypes.h"
+
+namespace OvFmt {
+class DynamicBufferInterface;
+}
+
+namespace Routing::Bgp {
+
+class ExtCommDedupTable;
+
+// Equal values share one object: get them by dedupContent. Immutable, any thread.
+// The class says what the rule tree made of the value; hash, equality and order
+// are those of the 64-bit content, whatever the class.
+class OV_EXPORT ExtComm : public KivStash::DedupHandle {
+  KIV_OBJECT(ExtComm)
+
+ public:
+  // Which of its texts a community is asked for. Each class honours what applies
+  // to it; "UI" means strepFormatClassification and strepFormatUI together.
+  class StrepFormat;
+
+  ExtComm(ExtCommClassification classification, const ExtCommContent& content)
+      : classification_(classification), content_(content) {}
+
+  // hashSingleAttr of the value, seed 0; what dedupContent looks up by.
+  static U32 hashOf(const ExtCommContent& content) noexcept {
+    return Kiv::hashSingleAttr(0, content.value());
+  }
+  U32 hash() const override;
+  bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
+  bool compareByContent(const Dorn::DedupContentHandle& key) const override;
+
+  virtual bool isLinkBandwidthWithUnspecifiedAsNumber() const;
+  // The subtype octet; unspecified for a class without subtypes.
+  virtual BgpExtCommPktSubtype pktSubtype() const;
+  // Writes the diagnostic text, for logs and dumps.
+  virtual void formatDerivedType(std::ostream& out) const;
+  // The text that policies, configurations and show commands use.
+  virtual Kiv::String toStrepForPolicy(StrepFormat format) const;
+  // Whether policies match this community by its user-interface text.
+  virtual bool policyMatchStrepUI() const;
+  virtual bool isValid() const;
+  // Whether this one wins over `other`: the smaller value does.
+  virtual bool isBetterThan(const Kiv::Ptr<const ExtComm>& other) const;
+
+  ExtCommClassification classification() const noexcept { return classification_; }
+  ExtCommContent getContent() const noexcept { return content_; }
+  // The type octet, or extCommPktTypeUnknown if it has no name.
+  BgpExtCommPktType pktType() const noexcept;
+
+  Kiv::String toStrepForUI(bool asdot, bool linkBwWeighted, bool json) const;
+  // The diagnostic text.
+  Kiv::String toStrep() const;
+  // 0x and 16 hexadecimal digits.
+  void formatCommunityValue(std::ostream& out) const;
+  // The subtype's name, "subtype=" and its number, "unspecified", or "none" for a
+  // type that has no table of subtypes.
+  void formatSubtype(std::ostream& out) const;
+
+  // The name of the subtype, or "subtype=" and its number. Each requires: the
+  // community is of the function's type, and its class has subtypes.
+  Kiv::String pktSubtypeTransTwoOctetAsString() const;
+  Kiv::String pktSubtypeTransIpv4AddressString() const;
+  Kiv::String pktSubtypeTransFourOctetAsString() const;
+  Kiv::String pktSubtypeTransOpaqueString() const;
+  Kiv::String pktSubtypeEvpnString() const;
+  Kiv::String pktSubtypeFlowspecRedirectNexthopString() const;
+  Kiv::String pktSubtypeTransGenericString() const;
+  Kiv::String pktSubtypeTransGenericPart2String() const;
+  Kiv::String pktSubtypeTransGenericPart3String() const;
+  Kiv::String pktSubtypeNonTransTwoOctetAsString() const;
+  Kiv::String pktSubtypeNonTransIpv4AddressString() const;
+  Kiv::String pktSubtypeNonTransFourOctetAsString() const;
+  Kiv::String pktSubtypeNonTransOpaqueString() const;
+
+  // The interned object of this value, typed by the table's rule tree. One hash
+  // and one probe if there is one. Throws std::bad_alloc.
+  static PtrConst dedupContent(const ExtCommDedupTable* table, const ExtCommContent& content);
+
+ protected:
+  // How a diagnostic text starts unless the class has words of its own: the name
+  // of the type and, if the class has subtypes, a blank and the subtype.
+  void appendTypeNames(OvFmt::DynamicBufferInterface& to) const;
+
+ private:
+  Kiv::String subtypeText() const;
+
+  const ExtCommClassification classification_;
+  const ExtCommContent content_;
+};
+
+#define FLAG_ROWS(flag)                                              \
+  flag(strepFormatDefault, strepFormatDefaultIs, 0x01)               \
+  flag(strepFormatClassification, strepFormatClassificationIs, 0x02) \
+  flag(strepFormatUI, strepFormatUIIs, 0x04)                         \
+  flag(strepFormatJson, strepFormatJsonIs, 0x08)                     \
+  flag(strepFormatAsdot, strepFormatAsdotIs, 0x10)                   \
+  flag(strepFormatLinkBwWeighted, strepFormatLinkBwWeightedIs, 0x20)
+class ExtComm::StrepFormat : public Kiv::FlagSet<ExtComm::StrepFormat> {
+ public:
+  using FlagSet::FlagSet;
+  KIV_FLAG_SET_BODY("Routing::Bgp::ExtComm::StrepFormat", FLAG_ROWS)
+
+  // Both flags that together ask for the user-interface text.
+  constexpr bool isUI() const { return strepFormatClassification() && strepFormatUI(); }
+};
+#undef FLAG_ROWS
+
+// A community whose second octet is a subtype.
+class OV_EXPORT ExtCommSubtyped : public ExtComm {
+  KIV_OBJECT(ExtCommSubtyped)
+
+ public:
+  using ExtComm::ExtComm;
+  BgpExtCommPktSubtype pktSubtype() const override;
+};
+
+// New, not interned, with notification switched on.
+OV_EXPORT ExtComm::Ptr extCommFactory(ExtCommClassification classification,
+                                      const ExtCommContent& content);
+OV_EXPORT ExtCommSubtyped::Ptr ExtCommSubtypedIs(ExtCommClassification classification,
+                                                 const ExtCommContent& content);
+
+// The diagnostic text; "NULL" for a null pointer.
+OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtComm* extComm);
+OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtComm& extComm);
+
+}  // namespace Routing::Bgp
+
+#endif
