@@ -21,6 +21,8 @@ function(ovbgp_compile_options target)
                CXX_EXTENSIONS OFF)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wpedantic)
+  # Part of C++ since 2014, and on by default in GCC.
+  target_compile_options(${target} PRIVATE -fsized-deallocation)
   if(OVBGP_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
