@@ -15,10 +15,7 @@ namespace Routing::Bgp {
 // open to any thread.  Usually one a process and kind, shared by all users.
 class OV_EXPORT CommListDedupTableBase : public Kiv::PtrInterface {
  public:
-  using Ptr = Kiv::Ptr<CommListDedupTableBase>;
-  using PtrConst = Kiv::Ptr<const CommListDedupTableBase>;
-  using RawPtr = CommListDedupTableBase*;
-  using RawPtrConst = const CommListDedupTableBase*;
+  KIV_POINTERS(CommListDedupTableBase)
 
   // The member equal to `handle`, which becomes one if there is none.
   Dorn::DedupHandle::Ptr dedup(Dorn::DedupHandle::Ptr handle) const {

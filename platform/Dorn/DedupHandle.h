@@ -44,10 +44,7 @@ extern OV_EXPORT bool dedupHandleDisableSmartPointerOperations;
 
 class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
  public:
-  using Ptr = Kiv::Ptr<DedupHandle>;
-  using PtrConst = Kiv::Ptr<const DedupHandle>;
-  using RawPtr = DedupHandle*;
-  using RawPtrConst = const DedupHandle*;
+  KIV_POINTERS(DedupHandle)
   using ReferenceRules = DedupHandle;
 
   // Whether the handle is in a table now, and whether it ever was.

@@ -89,6 +89,13 @@ Ptr<To> staticPtrCast(Ptr<From> from) noexcept {
 
 }  // namespace Kiv
 
+// In the public part of a shared class's body: the names of its pointers.
+#define KIV_POINTERS(Class)                 \
+  using Ptr = ::Kiv::Ptr<Class>;            \
+  using PtrConst = ::Kiv::Ptr<const Class>; \
+  using RawPtr = Class*;                    \
+  using RawPtrConst = const Class*;
+
 template <class T>
 struct std::hash<Kiv::Ptr<T>> {
   std::size_t operator()(const Kiv::Ptr<T>& pointer) const noexcept {

@@ -87,10 +87,7 @@ class OV_EXPORT VFPtrInterface {
 // first Ptr takes one, and the last one to go destroys the object.
 class OV_EXPORT PtrInterface : public VFPtrInterface {
  public:
-  using Ptr = Kiv::Ptr<PtrInterface>;
-  using PtrConst = Kiv::Ptr<const PtrInterface>;
-  using RawPtr = PtrInterface*;
-  using RawPtrConst = const PtrInterface*;
+  KIV_POINTERS(PtrInterface)
   // Names the class whose reference operations count for this object: a counted
   // pointer never converts to one that would count by other rules.
   using ReferenceRules = PtrInterface;
@@ -126,10 +123,7 @@ class OV_EXPORT PtrInterface : public VFPtrInterface {
 // and namespace, gives the record its name.
 #define KIV_OBJECT(Class)                                                                     \
  public:                                                                                      \
-  using Ptr = ::Kiv::Ptr<Class>;                                                              \
-  using PtrConst = ::Kiv::Ptr<const Class>;                                                   \
-  using RawPtr = Class*;                                                                      \
-  using RawPtrConst = const Class*;                                                           \
+  KIV_POINTERS(Class)                                                                         \
   static ::Kiv::Type& kivType() noexcept;                                                     \
   const ::Kiv::Type& fwkType() const noexcept override;                                       \
   static void* operator new(std::size_t size) { return ::Kiv::kivMemAlloc(size, kivType()); } \
