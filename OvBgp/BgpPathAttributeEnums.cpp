@@ -1,5 +1,7 @@
 #include "OvBgp/BgpPathAttributeEnums.h"
 
+#include <array>
+
 #include "Kiv/EnumRegistry.h"
 
 namespace Routing::Bgp {
@@ -8,70 +10,50 @@ namespace {
 const Kiv::EnumModule pathAttributeEnums("BgpPathAttributeEnums",
                                          Kiv::enumInfosOf<BgpPathAttributeEnums>);
 
+struct ShowRow {
+  BgpPathAttrType type;
+  const char* text;
+};
+
+constexpr std::array showRows{
+    ShowRow{BgpPathAttrType::invalidPathAttr, "Invalid Path Attribute"},
+    ShowRow{BgpPathAttrType::origin, "Origin"},
+    ShowRow{BgpPathAttrType::asPath, "AS Path"},
+    ShowRow{BgpPathAttrType::nextHop, "Nexthop"},
+    ShowRow{BgpPathAttrType::multiExitDisc, "MED"},
+    ShowRow{BgpPathAttrType::localPref, "Local Preference"},
+    ShowRow{BgpPathAttrType::atomicAggregate, "Atomic Aggregator"},
+    ShowRow{BgpPathAttrType::aggregator, "Aggregator"},
+    ShowRow{BgpPathAttrType::community, "Community"},
+    ShowRow{BgpPathAttrType::originatorId, "Originator ID"},
+    ShowRow{BgpPathAttrType::clusterList, "Cluster List"},
+    ShowRow{BgpPathAttrType::advertiser, "Advertiser"},
+    ShowRow{BgpPathAttrType::rcidPath, "RCID Path"},
+    ShowRow{BgpPathAttrType::mpReachNlri, "MP Reach NLRI"},
+    ShowRow{BgpPathAttrType::mpUnreachNlri, "MP Unreach NLRI"},
+    ShowRow{BgpPathAttrType::extCommunity, "Extended Community"},
+    ShowRow{BgpPathAttrType::as4Path, "AS4 Path"},
+    ShowRow{BgpPathAttrType::as4Aggregator, "AS4 Aggregator"},
+    ShowRow{BgpPathAttrType::pmsiTunnel, "PMSI Tunnel"},
+    ShowRow{BgpPathAttrType::tunnelEncapsulation, "Tunnel Encapsulation"},
+    ShowRow{BgpPathAttrType::extCommunityIp6, "IPv6 Address Specific Extended Community"},
+    ShowRow{BgpPathAttrType::accumulatedIgpMetric, "Accumulated IGP Metric"},
+    ShowRow{BgpPathAttrType::bgpLs, "Link State"},
+    ShowRow{BgpPathAttrType::largeCommunity, "Large Community"},
+    ShowRow{BgpPathAttrType::domainPath, "Domain Path"},
+    ShowRow{BgpPathAttrType::prefixSid, "BGP Prefix-SID"},
+    ShowRow{BgpPathAttrType::attrSet, "Attribute Set"},
+    ShowRow{BgpPathAttrType::reservedForDevelopment, "Reserved for Development"},
+};
+
+// All members but the one that stands for no type have a text.
+static_assert(showRows.size() + 1 == Kiv::enumInfo<BgpPathAttrType>.size());
+
 }  // namespace
 
-// No default, so that the compiler asks for the text of a new member.
 const char* bgpPathAttrTypeShowString(BgpPathAttrType type) noexcept {
-  using enum BgpPathAttrType;
-  switch (type) {
-    case invalidPathAttr:
-      return "Invalid Path Attribute";
-    case origin:
-      return "Origin";
-    case asPath:
-      return "AS Path";
-    case nextHop:
-      return "Nexthop";
-    case multiExitDisc:
-      return "MED";
-    case localPref:
-      return "Local Preference";
-    case atomicAggregate:
-      return "Atomic Aggregator";
-    case aggregator:
-      return "Aggregator";
-    case community:
-      return "Community";
-    case originatorId:
-      return "Originator ID";
-    case clusterList:
-      return "Cluster List";
-    case advertiser:
-      return "Advertiser";
-    case rcidPath:
-      return "RCID Path";
-    case mpReachNlri:
-      return "MP Reach NLRI";
-    case mpUnreachNlri:
-      return "MP Unreach NLRI";
-    case extCommunity:
-      return "Extended Community";
-    case as4Path:
-      return "AS4 Path";
-    case as4Aggregator:
-      return "AS4 Aggregator";
-    case pmsiTunnel:
-      return "PMSI Tunnel";
-    case tunnelEncapsulation:
-      return "Tunnel Encapsulation";
-    case extCommunityIp6:
-      return "IPv6 Address Specific Extended Community";
-    case accumulatedIgpMetric:
-      return "Accumulated IGP Metric";
-    case bgpLs:
-      return "Link State";
-    case largeCommunity:
-      return "Large Community";
-    case domainPath:
-      return "Domain Path";
-    case prefixSid:
-      return "BGP Prefix-SID";
-    case attrSet:
-      return "Attribute Set";
-    case reservedForDevelopment:
-      return "Reserved for Development";
-    case attrTypeUnknown:
-      break;
+  for (const ShowRow& row : showRows) {
+    if (row.type == type) return row.text;
   }
   return "Invalid attribute";
 }

@@ -42,6 +42,7 @@ class OV_EXPORT BgpMaybeU63 : public Dorn::MaybeU63 {
   }
 
   // The value; aborts if it is unspecified, so ask first.
+  // NOLINTNEXTLINE(google-explicit-constructor): it stands for its value
   operator U64() const {
     KIV_ASSERT(!isUnspecified(),
                "!isUnspecified() && \"Caller must check isUnspecified() before getting value()\"",

@@ -13,6 +13,10 @@ namespace Kiv {
 struct Adopt {};
 inline constexpr Adopt adopt{};
 
+// Whether a U* will do where a T* is wanted.
+template <class U, class T>
+concept PointsLike = std::is_convertible_v<U*, T*>;
+
 // One word; owns one reference of the object it points to, or is null.  The
 // object counts (Kiv/PtrInterface.h), so a Ptr can be made from a raw pointer at
 // any time; that is explicit, as it takes a reference.  Each Ptr belongs to one
@@ -24,20 +28,24 @@ class Ptr {
   using element_type = T;
 
   constexpr Ptr() noexcept = default;
+  // NOLINTNEXTLINE(google-explicit-constructor): null is as good as a Ptr
   constexpr Ptr(std::nullptr_t) noexcept {}
   explicit Ptr(T* object) noexcept : object_(object) { add(); }
   Ptr(T* object, Adopt) noexcept : object_(object) {}
   Ptr(const Ptr& other) noexcept : object_(other.object_) { add(); }
   Ptr(Ptr&& other) noexcept : object_(other.release()) {}
-  template <class U>
-  requires std::is_convertible_v<U*, T*> Ptr(const Ptr<U>& other)
-  noexcept : object_(other.ptr()) {
+  // To a base, or to const, as raw pointers convert.
+  template <PointsLike<T> U>
+  Ptr(const Ptr<U>& other) noexcept  // NOLINT(google-explicit-constructor)
+      : object_(other.ptr()) {
     sameRulesAs<U>();
     add();
   }
-  template <class U>
-  requires std::is_convertible_v<U*, T*> Ptr(Ptr<U>&& other)
-  noexcept : object_(other.release()) { sameRulesAs<U>(); }
+  template <PointsLike<T> U>
+  Ptr(Ptr<U>&& other) noexcept  // NOLINT(google-explicit-constructor)
+      : object_(other.release()) {
+    sameRulesAs<U>();
+  }
   ~Ptr() { drop(); }
 
   Ptr& operator=(const Ptr& other) noexcept {

@@ -50,9 +50,10 @@ void HeapGrowingBuffer::grow(std::size_t required) {
   const std::size_t used = size();
   const std::size_t capacity = std::max(std::min(2 * used, step_), used + required);
   // Reallocated in place where the heap allows: past the step, growth is in small pieces.
-  void* const storage = std::realloc(onHeap() ? this->storage() : nullptr, capacity);
+  const bool wasOnHeap = onHeap();
+  void* const storage = std::realloc(wasOnHeap ? this->storage() : nullptr, capacity);
   if (storage == nullptr) throw std::bad_alloc();
-  if (!onHeap()) std::memcpy(storage, inlineArea_, used);
+  if (!wasOnHeap) std::memcpy(storage, inlineArea_, used);
   storageIs(static_cast<char*>(storage), capacity);
 }
 

@@ -57,7 +57,8 @@ class OV_EXPORT DynamicBufferInterface {
     ++writePtr_;
   }
   void append(std::string_view text) {
-    writePtr_ = reserve(text.size()) + text.copy(writePtr_, text.size());
+    char* const at = reserve(text.size());
+    writePtr_ = at + text.copy(at, text.size());
   }
 
   void appendDecimal(U32 value) {

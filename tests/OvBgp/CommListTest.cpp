@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <iomanip>
 #include <random>
 #include <set>
@@ -118,7 +119,7 @@ TEST_F(CommListTest, HashIsTheContractsAndOrderMatters) {
   EXPECT_EQ(0U, intern(table_, {})->hash());
   // The well-known value of the one-at-a-time hash of "abcd".
   U32 h = 0;
-  for (const unsigned char c : {'a', 'b', 'c', 'd'}) {
+  for (const U8 c : std::array<U8, 4>{0x61, 0x62, 0x63, 0x64}) {
     h += c;
     h *= 1025;
     h ^= h / 64;

@@ -26,9 +26,9 @@ class BgpMessageDecoder {
  public:
   BgpMessageDecoder(RouteSink& sink, InputCounts& counts) : sink_(sink), counts_(counts) {}
 
-  // `message` starts with the marker.  Throws Malformed, or adds to `problems`
+  // `octets` start with the marker.  Throws Malformed, or adds to `problems`
   // what did not keep the message from being used.
-  void decode(Octets message, const MessageContext& context, Problems& problems);
+  void decode(Octets octets, const MessageContext& context, Problems& problems);
 
  private:
   void decodeUpdate(OctetReader body, const MessageContext& context, Problems& problems);

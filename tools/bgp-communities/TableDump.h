@@ -26,10 +26,9 @@ class TableDumpDecoder {
   void decodeV2(const MrtRecord& record, Problems& problems);
 
  private:
-  void readPeerIndex(OctetReader body);
+  void readPeerIndex(OctetReader reader);
   void decodeRib(const MrtRecord& record, NlriKind kind, Problems& problems);
-  void deliver(U32 seconds, const Peer& peer, const Nlri& nlri, Octets attributes,
-               Problems& problems);
+  void deliver(U32 seconds, const Peer& peer, const Nlri& nlri, Octets octets, Problems& problems);
 
   RouteSink& sink_;
   InputCounts& counts_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Kiv/Exception.h"
@@ -142,7 +143,7 @@ Kiv::String messageOf(int error, const regex_t& compiled) {
 
 }  // namespace
 
-PosixRegex::PosixRegex(const Kiv::String& expression) : expression_(expression) {
+PosixRegex::PosixRegex(Kiv::String expression) : expression_(std::move(expression)) {
   checkCost(expression_);
   auto compiled = std::make_unique<regex_t>();
   const int error = regcomp(compiled.get(), expression_.c_str(), REG_EXTENDED | REG_NOSUB);

@@ -21,7 +21,7 @@ class OV_EXPORT PosixRegex {
   // if it does not compile.  Expressions that could exhaust the C library's stack
   // or memory are refused in the same way: longer than 4096 octets, groups nested
   // deeper than 100, or repetitions that multiply out to more than 100000 items.
-  explicit PosixRegex(const Kiv::String& expression);
+  explicit PosixRegex(Kiv::String expression);
 
   const Kiv::String& expression() const { return expression_; }
 

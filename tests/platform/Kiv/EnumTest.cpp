@@ -33,7 +33,7 @@ KIV_ENUM_INSTANCE_BY_POSITION(Tone, toneAt)
 KIV_ENUM(Empty, ENUM_ROWS)
 #undef ENUM_ROWS
 
-using Kiv::operator<<;
+using Kiv::operator<<;  // NOLINT(misc-unused-using-decls): found by the tests' printing
 using Kiv::RangeException;
 
 static_assert(Kiv::RegisteredEnum<Tone> && !Kiv::RegisteredEnum<Kiv::EnumInfo>);

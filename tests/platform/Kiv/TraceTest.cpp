@@ -138,7 +138,7 @@ TEST_F(TraceTest, ServesSeveralThreads) {
   }
   for (int i = 0; i < 200; ++i) Kiv::traceLevelsIs(i % 2 == 0 ? "*/3+4" : "*/3");
   for (std::thread& thread : threads) thread.join();
-  ASSERT_EQ(lines_.size(), std::size_t{threadCount * linesEach});
+  ASSERT_EQ(lines_.size(), std::size_t{threadCount} * linesEach);
   for (const std::string& line : lines_) {
     EXPECT_EQ(line.substr(0, 9), "Shared/3 ");
     EXPECT_EQ(line.substr(line.size() - 4), " end");
