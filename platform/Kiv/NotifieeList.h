@@ -7,6 +7,7 @@
 #define KIV_NOTIFIEELIST_H
 
 #include <cstddef>
+#include <typeinfo>
 #include <vector>
 
 #include "Kiv/Assert.h"
@@ -23,23 +24,20 @@ class Change {
  public:
   template <class Key>
   Change(U32 attribute, const Key& key)
-      : attribute_(attribute), key_(&key), keyType_(&typeTag<Key>) {}
+      : attribute_(attribute), key_(&key), keyType_(typeid(Key)) {}
 
   U32 attribute() const noexcept { return attribute_; }
   // Requires: `Key` is the attribute's type of key.
   template <class Key>
   const Key& key() const {
-    KIV_ASSERT(keyType_ == &typeTag<Key>, "keyType_ == &typeTag< Key >", "Kiv/NotifieeList");
+    KIV_ASSERT(keyType_ == typeid(Key), "keyType_ == typeid( Key )", "Kiv/NotifieeList");
     return *static_cast<const Key*>(key_);
   }
 
  private:
-  template <class Key>
-  static constexpr char typeTag = 0;
-
   U32 attribute_;
   const void* key_;
-  const void* keyType_;
+  const std::type_info& keyType_;
 };
 
 // An observer. It unregisters itself when it is destroyed.
