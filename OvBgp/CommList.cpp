@@ -13,6 +13,7 @@
 #include "Kiv/Assert.h"
 #include "Kiv/Exception.h"
 #include "OvBgp/CommunityText.h"
+#include "OvBgp/NotifyingObject.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 #include "OvBgp/OvBgpSerialize.h"
 #include "Routing/RouteMap/PosixRegex.h"
@@ -95,11 +96,7 @@ KIV_OBJECT_DEFINE(CommList)
 
 U32 CommListContent::probeHash() const noexcept { return wireHash(octets_); }
 
-CommList::Ptr commListFactory() {
-  CommList::Ptr list(new CommList);
-  list->hasNotificationActiveIs(true);
-  return list;
-}
+CommList::Ptr commListFactory() { return notifyingObject<CommList>(); }
 
 void CommList::commIs(U32 community) {
   ASSERT_LIST(!commVectorSorted(), "!commVectorSorted()");

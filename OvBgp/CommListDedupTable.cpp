@@ -1,5 +1,6 @@
 #include "OvBgp/CommListDedupTable.h"
 
+#include "OvBgp/NotifyingObject.h"
 #include "OvBgpGlobals/OvBgpGlobals.h"
 
 namespace Routing::Bgp {
@@ -19,9 +20,7 @@ void CommListDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& 
 }
 
 CommListDedupTable::Ptr commListDedupTableFactory() {
-  CommListDedupTable::Ptr table(new CommListDedupTable);
-  table->hasNotificationActiveIs(true);
-  return table;
+  return notifyingObject<CommListDedupTable>();
 }
 
 }  // namespace Routing::Bgp

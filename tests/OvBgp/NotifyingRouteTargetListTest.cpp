@@ -1,0 +1,94 @@
+#include "OvBgp/NotifyingRouteTargetList.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+namespace Routing::Bgp {
+namespace {
+
+// Notes what it hears and what the list then holds, and runs the test's handler.
+class Observer : public Kiv::Notifiee {
+ public:
+  explicit Observer(const NotifyingRouteTargetList::Ptr& list) : list_(list.ptr()) {
+    notifierIs(list->notifieeList());
+  }
+  void handleChange(const Kiv::Change& change) override {
+    EXPECT_EQ(NotifyingRouteTargetList::rtAttribute, change.attribute());
+    const RouteTarget target = change.key<RouteTarget>();
+    heard.emplace_back(target.value(), list_->rtHas(target));
+    if (handler) handler(target);
+  }
+
+  std::vector<std::pair<U64, bool>> heard;
+  std::function<void(const RouteTarget&)> handler;
+
+ private:
+  NotifyingRouteTargetList* const list_;
+};
+
+using Heard = std::vector<std::pair<U64, bool>>;
+
+TEST(NotifyingRouteTargetList, TellsOfChangesAndOnlyOfThose) {
+  const auto list = notifyingRouteTargetListFactory();
+  EXPECT_TRUE(list->hasNotificationActive());
+  Observer observer(list);
+  EXPECT_FALSE(list->rtDel(RouteTarget(1)));
+  list->rtIs(RouteTarget(1));
+  list->rtIs(RouteTarget(1));
+  list->rtIs(RouteTarget(2));
+  EXPECT_TRUE(list->rtDel(RouteTarget(1)));
+  EXPECT_FALSE(list->rtDel(RouteTarget(1)));
+  EXPECT_EQ((Heard{{1, true}, {2, true}, {1, false}}), observer.heard);
+  EXPECT_EQ(1U, list->rt().size());
+}
+
+TEST(NotifyingRouteTargetList, DelAllTellsOfEachAndKeepsWhatComesMeanwhile) {
+  const auto list = notifyingRouteTargetListFactory();
+  for (U64 value = 1; value <= 100; ++value) list->rtIs(RouteTarget(value));
+  Observer observer(list);
+  observer.handler = [&](const RouteTarget& target) {
+    if (target.value() == 50) list->rtIs(RouteTarget(1000));
+  };
+  list->rtDelAll();
+  EXPECT_EQ(101U, observer.heard.size());
+  EXPECT_EQ(std::vector<RouteTarget>{RouteTarget(1000)}, list->rt().keys());
+}
+
+TEST(NotifyingRouteTargetList, AnObserverMayLetGoOfTheList) {
+  auto list = notifyingRouteTargetListFactory();
+  for (U64 value = 1; value <= 3; ++value) list->rtIs(RouteTarget(value));
+  NotifyingRouteTargetList& raw = *list;
+  Observer observer(list);
+  observer.handler = [&](const RouteTarget&) { list = nullptr; };
+  raw.rtDelAll();
+  EXPECT_EQ(3U, observer.heard.size());
+  EXPECT_EQ(0U, NotifyingRouteTargetList::kivType().objects());
+
+  list = notifyingRouteTargetListFactory();
+  Observer second(list);
+  second.handler = [&](const RouteTarget&) { list = nullptr; };
+  list.ptr()->rtIs(RouteTarget(1));
+  EXPECT_EQ(0U, NotifyingRouteTargetList::kivType().objects());
+}
+
+TEST(NotifyingRouteTargetList, DumpIndentsItsLines) {
+  const auto list = notifyingRouteTargetListFactory();
+  const auto dump = [&list](U32 indent) {
+    std::ostringstream out;
+    list->dumpState(Dorn::dumpContextFactory(out), indent);
+    return out.str();
+  };
+  EXPECT_EQ("NotifyingRouteTargetList #0:\n", dump(0));
+  list->rtIs(RouteTarget(0x0202'0001'1170'0001));
+  EXPECT_EQ("NotifyingRouteTargetList #1:\n  70000:1\n", dump(0));
+  EXPECT_EQ("    NotifyingRouteTargetList #1:\n      70000:1\n", dump(4));
+  list->rtIs(RouteTarget(5));
+  EXPECT_NE(Kiv::String::npos, dump(0).find("\n  0x0000000000000005\n"));
+}
+
+}  // namespace
+}  // namespace Routing::Bgp
