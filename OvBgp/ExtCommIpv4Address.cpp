@@ -1,0 +1,42 @@
+#include "OvBgp/ExtCommIpv4Address.h"
+
+#include <ostream>
+
+#include "OvBgp/ExtCommText.h"
+#include "OvBgp/NotifyingObject.h"
+#include "Routing/Bgp/AddressText.h"
+
+namespace Routing::Bgp {
+
+KIV_OBJECT_DEFINE(ExtCommIpv4Address)
+
+void ExtCommIpv4Address::appendValue(OvFmt::DynamicBufferInterface& to) const {
+  appendIpv4Address(to, address());
+  to.append(':');
+  to.appendDecimal(localAdmin());
+}
+
+void ExtCommIpv4Address::formatDerivedType(std::ostream& out) const {
+  OvFmt::StackBackedBuffer<128> words;
+  appendTypeNames(words);
+  words.append(' ');
+  appendIpv4Address(words, address());
+  writeExtCommDiagnostic(out, words.view(), getContent());
+}
+
+Kiv::String ExtCommIpv4Address::toStrepForPolicy(StrepFormat format) const {
+  ExtCommTextBuffer text;
+  if (format.isUI()) {
+    addExtCommTypeAsString(text, "-IP", getContent());
+    text.append(':');
+  }
+  appendValue(text);
+  return text.str();
+}
+
+ExtCommIpv4Address::Ptr ExtCommIpv4AddressIs(ExtCommClassification classification,
+                                             const ExtCommContent& content) {
+  return notifyingObject<ExtCommIpv4Address>(classification, content);
+}
+
+}  // namespace Routing::Bgp

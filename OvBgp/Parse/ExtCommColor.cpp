@@ -1,0 +1,43 @@
+#include "OvBgp/Parse/ExtCommColor.h"
+
+#include <ostream>
+
+#include "OvBgp/ExtCommText.h"
+#include "OvBgp/NotifyingObject.h"
+
+namespace Routing::Bgp {
+namespace {
+
+void appendBits(OvFmt::DynamicBufferInterface& to, U8 colorOnly) {
+  to.append(colorOnly & 2 ? '1' : '0');
+  to.append(colorOnly & 1 ? '1' : '0');
+}
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommColor)
+
+void ExtCommColor::formatDerivedType(std::ostream& out) const {
+  ExtCommTextBuffer words;
+  words.append("Color: ");
+  words.appendDecimal(color());
+  words.append('(');
+  appendBits(words, colorOnly());
+  words.append(')');
+  writeExtCommDiagnostic(out, words.view(), getContent());
+}
+
+Kiv::String ExtCommColor::toStrepForPolicy(StrepFormat) const {
+  ExtCommTextBuffer text;
+  text.append("Color:CO(");
+  appendBits(text, colorOnly());
+  text.append("):");
+  text.appendDecimal(color());
+  return text.str();
+}
+
+ExtCommColor::Ptr extCommColorFactory(const ExtCommContent& content) {
+  return notifyingObject<ExtCommColor>(content);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,27 @@
+#include "OvBgp/Parse/ExtCommDefaultGateway.h"
+
+#include <ostream>
+
+#include "OvBgp/ExtCommText.h"
+#include "OvBgp/NotifyingObject.h"
+
+namespace Routing::Bgp {
+namespace {
+
+constexpr const char* name = "DefaultGateway";
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommDefaultGateway)
+
+void ExtCommDefaultGateway::formatDerivedType(std::ostream& out) const {
+  writeExtCommDiagnostic(out, name, getContent());
+}
+
+Kiv::String ExtCommDefaultGateway::toStrepForPolicy(StrepFormat) const { return name; }
+
+ExtCommDefaultGateway::Ptr extCommDefaultGatewayFactory(const ExtCommContent& content) {
+  return notifyingObject<ExtCommDefaultGateway>(content);
+}
+
+}  // namespace Routing::Bgp

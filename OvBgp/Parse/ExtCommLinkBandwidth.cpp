@@ -1,0 +1,57 @@
+#include "OvBgp/Parse/ExtCommLinkBandwidth.h"
+
+#include <ostream>
+
+#include "Kiv/Assert.h"
+#include "OvBgp/ExtCommText.h"
+#include "OvBgp/NotifyingObject.h"
+
+namespace Routing::Bgp {
+namespace {
+
+std::string_view prefixOf(ExtComm::StrepFormat format) {
+  if (!format.strepFormatClassification()) return "";
+  return format.strepFormatUI() ? "Link-Bandwidth-AS:" : "lbw ";
+}
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommLinkBandwidth)
+
+bool ExtCommLinkBandwidth::isLinkBandwidthWithUnspecifiedAsNumber() const {
+  return asNumber() == 0;
+}
+
+bool ExtCommLinkBandwidth::isValid() const { return linkBandwidth().isValid(); }
+
+bool ExtCommLinkBandwidth::isBetterThan(const Kiv::Ptr<const ExtComm>& other) const {
+  KIV_ASSERT(other && &other->fwkType() == &kivType(), "other is a link bandwidth",
+             "OvBgp/Parse/ExtCommLinkBandwidth");
+  const auto& rival = static_cast<const ExtCommLinkBandwidth&>(*other);
+  return linkBandwidth() < rival.linkBandwidth();
+}
+
+void ExtCommLinkBandwidth::formatDerivedType(std::ostream& out) const {
+  ExtCommTextBuffer words;
+  words.append("LinkBandwidth ");
+  formatAsNumberToBuffer(words, false);
+  words.append(':');
+  linkBandwidth().appendText(words, true);
+  writeExtCommDiagnostic(out, words.view(), getContent());
+}
+
+// Only people are shown a bandwidth with its unit; policies see the bare number.
+Kiv::String ExtCommLinkBandwidth::toStrepForPolicy(StrepFormat format) const {
+  ExtCommTextBuffer text;
+  text.append(prefixOf(format));
+  formatAsNumberToBuffer(text, format.strepFormatAsdot());
+  text.append(':');
+  linkBandwidth().appendText(text, !format.isUI() || format.strepFormatLinkBwWeighted());
+  return text.str();
+}
+
+ExtCommLinkBandwidth::Ptr extCommLinkBandwidthFactory(const ExtCommContent& content) {
+  return notifyingObject<ExtCommLinkBandwidth>(content);
+}
+
+}  // namespace Routing::Bgp

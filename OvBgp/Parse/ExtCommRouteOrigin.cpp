@@ -1,0 +1,45 @@
+#include "OvBgp/Parse/ExtCommRouteOrigin.h"
+
+#include "Kiv/Assert.h"
+#include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommRouteText.h"
+
+namespace Routing::Bgp {
+namespace {
+
+constexpr ExtCommRouteWords words{
+    .prefix = "SoO:", .uiPrefix = "Route-Origin-", .diagnostic = "RouteOrigin"};
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommRouteOriginAs)
+KIV_OBJECT_DEFINE(ExtCommRouteOriginIpv4Address)
+
+void ExtCommRouteOriginAs::formatDerivedType(std::ostream& out) const {
+  KIV_ASSERT(isRouteAsType(pktType()), "unexpected type", "OvBgp/Parse/ExtCommRouteOrigin");
+  writeRouteDiagnostic(out, *this, words);
+}
+
+Kiv::String ExtCommRouteOriginAs::toStrepForPolicy(StrepFormat format) const {
+  return routePolicyText(*this, words, format);
+}
+
+void ExtCommRouteOriginIpv4Address::formatDerivedType(std::ostream& out) const {
+  writeRouteDiagnostic(out, *this, words);
+}
+
+Kiv::String ExtCommRouteOriginIpv4Address::toStrepForPolicy(StrepFormat format) const {
+  return routePolicyText(*this, words, format);
+}
+
+ExtCommRouteOriginAs::Ptr extCommRouteOriginAsFactory(const ExtCommContent& content,
+                                                      bool fourOctetAs) {
+  return notifyingObject<ExtCommRouteOriginAs>(content, fourOctetAs);
+}
+
+ExtCommRouteOriginIpv4Address::Ptr extCommRouteOriginIpv4AddressFactory(
+    const ExtCommContent& content) {
+  return notifyingObject<ExtCommRouteOriginIpv4Address>(content);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,45 @@
+#include "OvBgp/Parse/ExtCommRouteTarget.h"
+
+#include "Kiv/Assert.h"
+#include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommRouteText.h"
+
+namespace Routing::Bgp {
+namespace {
+
+constexpr ExtCommRouteWords words{
+    .prefix = "RT:", .uiPrefix = "Route-Target-", .diagnostic = "RouteTarget"};
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommRouteTargetAs)
+KIV_OBJECT_DEFINE(ExtCommRouteTargetIpv4Address)
+
+void ExtCommRouteTargetAs::formatDerivedType(std::ostream& out) const {
+  KIV_ASSERT(isRouteAsType(pktType()), "unexpected type", "OvBgp/Parse/ExtCommRouteTarget");
+  writeRouteDiagnostic(out, *this, words);
+}
+
+Kiv::String ExtCommRouteTargetAs::toStrepForPolicy(StrepFormat format) const {
+  return routePolicyText(*this, words, format);
+}
+
+void ExtCommRouteTargetIpv4Address::formatDerivedType(std::ostream& out) const {
+  writeRouteDiagnostic(out, *this, words);
+}
+
+Kiv::String ExtCommRouteTargetIpv4Address::toStrepForPolicy(StrepFormat format) const {
+  return routePolicyText(*this, words, format);
+}
+
+ExtCommRouteTargetAs::Ptr extCommRouteTargetAsFactory(const ExtCommContent& content,
+                                                      bool fourOctetAs) {
+  return notifyingObject<ExtCommRouteTargetAs>(content, fourOctetAs);
+}
+
+ExtCommRouteTargetIpv4Address::Ptr extCommRouteTargetIpv4AddressFactory(
+    const ExtCommContent& content) {
+  return notifyingObject<ExtCommRouteTargetIpv4Address>(content);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,49 @@
+#include "OvBgp/Parse/ExtCommTunnelEncap.h"
+
+#include <ostream>
+
+#include "Kiv/EnumRegistry.h"
+#include "OvBgp/ExtCommText.h"
+#include "OvBgp/NotifyingObject.h"
+
+namespace Routing::Bgp {
+namespace {
+
+const Kiv::EnumModule tunnelEnums("ExtCommTunnelEncap",
+                                  Kiv::enumInfosOf<Kiv::EnumList<TunnelType>>);
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommTunnelEncap)
+
+TunnelType ExtCommTunnelEncap::tunnelType() const noexcept {
+  const TunnelType type{tunnelTypeNumber()};
+  return bgpIsValidEnumMember(type) ? type : tunnelTypeUnknown;
+}
+
+void ExtCommTunnelEncap::formatDerivedType(std::ostream& out) const {
+  ExtCommTextBuffer words;
+  words.append("TunnelEncap ");
+  words.append(Kiv::enumName(tunnelType()));
+  words.append(':');
+  words.appendDecimal(tunnelTypeNumber());
+  writeExtCommDiagnostic(out, words.view(), getContent());
+}
+
+Kiv::String ExtCommTunnelEncap::toStrepForPolicy(StrepFormat format) const {
+  const TunnelType type = tunnelType();
+  ExtCommTextBuffer text;
+  if (format.strepFormatClassification()) text.append("TunnelEncap:");
+  text.append(Kiv::enumName(type));
+  if (type == tunnelTypeUnknown) {
+    text.append('-');
+    text.appendDecimal(tunnelTypeNumber());
+  }
+  return text.str();
+}
+
+ExtCommTunnelEncap::Ptr extCommTunnelEncapFactory(const ExtCommContent& content) {
+  return notifyingObject<ExtCommTunnelEncap>(content);
+}
+
+}  // namespace Routing::Bgp
