@@ -1,0 +1,48 @@
+// Texts of extended communities that a show command has made before.
+#ifndef OVBGP_PARSE_EXTCOMMCACHE_H
+#define OVBGP_PARSE_EXTCOMMCACHE_H
+
+#include <unordered_map>
+
+#include "Kiv/Export.h"
+#include "Kiv/PtrInterface.h"
+#include "Kiv/String.h"
+#include "Kiv/Types.h"
+
+namespace BgpShowCli {
+
+// Remembers, for the eight octets of a community as a number, its text in each of
+// two renderings: plain, and with AS numbers in dotted notation. It makes no text:
+// whoever misses one makes it, and inserts it. Grows until its owner deletes what
+// is in it. Owner thread only.
+class OV_EXPORT ExtCommCache final : public Kiv::PtrInterface {
+  KIV_OBJECT(ExtCommCache)
+
+ public:
+  // Empty if there is none.
+  Kiv::String lookup(const U64& extCommVal, bool asdot) const;
+  // In place of any that is there.
+  void insert(const U64& extCommVal, Kiv::String extCommStr, bool asdot);
+
+  void extCommToStringIs(U64 extCommVal, Kiv::String text);
+  bool extCommToStringDel(U64 extCommVal) { return extCommToString_.erase(extCommVal) != 0; }
+  void extCommToStringDelAll() { extCommToString_.clear(); }
+
+  void extCommToAsdotStringIs(U64 extCommVal, Kiv::String text);
+  bool extCommToAsdotStringDel(U64 extCommVal) {
+    return extCommToAsdotString_.erase(extCommVal) != 0;
+  }
+  void extCommToAsdotStringDelAll() { extCommToAsdotString_.clear(); }
+
+ private:
+  using Texts = std::unordered_map<U64, Kiv::String>;
+
+  Texts extCommToString_;
+  Texts extCommToAsdotString_;
+};
+
+OV_EXPORT ExtCommCache::Ptr extCommCacheFactory();
+
+}  // namespace BgpShowCli
+
+#endif

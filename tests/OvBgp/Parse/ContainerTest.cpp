@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <string_view>
+#include <vector>
+
+#include "Kiv/Exception.h"
+#include "OvBgp/Parse/ExtComm.h"
+
+namespace {
+
+using namespace Routing::Bgp;
+
+const ExtCommContent colorContent(0x030b'0000'0000'0001);
+
+std::vector<std::string_view> pluginsOf(const BgpParseExtCommContainerSm& container) {
+  std::vector<std::string_view> names;
+  for (U32 i = 0; i < container.extCommParserSms(); ++i) {
+    names.push_back(container.extCommParserSms(i)->fwkType().name());
+  }
+  return names;
+}
+
+TEST(Container, StartsWithAllItsParts) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  EXPECT_EQ((std::vector<std::string_view>{
+                "BgpParseExtCommRouteOriginSm", "BgpParseExtCommRouteTargetSm",
+                "BgpParseExtCommTunnelEncapSm", "BgpParseExtCommDefaultGatewaySm",
+                "BgpParseExtCommLinkBandwidthSm", "BgpParseExtCommColorSm",
+                "BgpParseExtCommOriginValidationStateSm"}),
+            pluginsOf(*container));
+  EXPECT_TRUE(container->hasNotificationActive());
+  EXPECT_EQ(BgpParseExtCommControl(container->parseExtCommRuleCollections()),
+            container->extCommParser()->parseControl());
+  EXPECT_EQ("", container->extCommCache()->lookup(1, false));
+}
+
+TEST(Container, LeavesNothingBehind) {
+  bgpParseExtCommContainerSmFactory();
+  EXPECT_EQ(0U, BgpParseExtCommContainerSm::kivType().objects());
+  EXPECT_EQ(0U, BgpParseExtCommRuleCollections::kivType().objects());
+  EXPECT_EQ(0U, BgpParseExtendedCommunityRule::kivType().objects());
+  EXPECT_EQ(0U, BgpParseExtCommTransOpaqueRule::kivType().objects());
+  EXPECT_EQ(0U, BgpParseExtComSubTypeTransOpaqueColorRule::kivType().objects());
+  EXPECT_EQ(0U, BgpParseExtCommColorSm::kivType().objects());
+  EXPECT_EQ(0U, BgpShowCli::ExtCommCache::kivType().objects());
+}
+
+TEST(Container, KeepsTheRootForAnEqualControl) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  const auto first = container->extCommParser();
+  const auto registry = container->parseExtCommRuleCollections();
+  EXPECT_TRUE(first == container->extCommParserIs(BgpParseExtCommControl(registry)));
+  // A new registry has no plugins yet, and the old tree keeps its own.
+  EXPECT_FALSE(registry == container->parseExtCommRuleCollectionsIs());
+  const auto second =
+      container->extCommParserIs(BgpParseExtCommControl(container->parseExtCommRuleCollections()));
+  EXPECT_FALSE(first == second);
+  EXPECT_EQ("ExtCommColor", first->parseExtendedCommunity(colorContent)->fwkType().name());
+  EXPECT_EQ("ExtCommSubtyped", second->parseExtendedCommunity(colorContent)->fwkType().name());
+  container->extCommParserDel();
+  EXPECT_FALSE(container->extCommParser());
+  container->parseExtCommRuleCollectionsDel();
+  EXPECT_FALSE(container->parseExtCommRuleCollections());
+  EXPECT_TRUE(container->extCommParserIs(BgpParseExtCommControl(registry)));
+  EXPECT_EQ(2U, registry->extendedCommunityTypeRuleInstance().size());
+}
+
+TEST(Container, TheTreeKeepsTheLeavesOfAPluginThatLeft) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  EXPECT_TRUE(container->extCommParserSmsDel(5));
+  EXPECT_EQ(0U, BgpParseExtCommColorSm::kivType().objects());
+  EXPECT_EQ("ExtCommColor",
+            container->extCommParser()->parseExtendedCommunity(colorContent)->fwkType().name());
+  container->extCommParserDel();
+  container->extCommParserIs(BgpParseExtCommControl(container->parseExtCommRuleCollections()));
+  EXPECT_EQ("ExtCommSubtyped",
+            container->extCommParser()->parseExtendedCommunity(colorContent)->fwkType().name());
+}
+
+TEST(Container, QueueOfPlugins) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  container->extCommParserSmsDelAll();
+  EXPECT_EQ(0U, container->extCommParserSms());
+  EXPECT_EQ(0U, container->parseExtCommRuleCollections()->notifieeList()->size());
+  EXPECT_FALSE(container->extCommParserSmsFront());
+  EXPECT_FALSE(container->extCommParserSmsBack());
+  EXPECT_FALSE(container->extCommParserSmsDeq());
+  EXPECT_FALSE(container->extCommParserSmsDel(0));
+  const BgpParseExtCommContainerSm::PluginPtr a = BgpParseExtCommPluginBaseSmIs(nullptr);
+  const BgpParseExtCommContainerSm::PluginPtr b = BgpParseExtCommPluginBaseSmIs(nullptr);
+  const BgpParseExtCommContainerSm::PluginPtr c = BgpParseExtCommPluginBaseSmIs(nullptr);
+  container->extCommParserSmsEnq(a);
+  container->extCommParserSmsIs(1, b);
+  EXPECT_TRUE(container->extCommParserSmsFront() == a);
+  EXPECT_TRUE(container->extCommParserSmsBack() == b);
+  container->extCommParserSmsIs(0, c);
+  EXPECT_EQ(1U, a->references());
+  EXPECT_THROW(container->extCommParserSmsIs(3, a), Kiv::RangeException);
+  EXPECT_THROW(container->extCommParserSmsIs(0, nullptr), Kiv::NullArgumentException);
+  EXPECT_THROW(container->extCommParserSmsEnq(nullptr), Kiv::NullArgumentException);
+  EXPECT_FALSE(container->extCommParserSms(2));
+  EXPECT_TRUE(container->extCommParserSmsDeq() == c);
+  EXPECT_TRUE(container->extCommParserSmsDeq() == b);
+  EXPECT_EQ(0U, container->extCommParserSms());
+}
+
+}  // namespace
