@@ -48,8 +48,8 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // says otherwise. One lock, one probe; builds nothing.
   DedupHandle::Ptr lookupByContent(const DedupContentHandle& key, U32 hash) const;
 
-  // The same for callers who know the class of the members, which must be final:
-  // the comparison is no virtual call.
+  // The same for callers who know the members' class, whose comparison with a
+  // content no subclass replaces: it is no virtual call.
   template <class Handle>
   Kiv::Ptr<Handle> lookup(const DedupContentHandle& key, U32 hash) const {
     return Kiv::staticPtrCast<Handle>(lookupBy(hash, [&key](const DedupHandle* member) {

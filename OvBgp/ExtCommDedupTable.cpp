@@ -1,0 +1,81 @@
+#include "OvBgp/ExtCommDedupTable.h"
+
+#include "Kiv/Assert.h"
+#include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/BgpParseExtendedCommunityRule.h"
+
+namespace Routing::Bgp {
+namespace {
+
+const ExtComm& extCommOf(const Dorn::DedupHandle& handle) {
+  return static_cast<const ExtComm&>(handle);
+}
+
+bool isRouteTarget(const ExtComm& extComm) {
+  return extComm.classification() == extCommClassificationRouteTarget;
+}
+
+RouteTarget routeTargetOf(const ExtComm& extComm) {
+  return RouteTarget(extComm.getContent().value());
+}
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtCommLifeTimeNotifiee)
+KIV_OBJECT_DEFINE(ExtCommDedupTable)
+
+ExtCommLifeTimeNotifiee::ExtCommLifeTimeNotifiee(const NotifyingRouteTargetList::Ptr& list)
+    : producerRtList_(list) {}
+
+// If this fails, the value does not stay interned, and so must not stay listed.
+void ExtCommLifeTimeNotifiee::handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) {
+  const ExtComm& extComm = extCommOf(*handle);
+  if (!isRouteTarget(extComm)) return;
+  try {
+    producerRtList_->rtIs(routeTargetOf(extComm));
+  } catch (...) {
+    producerRtList_->rtDel(routeTargetOf(extComm));
+    throw;
+  }
+}
+
+void ExtCommLifeTimeNotifiee::handleRemove(Dorn::DedupHandle* handle) {
+  const ExtComm& extComm = extCommOf(*handle);
+  if (isRouteTarget(extComm)) producerRtList_->rtDel(routeTargetOf(extComm));
+}
+
+void ExtCommLifeTimeNotifiee::handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>&) {
+  producerRtList_->rtDelAll();
+}
+
+ExtCommDedupTable::ExtCommDedupTable(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule)
+    : ExtCommDedupTableBase(rule) {
+  handleInitialized();
+}
+
+void ExtCommDedupTable::handleInitialized() {
+  producerRtList_ = notifyingRouteTargetListFactory();
+  lifeTimeNotifiee_ = ExtCommLifeTimeNotifiee::Ptr(new ExtCommLifeTimeNotifiee(producerRtList_));
+  dedupTable()->lifeTimeNotifieeIs(lifeTimeNotifiee_);
+}
+
+ExtCommDedupTable::Ptr extCommDedupTableFactory(
+    const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule) {
+  return notifyingObject<ExtCommDedupTable>(rule);
+}
+
+// Stands here, above the rule tree, which knows extended communities but no table.
+ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
+                                        const ExtCommContent& content) {
+  PtrConst result = table->dedupContent<ExtComm>(
+      content, hashOf(content), [&content](const BgpParseExtendedCommunityRule& rule) {
+        return rule.parseExtendedCommunity(content);
+      });
+  KIV_ASSERT_IN(result, "dedupHandle", "OvBgp/OvBgpCommunity",
+                "static Routing::Bgp::ExtComm::PtrConst Routing::Bgp::ExtComm::dedupContent("
+                "Routing::Bgp::ExtCommDedupTable::RawPtrConst, "
+                "const Routing::Bgp::ExtCommContent&)");
+  return result;
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,57 @@
+// What the interning tables of extended communities have in common: each holds a
+// Dorn::DedupHashTable and the rule tree that makes its members.
+#ifndef OVBGP_EXTCOMMDEDUPTABLEBASE_H
+#define OVBGP_EXTCOMMDEDUPTABLEBASE_H
+
+#include <utility>
+
+#include "Dorn/DedupHashTable.h"
+#include "Dorn/DumpContext.h"
+#include "Kiv/Export.h"
+#include "Kiv/PtrInterface.h"
+
+namespace Routing::Bgp {
+
+class BgpParseExtendedCommunityRule;
+
+// The table is locked exactly when OvBgpGlobals::multiThreaded() said so at
+// construction; interning is then open to any thread. The rule tree is the one
+// that the table was built with, for good.
+class OV_EXPORT ExtCommDedupTableBase : public Kiv::PtrInterface {
+ public:
+  KIV_POINTERS(ExtCommDedupTableBase)
+
+  Kiv::Ptr<const BgpParseExtendedCommunityRule> parseExtCommRule() const;
+  const Kiv::Ptr<Dorn::DedupHashTable>& dedupTable() const noexcept { return dedupTable_; }
+  // Values interned now.
+  U32 size() const { return dedupTable_->size(); }
+
+  // The dump of the Dorn::DedupHashTable, and nothing else.
+  void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context, unsigned int indent) const;
+
+ protected:
+  // Null is no rule tree: such a table stops the process when it is to parse.
+  explicit ExtCommDedupTableBase(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
+  ~ExtCommDedupTableBase() override;
+
+  // The member that `content` describes, which hashes to `hash`; if there is none,
+  // what `parse(rule)` makes, or the equal one that another thread was first with.
+  // Null if `parse` makes nothing.
+  template <class Value, class Content, class Parse>
+  Kiv::Ptr<const Value> dedupContent(const Content& content, U32 hash, const Parse& parse) const {
+    if (Kiv::Ptr<const Value> found = dedupTable_->lookup<Value>(content, hash)) return found;
+    Kiv::Ptr<Value> made = parse(rule());
+    if (!made) return nullptr;
+    return Kiv::staticPtrCast<const Value>(dedupTable_->dedup(std::move(made)));
+  }
+
+ private:
+  const BgpParseExtendedCommunityRule& rule() const;
+
+  const Kiv::Ptr<Dorn::DedupHashTable> dedupTable_;
+  const Kiv::Ptr<const BgpParseExtendedCommunityRule> parseExtCommRule_;
+};
+
+}  // namespace Routing::Bgp
+
+#endif

@@ -1,0 +1,31 @@
+#include "OvBgp/ExtCommIp6DedupTable.h"
+
+#include "Kiv/Assert.h"
+#include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/BgpParseExtendedCommunityRule.h"
+
+namespace Routing::Bgp {
+
+KIV_OBJECT_DEFINE(ExtCommIp6DedupTable)
+
+ExtCommIp6DedupTable::ExtCommIp6DedupTable(
+    const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule)
+    : ExtCommDedupTableBase(rule) {}
+
+ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
+    const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule) {
+  return notifyingObject<ExtCommIp6DedupTable>(rule);
+}
+
+// Stands here, above the rule tree, which knows communities but no table.
+ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
+                                              const ExtCommIp6Content& content) {
+  PtrConst result = table->dedupContent<ExtCommIp6>(
+      content, content.probeHash(), [&content](const BgpParseExtendedCommunityRule& rule) {
+        return rule.parseExtendedCommunityIp6(content);
+      });
+  KIV_ASSERT(result, "dedupHandle", "OvBgp/ExtCommIp6");
+  return result;
+}
+
+}  // namespace Routing::Bgp

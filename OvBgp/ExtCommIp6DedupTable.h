@@ -1,0 +1,30 @@
+// The interning table of IPv6 address specific extended communities.
+#ifndef OVBGP_EXTCOMMIP6DEDUPTABLE_H
+#define OVBGP_EXTCOMMIP6DEDUPTABLE_H
+
+#include "Kiv/Export.h"
+#include "OvBgp/ExtCommDedupTableBase.h"
+#include "OvBgp/ExtCommIp6.h"
+
+namespace Routing::Bgp {
+
+// Usually one a process, shared by all users; values come by
+// ExtCommIp6::dedupContent. When it goes, values that users still hold stay alive,
+// un-interned.
+class OV_EXPORT ExtCommIp6DedupTable final : public ExtCommDedupTableBase {
+  KIV_OBJECT(ExtCommIp6DedupTable)
+
+ public:
+  explicit ExtCommIp6DedupTable(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
+
+ private:
+  friend class ExtCommIp6;
+};
+
+// A new, empty table of what `rule` makes, with notification on.
+OV_EXPORT ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
+    const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
+
+}  // namespace Routing::Bgp
+
+#endif
