@@ -40,7 +40,8 @@ TEST(RouteKey, TellsApartAllThatMakesARoute) {
 
 class HeldRoutesTest : public testing::Test {
  protected:
-  RouteLists add(RouteAction action, const std::vector<Nlri>& routes, const Bytes& value = {}) {
+  RouteCommunities add(RouteAction action, const std::vector<Nlri>& routes,
+                       const Bytes& value = {}) {
     RouteBatch batch{testSeconds, action, peer, {}, routes};
     if (!value.empty()) {
       batch.communities[CommunityKind::standard] = value;

@@ -35,13 +35,13 @@ Bytes announcement(U8 network) {
   return messageAs4(update({}, communities({0x10002, 0x10001, 0x10002}), {8, network}));
 }
 std::string lineOf(U8 network) {
-  return "1000|A|192.0.2.1|65001|" + std::to_string(network) + ".0.0.0/8|1:1 1:2\n";
+  return "1000|A|192.0.2.1|65001|" + std::to_string(network) + ".0.0.0/8|1:1 1:2||\n";
 }
 
 Bytes goodFile() {
   return announcement(10).add(announcement(11)).add(messageAs4(update({8, 10}, {}, {})));
 }
-const std::string goodLines = lineOf(10) + lineOf(11) + "1000|W|192.0.2.1|65001|10.0.0.0/8|\n";
+const std::string goodLines = lineOf(10) + lineOf(11) + "1000|W|192.0.2.1|65001|10.0.0.0/8|||\n";
 
 Bytes compressed(const Bytes& octets, int (*addFilter)(archive*)) {
   Bytes result;

@@ -15,7 +15,7 @@ namespace {
 
 // One read(2) of the compressed file.  Large enough to make system calls rare,
 // small enough to stay in the second-level cache.
-constexpr std::size_t readSize{256 * 1024};
+constexpr std::size_t readSize = std::size_t{256} * 1024;
 
 std::string reason(archive* stream) {
   const char* text = archive_error_string(stream);

@@ -1,18 +1,16 @@
 #include "tools/bgp-communities/MrtCommand.h"
 
 #include <chrono>
-#include <new>
 #include <ostream>
 
 #include "tools/bgp-communities/MrtDecoder.h"
 #include "tools/bgp-communities/RouteLines.h"
+#include "tools/bgp-communities/Running.h"
 #include "tools/bgp-communities/Summary.h"
 
 namespace CommTool {
 
 namespace {
-
-constexpr const char* program = "bgp-communities: ";
 
 // One run over all files.
 class MrtRun : public RouteSink {
@@ -33,9 +31,9 @@ class MrtRun : public RouteSink {
   }
 
   void handleRoutes(const RouteBatch& batch) override {
-    const RouteLists lists = held_.add(batch);
+    const RouteCommunities communities = held_.add(batch);
     if (options_.routes) {
-      lines_.print(batch, lists);
+      lines_.print(batch, communities);
     }
   }
 
@@ -79,7 +77,7 @@ class MrtRun : public RouteSink {
 
   // In one piece, as others may write to the same terminal or log.
   void printError(const std::string& text) {
-    errors_ << std::string(program).append(text).append("\n") << std::flush;
+    errors_ << std::string(programPrefix).append(text).append("\n") << std::flush;
   }
 
   ExitStatus status() const {
@@ -100,17 +98,7 @@ class MrtRun : public RouteSink {
 }  // namespace
 
 ExitStatus runMrt(const MrtOptions& options, int out, std::ostream& errors) {
-  try {
-    return MrtRun(options, out, errors).run();
-  } catch (const ClosedPipe&) {
-    return ExitStatus::fine;
-  } catch (const CannotWrite& reason) {
-    errors << program << "cannot write: " << reason.what() << std::endl;
-    return ExitStatus::impossible;
-  } catch (const std::bad_alloc&) {
-    errors << program << "out of memory" << std::endl;
-    return ExitStatus::impossible;
-  }
+  return writing(errors, [&] { return MrtRun(options, out, errors).run(); });
 }
 
 }  // namespace CommTool

@@ -6,15 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace CommTool {
+#include "tools/bgp-communities/ExitStatus.h"
 
-// What the program ends with.  The worst that happened counts.
-enum class ExitStatus : int {
-  fine = 0,
-  wrongUsage = 2,
-  damaged = 3,     // some input was damaged; all that was good is delivered
-  impossible = 4,  // nothing could be read, or not be held or written
-};
+namespace CommTool {
 
 struct MrtOptions {
   std::vector<std::string> files;  // "-" is standard input

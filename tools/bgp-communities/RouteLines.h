@@ -8,15 +8,16 @@
 namespace CommTool {
 
 // Prints fields with | between them: seconds of the record; A (announced), W
-// (withdrawn) or B (in a table); the peer's address and AS; the prefix; the text
-// of the list, empty where there is none.
+// (withdrawn) or B (in a table); the peer's address and AS; the prefix; and the
+// route's standard, extended and IPv6 extended communities, each of them empty
+// where there are none.
 //
 // What the routes of a batch share is formatted once.
 class RouteLines {
  public:
   explicit RouteLines(TextOutput& out) : out_(out) {}
 
-  void print(const RouteBatch& batch, const RouteLists& lists);
+  void print(const RouteBatch& batch, const RouteCommunities& communities);
 
  private:
   TextOutput& out_;

@@ -58,8 +58,10 @@ void printRoutes(const RouteCounts& counts, const HeldFigures& held, Lines& line
 void printLists(const HeldFigures& held, Lines& lines) {
   lines.print("community lists held", held.lists);
   lines.print("  distinct values in them", held.values);
-  lines.print("  memory, with their table", held.bytes, " octets");
-  lines.print("  memory of unshared copies", held.bytesUnshared, " octets");
+  lines.print("extended communities held", held.extendedValues);
+  lines.print("IPv6 extended communities held", held.ip6ExtendedValues);
+  lines.print("memory of all, with their tables", held.bytes, " octets");
+  lines.print("  of unshared copies", held.bytesUnshared, " octets");
   if (held.bytes != 0) {
     const double factor = static_cast<double>(held.bytesUnshared) / static_cast<double>(held.bytes);
     lines.print("  saved by sharing, factor", decimal(factor, 1));

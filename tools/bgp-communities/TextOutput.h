@@ -51,7 +51,7 @@ class TextOutput {
   void flush();
 
  private:
-  static constexpr std::size_t blockSize{256 * 1024};
+  static constexpr std::size_t blockSize = std::size_t{256} * 1024;
 
   void appendLong(std::string_view text);
   void write(std::string_view text) const;

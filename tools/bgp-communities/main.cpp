@@ -5,7 +5,9 @@
 #include <csignal>
 #include <iostream>
 
+#include "tools/bgp-communities/CommunityArgument.h"
 #include "tools/bgp-communities/MrtCommand.h"
+#include "tools/bgp-communities/ShowCommand.h"
 
 namespace {
 
@@ -15,15 +17,29 @@ int usageError(const CLI::App& app, const CLI::ParseError& error) {
   return static_cast<int>(asked ? CommTool::ExitStatus::fine : CommTool::ExitStatus::wrongUsage);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  CommTool::MrtOptions options;
-  CLI::App app("Shows the BGP communities of routing data, interned as a routing agent does.");
-  app.require_subcommand(1);
+void addMrt(CLI::App& app, CommTool::MrtOptions& options) {
   CLI::App* mrt = app.add_subcommand("mrt", "Read MRT files, compressed or not");
   mrt->add_option("FILE", options.files, "MRT file; - is standard input")->required();
   mrt->add_flag("--routes", options.routes, "Print a line a route instead of the summary");
+}
+
+void addShow(CLI::App& app, CommTool::ShowOptions& options) {
+  CLI::App* show = app.add_subcommand("show", "Explain single communities");
+  show->add_option("VALUE", options.values, std::string(CommTool::communityForms))->required();
+  show->add_flag("--asdot", options.asdot, "Print AS numbers above 65535 as two halves");
+  show->add_flag("--weighted", options.weighted, "Print link bandwidth as a weight");
+  show->add_flag("--json", options.json, "Print JSON Lines, an object a value");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CommTool::MrtOptions mrt;
+  CommTool::ShowOptions show;
+  CLI::App app("Shows the BGP communities of routing data, interned as a routing agent does.");
+  app.require_subcommand(1);
+  addMrt(app, mrt);
+  addShow(app, show);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -31,5 +47,8 @@ int main(int argc, char** argv) {
   }
   // A reader that goes away shows as an error of the write.
   std::signal(SIGPIPE, SIG_IGN);
-  return static_cast<int>(CommTool::runMrt(options, STDOUT_FILENO, std::cerr));
+  const CommTool::ExitStatus status = app.got_subcommand("show")
+                                          ? CommTool::runShow(show, STDOUT_FILENO, std::cerr)
+                                          : CommTool::runMrt(mrt, STDOUT_FILENO, std::cerr);
+  return static_cast<int>(status);
 }

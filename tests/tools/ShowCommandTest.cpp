@@ -1,0 +1,112 @@
+// What `show` prints, through the whole command.
+#include "tools/bgp-communities/ShowCommand.h"
+
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+#include <sstream>
+
+namespace CommTool {
+namespace {
+
+struct Shown {
+  ExitStatus status;
+  std::string out;
+  std::string errors;
+};
+
+Shown show(const ShowOptions& options) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+  std::ostringstream errors;
+  const ExitStatus status = runShow(options, fileno(file.get()), errors);
+  std::string out(static_cast<std::size_t>(::lseek(fileno(file.get()), 0, SEEK_END)), '\0');
+  EXPECT_EQ(::pread(fileno(file.get()), out.data(), out.size(), 0),
+            static_cast<ssize_t>(out.size()));
+  return {status, out, errors.str()};
+}
+
+std::string lineOf(const std::string& name, const std::string& value) {
+  return "\n  " + name + std::string(22 - name.size(), ' ') + value + "\n";
+}
+
+TEST(ShowCommand, NamesClassAndTexts) {
+  struct Row {
+    const char* value;
+    const char* className;
+    const char* classification;
+    const char* ui;
+  };
+  for (const Row& row :
+       {Row{"0x0002fde800000064", "ExtCommRouteTargetAs", "RT:65000:100",
+            "Route-Target-AS:65000:100"},
+        Row{"0x01030a0000010005", "ExtCommRouteOriginIpv4Address", "SoO:10.0.0.1:5",
+            "Route-Origin-IP:10.0.0.1:5"},
+        Row{"0x030b800000000064", "ExtCommColor", "Color:CO(10):100", "Color:CO(10):100"},
+        Row{"0x030c000000000063", "ExtCommTunnelEncap", "TunnelEncap:tunnelTypeUnknown-99",
+            "TunnelEncap:tunnelTypeUnknown-99"},
+        Row{"0x000220010db8000000000000000000000001000A", "ExtCommIp6Subtyped", "2001:db8::1:10",
+            "0002-IP6:2001:db8::1:10"}}) {
+    const Shown shown = show({{row.value}});
+    EXPECT_EQ(ExitStatus::fine, shown.status);
+    for (const std::string& line :
+         {lineOf("class", row.className), lineOf("classification", row.classification),
+          lineOf("ui", row.ui), lineOf("transitive", "yes")}) {
+      EXPECT_NE(std::string::npos, shown.out.find(line)) << line << shown.out;
+    }
+  }
+}
+
+TEST(ShowCommand, ReadsEveryKindAndHonoursFlags) {
+  ShowOptions options{{"65535:65281", "0xFFFF0000", "4200000000:7:8", "0x0202fa56ea000007"}};
+  options.asdot = true;
+  const Shown shown = show(options);
+  for (const std::string& line :
+       {lineOf("well_known", "no-export"), lineOf("well_known", "GSHUT"),
+        lineOf("policy", "64086.59904:7:8"), lineOf("ui", "Route-Target-AS4:64086.59904:7")}) {
+    EXPECT_NE(std::string::npos, shown.out.find(line)) << line << shown.out;
+  }
+}
+
+// Valid JSON whatever the value: here type octets that are no UTF-8 by themselves.
+TEST(ShowCommand, JsonIsAnObjectALine) {
+  ShowOptions options{{"0x4300000000000007", "1:2", "0xff8020010db8000000000000000000000001000a"}};
+  options.json = true;
+  std::istringstream lines(show(options).out);
+  std::vector<std::string> kinds;
+  for (std::string line; std::getline(lines, line);) {
+    rapidjson::Document object;
+    object.Parse<rapidjson::kParseValidateEncodingFlag>(line.c_str());
+    ASSERT_FALSE(object.HasParseError()) << line;
+    kinds.emplace_back(object["kind"].GetString());
+    if (kinds.back() == "extended") {
+      EXPECT_STREQ("Origin-Validation-State:unknown", object["text"]["ui"].GetString());
+      EXPECT_FALSE(object["transitive"].GetBool());
+    }
+    if (kinds.back() == "standard") {
+      EXPECT_TRUE(object["well_known"].IsNull());
+    }
+    if (kinds.back() == "ipv6_extended") {
+      EXPECT_TRUE(object["type_name"].IsNull());
+      EXPECT_EQ(255U, object["type"].GetUint());
+    }
+  }
+  EXPECT_EQ((std::vector<std::string>{"extended", "standard", "ipv6_extended"}), kinds);
+}
+
+TEST(ShowCommand, RefusesWhatIsNoCommunityAndShowsNothing) {
+  for (const char* bad :
+       {"", "x", "1", "1:", ":1", "1:65536", "65536:1", "-1:1", "1: 1", "1:1:", "1:2:3:4",
+        "4294967296:1:1", "0x", "0x1", "0x000000001", "0xzz00000000000000", "0x+00000000000000f",
+        "0x00022001-db8000000000000000000000001000a", "00000001"}) {
+    const Shown shown = show({{"1:1", bad}});
+    EXPECT_EQ(ExitStatus::wrongUsage, shown.status) << bad;
+    EXPECT_EQ("", shown.out) << bad;
+    EXPECT_NE(std::string::npos, shown.errors.find("expected AS:local")) << bad;
+  }
+}
+
+}  // namespace
+}  // namespace CommTool

@@ -1,0 +1,84 @@
+#include "tools/bgp-communities/CommunityArgument.h"
+
+#include <array>
+#include <charconv>
+#include <vector>
+
+#include "Ovnet/Ip6Addr.h"
+
+namespace CommTool {
+
+using Routing::Bgp::ExtCommContent;
+using Routing::Bgp::ExtCommIp6Content;
+
+namespace {
+
+// All of `text`, which must be digits and nothing else.
+template <class Number>
+std::optional<Number> readNumber(std::string_view text, int base = 10) {
+  Number number = 0;
+  const char* const end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number, base);
+  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+  return number;
+}
+
+std::optional<std::vector<U8>> readOctets(std::string_view digits) {
+  std::vector<U8> octets;
+  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+    const auto octet = readNumber<U8>(digits.substr(i, 2), 16);
+    if (!octet) return std::nullopt;
+    octets.push_back(*octet);
+  }
+  return octets;
+}
+
+std::optional<CommunityArgument> readIp6(std::string_view digits) {
+  const auto octets = readOctets(digits);
+  if (!octets) return std::nullopt;
+  std::array<U8, 16> address;
+  std::copy_n(octets->begin() + 2, address.size(), address.begin());
+  return ExtCommIp6Content((*octets)[0], (*octets)[1], Ovnet::Ip6Addr(address),
+                           static_cast<U16>((*octets)[18] << 8 | (*octets)[19]));
+}
+
+std::optional<CommunityArgument> readHex(std::string_view digits) {
+  switch (digits.size()) {
+    case 8:
+      if (const auto value = readNumber<U32>(digits, 16)) return StandardCommunity{*value};
+      return std::nullopt;
+    case 16:
+      if (const auto value = readNumber<U64>(digits, 16)) return ExtCommContent(*value);
+      return std::nullopt;
+    case 40:
+      return readIp6(digits);
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<CommunityArgument> readParts(std::string_view text) {
+  const std::size_t first = text.find(':');
+  const std::size_t last = text.rfind(':');
+  if (first == std::string_view::npos) return std::nullopt;
+  if (first == last) {
+    const auto as = readNumber<U16>(text.substr(0, first));
+    const auto local = readNumber<U16>(text.substr(first + 1));
+    if (!as || !local) return std::nullopt;
+    return StandardCommunity{U32{*as} << 16 | *local};
+  }
+  const auto admin = readNumber<U32>(text.substr(0, first));
+  const auto data1 = readNumber<U32>(text.substr(first + 1, last - first - 1));
+  const auto data2 = readNumber<U32>(text.substr(last + 1));
+  if (!admin || !data1 || !data2) return std::nullopt;
+  return Acl::CommunityValue(*admin, *data1, *data2);
+}
+
+}  // namespace
+
+std::optional<CommunityArgument> readCommunity(std::string_view text) {
+  if (text.starts_with("0x") || text.starts_with("0X")) return readHex(text.substr(2));
+  return readParts(text);
+}
+
+}  // namespace CommTool
