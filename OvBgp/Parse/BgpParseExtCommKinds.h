@@ -10,6 +10,7 @@
 #include "Kiv/Export.h"
 #include "Kiv/Ptr.h"
 #include "Kiv/Types.h"
+#include "OvBgp/ExtCommSubtypes.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 
 namespace Routing::Bgp {
@@ -60,8 +61,8 @@ struct BgpParseKindTransTwoOctetAs : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransTwoOctetAsRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransTwoOctetAsRuleBase;
   using Key = class BgpParseExtCommSubTypeTransTwoOctetAsRuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransTwoOctetAs;
   static constexpr Type pktType = extCommPktTypeTransTwoOctetAs;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::twoOctetAs;
   static constexpr U32 attribute = 131;
 };
@@ -70,8 +71,8 @@ struct BgpParseKindTransIpv4Address : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransIpv4AddressRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransIpv4AddressRuleBase;
   using Key = class BgpParseExtCommSubTypeTransIpv4AddressRuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransIpv4Address;
   static constexpr Type pktType = extCommPktTypeTransIpv4Address;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::ipv4Address;
   static constexpr U32 attribute = 132;
 };
@@ -80,8 +81,8 @@ struct BgpParseKindTransFourOctetAs : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransFourOctetAsRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransFourOctetAsRuleBase;
   using Key = class BgpParseExtCommSubTypeTransFourOctetAsRuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransFourOctetAs;
   static constexpr Type pktType = extCommPktTypeTransFourOctetAs;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::fourOctetAs;
   static constexpr U32 attribute = 133;
 };
@@ -90,8 +91,8 @@ struct BgpParseKindTransOpaque : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransOpaqueRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransOpaqueRuleBase;
   using Key = class BgpParseExtCommSubTypeTransOpaqueRuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransOpaque;
   static constexpr Type pktType = extCommPktTypeTransOpaque;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::subtyped;
   static constexpr U32 attribute = 134;
 };
@@ -100,8 +101,8 @@ struct BgpParseKindTransGeneric : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransGenericRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransGenericRuleBase;
   using Key = class BgpParseExtCommSubTypeTransGenericRuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransGeneric;
   static constexpr Type pktType = extCommPktTypeTransGeneric;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::subtyped;
   static constexpr U32 attribute = 135;
 };
@@ -110,8 +111,8 @@ struct BgpParseKindTransGenericPart2 : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransGenericPart2Rule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransGenericPart2RuleBase;
   using Key = class BgpParseExtCommSubTypeTransGenericPart2RuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransGenericPart2;
   static constexpr Type pktType = extCommPktTypeTransGenericPart2;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::subtyped;
   static constexpr U32 attribute = 136;
 };
@@ -120,8 +121,8 @@ struct BgpParseKindTransGenericPart3 : BgpParseValue8 {
   using Rule = class BgpParseExtCommTransGenericPart3Rule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeTransGenericPart3RuleBase;
   using Key = class BgpParseExtCommSubTypeTransGenericPart3RuleKey;
-  using Subtype = BgpExtCommPktSubtypeTransGenericPart3;
   static constexpr Type pktType = extCommPktTypeTransGenericPart3;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::subtyped;
   static constexpr U32 attribute = 137;
 };
@@ -130,8 +131,8 @@ struct BgpParseKindNonTransTwoOctetAs : BgpParseValue8 {
   using Rule = class BgpParseExtCommNonTransTwoOctetAsRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase;
   using Key = class BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey;
-  using Subtype = BgpExtCommPktSubtypeNonTransTwoOctetAs;
   static constexpr Type pktType = extCommPktTypeNonTransTwoOctetAs;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::twoOctetAs;
   static constexpr U32 attribute = 138;
 };
@@ -140,8 +141,8 @@ struct BgpParseKindNonTransIpv4Address : BgpParseValue8 {
   using Rule = class BgpParseExtCommNonTransIpv4AddressRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransIpv4AddressRuleBase;
   using Key = class BgpParseExtCommSubTypeNonTransIpv4AddressRuleKey;
-  using Subtype = BgpExtCommPktSubtypeNonTransIpv4Address;
   static constexpr Type pktType = extCommPktTypeNonTransIpv4Address;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::ipv4Address;
   static constexpr U32 attribute = 139;
 };
@@ -150,8 +151,8 @@ struct BgpParseKindNonTransFourOctetAs : BgpParseValue8 {
   using Rule = class BgpParseExtCommNonTransFourOctetAsRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransFourOctetAsRuleBase;
   using Key = class BgpParseExtCommSubTypeNonTransFourOctetAsRuleKey;
-  using Subtype = BgpExtCommPktSubtypeNonTransFourOctetAs;
   static constexpr Type pktType = extCommPktTypeNonTransFourOctetAs;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::fourOctetAs;
   static constexpr U32 attribute = 140;
 };
@@ -160,8 +161,8 @@ struct BgpParseKindNonTransOpaque : BgpParseValue8 {
   using Rule = class BgpParseExtCommNonTransOpaqueRule;
   using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransOpaqueRuleBase;
   using Key = class BgpParseExtCommSubTypeNonTransOpaqueRuleKey;
-  using Subtype = BgpExtCommPktSubtypeNonTransOpaque;
   static constexpr Type pktType = extCommPktTypeNonTransOpaque;
+  using Subtype = ExtCommSubtypeEnum<pktType>;
   static constexpr auto* fallback = &BgpParseFallback::subtyped;
   static constexpr U32 attribute = 141;
 };

@@ -135,13 +135,44 @@ TEST(MrtCommand, TellsUnreadableFromEmpty) {
   EXPECT_EQ(run({"/tmp"}).errors, "bgp-communities: /tmp: Is a directory\n");
 }
 
-TEST(MrtCommand, ReportsDamagedCompression) {
-  Bytes gzip = compressed(goodFile(), archive_write_add_filter_gzip);
-  gzip.resize(gzip.size() / 2);
-  const TempFile input(gzip);
-  const Outcome outcome = run({input.path()});
-  EXPECT_EQ(outcome.status, ExitStatus::damaged);
-  EXPECT_NE(outcome.errors.find("truncated gzip input"), std::string::npos) << outcome.errors;
+// Whatever happened to a gzip file, the routes before it are there.
+TEST(MrtCommand, DeliversWhatCameBeforeDamagedGzip) {
+  const Bytes gzip = compressed(goodFile(), archive_write_add_filter_gzip);
+  Bytes cut = gzip;
+  cut.resize(gzip.size() - 8);  // its checksum and length
+  Bytes changed = gzip;
+  changed[gzip.size() - 8] ^= 1;
+  Bytes followed = gzip;
+  followed.add(Bytes{0, 1, 2});
+  struct Row {
+    const Bytes& file;
+    const char* damage;
+  };
+  for (const Row& row : {Row{cut, "truncated gzip"}, Row{changed, "broken gzip"},
+                         Row{followed, "octets behind the end of gzip"}}) {
+    const TempFile input(row.file);
+    const Outcome outcome = run({input.path()});
+    EXPECT_EQ(outcome.status, ExitStatus::damaged) << row.damage;
+    EXPECT_EQ(outcome.out, goodLines) << row.damage;
+    EXPECT_NE(outcome.errors.find(row.damage), std::string::npos) << outcome.errors;
+  }
+  const TempFile twice(Bytes(gzip).add(gzip));
+  EXPECT_EQ(run({twice.path()}).out, goodLines + goodLines);
+}
+
+TEST(MrtCommand, SurvivesEveryTruncationOfEveryCompression) {
+  for (const auto filter : {archive_write_add_filter_gzip, archive_write_add_filter_bzip2,
+                            archive_write_add_filter_xz, archive_write_add_filter_zstd}) {
+    const Bytes whole = compressed(goodFile(), filter);
+    for (std::size_t length = 1; length < whole.size(); ++length) {
+      Bytes cut = whole;
+      cut.resize(length);
+      const TempFile input(cut);
+      const Outcome outcome = run({input.path()});
+      EXPECT_EQ(outcome.status, ExitStatus::damaged) << length << " of " << whole.size();
+      EXPECT_EQ(outcome.out, goodLines.substr(0, outcome.out.size()));
+    }
+  }
 }
 
 TEST(MrtCommand, SummaryShowsTheFigures) {
