@@ -44,8 +44,7 @@ void DedupBuckets::insert(U32 hash, DedupHandle* member) noexcept {
     for (U32 i = 0; i < DedupBucket::slots; ++i) {
       if (bucket.member[i]) continue;
       bucket.hash[i] = hash;
-      bucket.member
-      [i] = member;
+      bucket.member[i] = member;
       ++size_;
       return;
     }
@@ -69,8 +68,7 @@ bool DedupBuckets::erase(U32 hash, const DedupHandle* member) noexcept {
   U32 slot = 0;
   if (!locate(hash, member, at, slot)) return false;
   buckets_[at].hash[slot] = 0;
-  buckets_[at].member
-  [slot] = nullptr;
+  buckets_[at].member[slot] = nullptr;
   for (U32 before = home(hash); before != at; before = next(before)) --buckets_[before].passed;
   --size_;
   return true;

@@ -47,8 +47,7 @@ struct alignas(64) DedupBucket {
 
   U32 hash[slots] = {};
   U32 passed = 0;  // members that this bucket was too full for
-  DedupHandle* member
-  [slots] = {};
+  DedupHandle* member[slots] = {};
 };
 static_assert(sizeof(DedupBucket) == 64);
 
@@ -102,9 +101,7 @@ DedupHandle* DedupBuckets::find(U32 hash, const IsWanted& isWanted) const {
   for (U32 left = size_ == 0 ? 0 : count_; left != 0; --left, at = next(at)) {
     const DedupBucket& bucket = buckets_[at];
     for (U32 found = bucket.matches(hash); found != 0; found &= found - 1) {
-      DedupHandle* const member
-      = bucket.member
-      [__builtin_ctz(found)];
+      DedupHandle* const member = bucket.member[__builtin_ctz(found)];
       if (isWanted(member)) return member;
     }
     if (bucket.passed == 0) break;

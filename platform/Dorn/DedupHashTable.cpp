@@ -34,8 +34,7 @@ class DedupHashTable::NotificationLock {
   }
 
   void dropLater(DedupHandle& member) noexcept {
-    member
-    .nextDetached_ = std::exchange(table_.detached_, &member);
+    member.nextDetached_ = std::exchange(table_.detached_, &member);
   }
 
  private:
@@ -50,10 +49,8 @@ DedupHashTable::DedupHashTable(bool threadSafe)
 DedupHashTable::~DedupHashTable() = default;
 
 DedupHandle::Ptr DedupHashTable::lookupByContent(const DedupContentHandle& key, U32 hash) const {
-  return lookupBy(hash, [&key](const DedupHandle* member) {
-    return member
-    ->compareByContent(key);
-  });
+  return lookupBy(hash,
+                  [&key](const DedupHandle* member) { return member->compareByContent(key); });
 }
 
 DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle) {
@@ -63,8 +60,7 @@ DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle) {
     const ShardLock lock(*this, shard);
     DedupHandle* const found =
         shard.buckets.find(mixed, [wanted = handle.ptr()](const DedupHandle* member) {
-          return member
-          == wanted || wanted->compare(member);
+          return member == wanted || wanted->compare(member);
         });
     if (found) return DedupHandle::Ptr(found);
     if (!isObserved()) {
@@ -86,7 +82,7 @@ DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, U32 mixed,
     if (found) return DedupHandle::Ptr(found);
     insert(shard, mixed, *handle);
   }
-  DedupHashTableLifeTimeNotifiee* const notifiee = notifiee_.load(std::memory_order_relaxed);
+  DedupHashTableLifeTimeNotifiee* const notifiee = notifieeToTell();
   try {
     if (notifiee) notifiee->handleInsert(handle);
   } catch (...) {
@@ -114,7 +110,7 @@ void DedupHashTable::insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle)
     shard.buckets.erase(mixed, &handle);
     handle.dedupStateIs(DedupHandleState::detached);
   }
-  tableReferenceDrop(handle);
+  handle.referenceSubtract();  // never the last one
 }
 
 // Called by a thread that owns a reference to `member` and gives it up here.
@@ -134,8 +130,7 @@ U32 DedupHashTable::memberRelease(DedupHandle& member) noexcept {
   }
   if (left == ~U32{0}) return memberReleaseObserved(shard, mixed, member);
   if (outcome == Release::leaves) tableReferenceDrop(member);
-  if (outcome == Release::dies) member
-  .zeroReferencesIs();
+  if (outcome == Release::dies) member.zeroReferencesIs();
   return left;
 }
 
@@ -149,13 +144,12 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
       outcome = releaseLocked(shard, mixed, member, left);
     }
     if (outcome == Release::leaves) {
-      DedupHashTableLifeTimeNotifiee* const notifiee = notifiee_.load(std::memory_order_relaxed);
+      DedupHashTableLifeTimeNotifiee* const notifiee = notifieeToTell();
       if (notifiee) notifiee->handleRemove(&member);
       notification.dropLater(member);
     }
   }
-  if (outcome == Release::dies) member
-  .zeroReferencesIs();
+  if (outcome == Release::dies) member.zeroReferencesIs();
   return left;
 }
 
@@ -163,24 +157,19 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
 // since its holder looked, if the insertion was undone.
 DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
                                                       U32& left) noexcept {
-  const U32 word = member
-  .referenceSubtract();
+  const U32 word = member.referenceSubtract();
   left = word & countMask;
   if (!member.isDeduped()) return left == 0 ? Release::dies : Release::stays;
   if (left != DedupHandle::idleReferences(word)) return Release::stays;
   shard.buckets.erase(mixed, &member);
-  member
-  .beingDetachedIs(true);
-  member
-  .dedupStateIs(DedupHandleState::detached);
+  member.beingDetachedIs(true);
+  member.dedupStateIs(DedupHandleState::detached);
   return Release::leaves;
 }
 
 void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
-  member
-  .beingDetachedIs(false);
-  if ((member.referenceSubtract() & countMask) == 0) member
-  .zeroReferencesIs();
+  member.beingDetachedIs(false);
+  if ((member.referenceSubtract() & countMask) == 0) member.zeroReferencesIs();
 }
 
 void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee) {
@@ -190,8 +179,11 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
   notifiee->table_ = this;
   // Before the walk: an insertion that it misses sees the observer.
   notifiee_.store(notifiee.ptr(), std::memory_order_release);
+  // Outlives the registration if that fails: what leaves with it must not be told.
+  std::vector<DedupHandle::Ptr> present;
   try {
-    for (const DedupHandle::Ptr& member : members()) {
+    present = members();
+    for (const DedupHandle::Ptr& member : present) {
       if (member->isDeduped()) notifiee->handleInsert(member);
     }
   } catch (...) {
@@ -202,9 +194,13 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
 
 // Requires the notification lock. The observer may walk the table once more.
 void DedupHashTable::notifieeStop() {
-  DedupHashTableLifeTimeNotifiee* const notifiee = notifiee_.load(std::memory_order_relaxed);
-  if (!notifiee) return;
+  // Held, as it may let itself go.
+  const DedupHashTableLifeTimeNotifiee::Ptr notifiee(notifiee_.load(std::memory_order_relaxed));
+  if (!notifiee || stopping_) return;
+  // Still registered, so that other threads wait; but it hears nothing more.
+  stopping_ = true;
   notifiee->handleNotificationStop(PtrConst(this));
+  stopping_ = false;
   notifiee->table_ = nullptr;
   notifiee_.store(nullptr, std::memory_order_release);
 }
@@ -220,8 +216,8 @@ U32 DedupHashTable::size() const {
 
 std::vector<DedupHandle::Ptr> DedupHashTable::members() const {
   std::vector<DedupHandle::Ptr> all;
+  all.reserve(size());
   for (U32 i = 0; i <= shardMask_; ++i) {
-    all.reserve(all.size() + size());
     const ShardLock lock(*this, shards_[i]);
     shards_[i].buckets.forEach([&all](DedupHandle* member) { all.emplace_back(member); });
   }
@@ -250,10 +246,8 @@ void DedupHashTable::zeroReferencesIs() noexcept {
 // All leave before the first is dropped: what that destroys may hold others.
 void DedupHashTable::membersDetach() noexcept {
   for (U32 i = 0; i <= shardMask_; ++i) {
-    shards_[i].buckets.forEach([](DedupHandle* member) {
-      member
-      ->dedupStateIs(DedupHandleState::detached);
-    });
+    shards_[i].buckets.forEach(
+        [](DedupHandle* member) { member->dedupStateIs(DedupHandleState::detached); });
   }
   for (U32 i = 0; i <= shardMask_; ++i) {
     DedupBuckets leaving;

@@ -119,6 +119,10 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 1;
   }
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed >> 1 & shardMask_]; }
+  // Requires the notification lock.
+  DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept {
+    return stopping_ ? nullptr : notifiee_.load(std::memory_order_relaxed);
+  }
   bool isObserved() const noexcept { return notifiee_.load(std::memory_order_acquire) != nullptr; }
 
   // The member that `isWanted` accepts, with a reference taken under the lock.
@@ -140,7 +144,6 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   static void tableReferenceDrop(DedupHandle& member) noexcept;
 
   void membersDetach() noexcept;
-  void membersAnnounce(DedupHashTableLifeTimeNotifiee& notifiee);
   void notifieeStop();
 
   const U32 shardMask_;
@@ -149,8 +152,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   std::unique_ptr<Shard[]> shards_;
 
   std::atomic<DedupHashTableLifeTimeNotifiee*> notifiee_{nullptr};
-  // Guards the two below, and the order of notices.
+  // Guards what is below, and the order of notices.
   std::recursive_mutex notificationMutex_;
+  bool stopping_ = false;  // the observer is being told to stop
   U32 notificationDepth_ = 0;
   DedupHandle* detached_ = nullptr;  // removed; dropped once the lock is free
 };

@@ -28,7 +28,9 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
   // `handle` is a member no more and is about to be dropped: read it, but take no
   // reference.  Must not throw.
   virtual void handleRemove(DedupHandle* handle) = 0;
-  // No more will be heard of `table`, whose members stay.  Must not throw.
+  // No more will be heard of `table`, whose members stay: neither after this nor of
+  // what happens meanwhile.  To walk them, hold them (members()).  May let itself
+  // go, but not register another observer.  Must not throw.
   virtual void handleNotificationStop(const Kiv::Ptr<const DedupHashTable>& table) = 0;
 
   void zeroReferencesIs() noexcept override;

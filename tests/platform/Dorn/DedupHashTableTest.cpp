@@ -36,6 +36,7 @@ class Observer : public Dorn::DedupHashTableLifeTimeNotifiee {
     ++stops;
     sizeAtStop = table->size();
     present.clear();
+    if (onStop) onStop();
   }
 
   std::set<U32> present;
@@ -44,6 +45,7 @@ class Observer : public Dorn::DedupHashTableLifeTimeNotifiee {
   U32 sizeAtStop = 0;
   std::function<void(U32)> onInsert;
   std::function<void(U32)> onRemove;
+  std::function<void()> onStop;
 };
 KIV_OBJECT_DEFINE(Observer)
 
@@ -182,6 +184,29 @@ TEST_P(DedupHashTableTest, ObserverThatDiesIsForgotten) {
   EXPECT_EQ(0U, table_->size());
 }
 
+// While it is told to stop, an observer may be let go, ask for the stop again, and
+// release and intern: it hears no more of any of that.
+TEST_P(DedupHashTableTest, ObserverHearsNothingAfterItIsToldToStop) {
+  Observer::Ptr observer = observe(table_);
+  Observer* const raw = observer.ptr();
+  Number::Ptr one = intern(table_, 1);
+  raw->onStop = [&] {
+    table_->lifeTimeNotifieeDel();
+    one = nullptr;
+    intern(table_, 2);
+    EXPECT_EQ(1, raw->stops);
+    EXPECT_TRUE(raw->present.empty());
+    raw->onStop = nullptr;
+  };
+  raw->onStop = [&, stop = raw->onStop] {
+    const auto now = stop;
+    now();
+    observer = nullptr;
+  };
+  table_->lifeTimeNotifieeDel();
+  EXPECT_EQ(0U, table_->size());
+}
+
 TEST_P(DedupHashTableTest, ObserverMayInternAndReleaseInItsHandlers) {
   const Observer::Ptr observer = observe(table_);
   std::vector<Number::Ptr> kept;
@@ -286,8 +311,7 @@ TEST(DedupHandleDeathTest, MisuseStopsTheProcess) {
       "assertion \"!beingDetached\\(\\)\" failed in Dorn/DedupHandle:");
   EXPECT_DEATH(Number::make(1)->assertIsDeduped(),
                "\"isDeduped\\(\\)\" failed in Dorn/DedupHandle");
-  const Number::Ptr member
-  = intern(table, 2);
+  const Number::Ptr member = intern(table, 2);
   EXPECT_DEATH(newTable()->dedup(member), "Dorn/DedupHashTable");
 }
 
