@@ -42,7 +42,7 @@ class OV_EXPORT NotifyingRouteTargetList final : public Kiv::PtrInterface {
 
  private:
   mutable Kiv::NotifieeList notifieeList_;
-  RtSet rt_{notifieeList_, rtAttribute};
+  RtSet rt_{*this, rtAttribute};
 };
 
 // A new, empty list with notification on.

@@ -177,9 +177,8 @@ struct BgpParseKindIp6Trans : BgpParseValue20 {
   static constexpr U32 attribute = 142;
 };
 
-// Plugins are never told of this one, so its values always take the fallback: no
-// subtype of it is known, and what may not cross the border of an autonomous
-// system is not worth a class.
+// Never announced, so its values always take the fallback: no subtype of it has a
+// name.
 struct BgpParseKindIp6NonTrans : BgpParseValue20 {
   using Rule = class BgpParseExtCommIp6NonTransRule;
   using SubtypeRuleBase = class BgpParseExtCommIp6SubTypeNonTransRuleBase;

@@ -9,7 +9,11 @@ BgpParseExtCommPluginBaseSm::Ptr BgpParseExtCommPluginBaseSmIs(
   return bgpParseExtCommPluginIs<BgpParseExtCommPluginBaseSm>(collections);
 }
 
-void BgpParseExtCommPluginBaseSm::handleStartup() const { handleInstancesOf(BgpParseNodeKinds{}); }
+// An operation may let go of the plugin.
+void BgpParseExtCommPluginBaseSm::handleStartup() const {
+  const PtrConst self(this);
+  handleInstancesOf(BgpParseNodeKinds{});
+}
 
 template <class... Kind>
 void BgpParseExtCommPluginBaseSm::handleInstancesOf(BgpParseKindList<Kind...>) const {

@@ -176,9 +176,11 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
 OV_EXPORT BgpParseExtCommPluginBaseSm::Ptr BgpParseExtCommPluginBaseSmIs(
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
 
-// Operations may make nodes come and go. A node that has gone is not called.
+// Operations may make nodes come and go, and let go of the plugin. A node that has
+// gone is not called.
 template <class Kind>
 void BgpParseExtCommPluginBaseSm::handleInstances(Kind) const {
+  const PtrConst self(this);
   const auto collections = ruleCollections();
   if (!collections) return;
   const auto& instances = collections->keysOf<Kind>();

@@ -21,16 +21,16 @@ class BgpParseExtCommRuleSets;
 
 template <class Kind>
 struct BgpParseExtCommRuleSetOf {
-  explicit BgpParseExtCommRuleSetOf(Kiv::NotifieeList& observers)
-      : keys(observers, Kind::attribute) {}
+  explicit BgpParseExtCommRuleSetOf(const Kiv::PtrInterface& owner)
+      : keys(owner, Kind::attribute) {}
   BgpParseExtCommRuleSet<Kind> keys;
 };
 
 template <class... Kind>
 class BgpParseExtCommRuleSets<BgpParseKindList<Kind...>> : BgpParseExtCommRuleSetOf<Kind>... {
  public:
-  explicit BgpParseExtCommRuleSets(Kiv::NotifieeList& observers)
-      : BgpParseExtCommRuleSetOf<Kind>(observers)... {}
+  explicit BgpParseExtCommRuleSets(const Kiv::PtrInterface& owner)
+      : BgpParseExtCommRuleSetOf<Kind>(owner)... {}
   template <class K>
   BgpParseExtCommRuleSet<K>& of() {
     return static_cast<BgpParseExtCommRuleSetOf<K>&>(*this).keys;
@@ -43,7 +43,10 @@ class BgpParseExtCommRuleSets<BgpParseKindList<Kind...>> : BgpParseExtCommRuleSe
   const BgpParseExtCommRuleSet<Kind>& all() const noexcept { return keysOf<Kind>(); } \
   bool addOne(const Kind::Key& key) const { return keysOf<Kind>().add(key); }         \
   bool delOne(const Kind::Key& key) const { return keysOf<Kind>().del(key); }         \
-  void delEach() const { keysOf<Kind>().delAll(); }                                   \
+  void delEach() const {                                                              \
+    const PtrConst self(this); /* an observer may let go of the registry */           \
+    keysOf<Kind>().delAll();                                                          \
+  }                                                                                   \
   bool hasOne(const Kind::Key& key) const { return keysOf<Kind>().has(key); }
 
 // A set of keys for each kind of node. A node enters its key when it is complete
@@ -141,7 +144,7 @@ class OV_EXPORT BgpParseExtCommRuleCollections final : public Kiv::PtrInterface 
 
  private:
   mutable Kiv::NotifieeList observers_;
-  mutable BgpParseExtCommRuleSets<BgpParseNodeKinds> keys_{observers_};
+  mutable BgpParseExtCommRuleSets<BgpParseNodeKinds> keys_{*this};
 };
 #undef RULE_COLLECTION
 

@@ -26,8 +26,8 @@ class BgpParseExtCommRuleMap {
  public:
   using RulePtr = Kiv::Ptr<const Rule>;
 
-  // Replaces what is there. Throws Kiv::NullArgumentException for a null, and
-  // Kiv::RangeException for a key beyond the marker that follows the octets.
+  // Replaces what is there. Throws Kiv::RangeException for a key beyond the marker
+  // that follows the octets.
   void is(Key key, RulePtr rule) {
     const U32 at = Kiv::enumValue(key);
     if (at > keyMax) {

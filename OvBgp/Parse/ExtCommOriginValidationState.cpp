@@ -28,7 +28,7 @@ void ExtCommOriginValidationState::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
-// Policies that are not shown to people do not see it.
+// It has a user-interface text only.
 Kiv::String ExtCommOriginValidationState::toStrepForPolicy(StrepFormat format) const {
   if (!format.isUI()) return {};
   ExtCommTextBuffer text;

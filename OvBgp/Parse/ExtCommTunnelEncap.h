@@ -15,16 +15,16 @@ namespace Routing::Bgp {
 
 // Kinds of tunnels (RFC 5512, RFC 8365, RFC 9012 section 3).  As wide as the 16 bits
 // that carry it, and "Unknown" just outside that range.
-#define ENUM_ROWS(member, marker)   \
-  member(tunnelTypeL2tpv3OverIp, 1) \
-  member(tunnelTypeGre, 2)          \
-  member(tunnelTypeIpInIp, 7)       \
-  member(tunnelTypeVxlan, 8)        \
-  member(tunnelTypeNvgre, 9)        \
-  member(tunnelTypeMpls, 10)        \
-  member(tunnelTypeMplsInGre, 11)   \
-  member(tunnelTypeVxlanGpe, 12)    \
-  marker(tunnelTypeUnknown, 65536)
+#define ENUM_ROWS(enumMember, enumMarker) \
+  enumMember(tunnelTypeL2tpv3OverIp, 1)   \
+  enumMember(tunnelTypeGre, 2)            \
+  enumMember(tunnelTypeIpInIp, 7)         \
+  enumMember(tunnelTypeVxlan, 8)          \
+  enumMember(tunnelTypeNvgre, 9)          \
+  enumMember(tunnelTypeMpls, 10)          \
+  enumMember(tunnelTypeMplsInGre, 11)     \
+  enumMember(tunnelTypeVxlanGpe, 12)      \
+  enumMarker(tunnelTypeUnknown, 65536)
 KIV_ENUM(TunnelType, ENUM_ROWS)
 #undef ENUM_ROWS
 using enum TunnelType;

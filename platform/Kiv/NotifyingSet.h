@@ -7,18 +7,19 @@
 #include <vector>
 
 #include "Kiv/NotifieeList.h"
+#include "Kiv/PtrInterface.h"
 #include "Kiv/Types.h"
 
 namespace Kiv {
 
-// Holds keys by value and tells the object's observers, under the attribute's
-// number, of each key that comes or goes: after the change, so that they see the
-// set as it is now. Threads: as the object's NotifieeList.
+// Holds keys by value and tells the observers of `owner`, the object that it is an
+// attribute of, while the owner's notification is on: under the attribute's number,
+// of each key that comes or goes, after the change, so that they see the set as it
+// is now. Threads: as the owner's NotifieeList.
 template <class Key, class Hash = std::hash<Key>>
 class NotifyingSet {
  public:
-  NotifyingSet(NotifieeList& observers, U32 attribute)
-      : observers_(observers), attribute_(attribute) {}
+  NotifyingSet(const PtrInterface& owner, U32 attribute) : owner_(owner), attribute_(attribute) {}
   NotifyingSet(const NotifyingSet&) = delete;
   NotifyingSet& operator=(const NotifyingSet&) = delete;
 
@@ -26,15 +27,15 @@ class NotifyingSet {
   // may be gone when they return, if an observer destroyed the object.
   bool add(Key key) {
     if (!keys_.insert(key).second) return false;
-    observers_.notify(Change(attribute_, key));
+    notify(key);
     return true;
   }
   bool del(Key key) {
     if (keys_.erase(key) == 0) return false;
-    observers_.notify(Change(attribute_, key));
+    notify(key);
     return true;
   }
-  // One notice a key.
+  // One notice a key. The caller holds the owner, which observers may let go.
   void delAll() {
     for (const Key& key : keys()) del(key);
   }
@@ -47,7 +48,11 @@ class NotifyingSet {
   std::vector<Key> keys() const { return {keys_.begin(), keys_.end()}; }
 
  private:
-  NotifieeList& observers_;
+  void notify(const Key& key) const {
+    if (owner_.hasNotificationActive()) owner_.notifieeList()->notify(Change(attribute_, key));
+  }
+
+  const PtrInterface& owner_;
   const U32 attribute_;
   std::unordered_set<Key, Hash> keys_;
 };

@@ -206,7 +206,7 @@ TYPED_TEST(TypeRule, HoldsOneLeafASubtype) {
   EXPECT_EQ(1U, second->references());
 }
 
-TEST(RuleTree, RootRefusesNullsAndTypesWithoutOctet) {
+TEST(RuleTree, RootRefusesNullsAndForgetsRules) {
   const auto root = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl());
   EXPECT_THROW(root->typeRuleIs(nullptr), Kiv::NullArgumentException);
   EXPECT_THROW(root->ip6TypeRuleIs(nullptr), Kiv::NullArgumentException);

@@ -85,10 +85,25 @@ TEST(NotifieeListDeathTest, KeyHasItsAttributesType) {
   EXPECT_DEATH(change.key<long>(), "Kiv/NotifieeList");
 }
 
+class Owner : public Kiv::PtrInterface {
+  KIV_OBJECT(Owner)
+
+ public:
+  Kiv::NotifieeList* notifieeList() const noexcept override { return &list; }
+
+  mutable Kiv::NotifieeList list;
+  Kiv::NotifyingSet<int> set{*this, 7};
+};
+KIV_OBJECT_DEFINE(Owner)
+
 TEST(NotifyingSet, TellsOfChangesOnly) {
-  Kiv::NotifieeList list;
-  Kiv::NotifyingSet<int> set(list, 7);
-  Ear ear(list);
+  const Owner::Ptr owner(new Owner);
+  auto& set = owner->set;
+  Ear ear(owner->list);
+  set.add(9);
+  set.del(9);
+  EXPECT_EQ(Heard{}, ear.heard) << "the owner's notification is off";
+  owner->hasNotificationActiveIs(true);
   EXPECT_TRUE(set.add(1));
   EXPECT_FALSE(set.add(1));
   EXPECT_TRUE(set.add(2));
