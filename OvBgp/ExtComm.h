@@ -103,13 +103,13 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   const ExtCommContent content_;
 };
 
-#define FLAG_ROWS(flag)                                              \
-  flag(strepFormatDefault, strepFormatDefaultIs, 0x01)               \
-  flag(strepFormatClassification, strepFormatClassificationIs, 0x02) \
-  flag(strepFormatUI, strepFormatUIIs, 0x04)                         \
-  flag(strepFormatJson, strepFormatJsonIs, 0x08)                     \
-  flag(strepFormatAsdot, strepFormatAsdotIs, 0x10)                   \
-  flag(strepFormatLinkBwWeighted, strepFormatLinkBwWeightedIs, 0x20)
+#define FLAG_ROWS(flagRow)                                              \
+  flagRow(strepFormatDefault, strepFormatDefaultIs, 0x01)               \
+  flagRow(strepFormatClassification, strepFormatClassificationIs, 0x02) \
+  flagRow(strepFormatUI, strepFormatUIIs, 0x04)                         \
+  flagRow(strepFormatJson, strepFormatJsonIs, 0x08)                     \
+  flagRow(strepFormatAsdot, strepFormatAsdotIs, 0x10)                   \
+  flagRow(strepFormatLinkBwWeighted, strepFormatLinkBwWeightedIs, 0x20)
 class ExtComm::StrepFormat : public Kiv::FlagSet<ExtComm::StrepFormat> {
  public:
   using FlagSet::FlagSet;

@@ -23,6 +23,13 @@ class OV_EXPORT ExtCommDedupTableBase : public Kiv::PtrInterface {
 
   Kiv::Ptr<const BgpParseExtendedCommunityRule> parseExtCommRule() const;
   const Kiv::Ptr<Dorn::DedupHashTable>& dedupTable() const noexcept { return dedupTable_; }
+  // The table's own operations.
+  Dorn::DedupHandle::Ptr lookupByContent(const Dorn::DedupContentHandle& key, U32 hash) const {
+    return dedupTable_->lookupByContent(key, hash);
+  }
+  Dorn::DedupHandle::Ptr dedup(Dorn::DedupHandle::Ptr handle) const {
+    return dedupTable_->dedup(std::move(handle));
+  }
   // Values interned now.
   U32 size() const { return dedupTable_->size(); }
 

@@ -73,12 +73,12 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   const ExtCommIp6Content extCommIp6Content_;
 };
 
-#define FLAG_ROWS(flag)                                              \
-  flag(strepFormatDefault, strepFormatDefaultIs, 0x01)               \
-  flag(strepFormatClassification, strepFormatClassificationIs, 0x02) \
-  flag(strepFormatUI, strepFormatUIIs, 0x04)                         \
-  flag(strepFormatAsdot, strepFormatAsdotIs, 0x08)                   \
-  flag(strepFormatLinkBwWeighted, strepFormatLinkBwWeightedIs, 0x10)
+#define FLAG_ROWS(flagRow)                                              \
+  flagRow(strepFormatDefault, strepFormatDefaultIs, 0x01)               \
+  flagRow(strepFormatClassification, strepFormatClassificationIs, 0x02) \
+  flagRow(strepFormatUI, strepFormatUIIs, 0x04)                         \
+  flagRow(strepFormatAsdot, strepFormatAsdotIs, 0x08)                   \
+  flagRow(strepFormatLinkBwWeighted, strepFormatLinkBwWeightedIs, 0x10)
 class ExtCommIp6::StrepFormat
     : public Kiv::FlagSet<ExtCommIp6::StrepFormat, Kiv::UnnamedFlags::ignore> {
  public:

@@ -8,6 +8,17 @@ class CommList;
 class CommListDedupTable;
 class CommListDedupTableBase;
 
+class ExtComm;
+class ExtCommDedupTable;
+class ExtCommIp6;
+class ExtCommIp6DedupTable;
+class ExtCommIp6Subtyped;
+class ExtCommSubtyped;
+
+class BgpParseExtCommRuleCollections;
+class BgpParseExtendedCommunityRule;
+class NotifyingRouteTargetList;
+
 }  // namespace Routing::Bgp
 
 #endif

@@ -12,8 +12,8 @@
 
 namespace Kiv {
 
-// Root of all of them; what() says what was wrong, in words of the contract
-// where the operation gives some.
+// Root of all of them; what() says what was wrong, in the operation's own
+// words where its header gives some.
 class OV_EXPORT Exception : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -1,6 +1,6 @@
 // Sets of up to eight named flags in one octet.
 //
-//   #define ORDER_ROWS(flag) flag(gift, giftIs, 0x01) flag(express, expressIs, 0x02)
+//   #define ORDER_ROWS(flagRow) flagRow(gift, giftIs, 0x01) flagRow(express, expressIs, 0x02)
 //   class Order : public Kiv::FlagSet<Order> {
 //    public:
 //     using FlagSet::FlagSet;

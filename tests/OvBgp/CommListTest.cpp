@@ -115,7 +115,7 @@ TEST_F(CommListTest, FlagsAreThoseOfTheMembers) {
 }
 
 // Reference values of the byte hash, least significant byte first.
-TEST_F(CommListTest, HashIsTheContractsAndOrderMatters) {
+TEST_F(CommListTest, HashIsOneAtATimeAndByteOrderMatters) {
   EXPECT_EQ(0U, intern(table_, {})->hash());
   // The well-known value of the one-at-a-time hash of "abcd".
   U32 h = 0;

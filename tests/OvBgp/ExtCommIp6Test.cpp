@@ -5,7 +5,6 @@
 #include <array>
 #include <bit>
 #include <iomanip>
-#include <random>
 #include <set>
 #include <sstream>
 #include <vector>
@@ -32,7 +31,7 @@ Kiv::String streamed(const Streamed& value) {
 }
 
 // Values of the one-at-a-time hash, computed with another implementation.
-TEST(ExtCommIp6Content, HashIsTheContracts) {
+TEST(ExtCommIp6Content, HashIsOneAtATimeOverTheOctets) {
   const struct {
     ExtCommIp6Content content;
     U32 hash;

@@ -108,11 +108,9 @@ TYPED_TEST_SUITE(EnumContract, AllEnums, EnumName);
 // Argument-dependent lookup alone finds the functions, as it must for users.
 TYPED_TEST(EnumContract, EveryMemberReadsBackFromItsName) {
   for (const Kiv::EnumRow& row : Kiv::enumInfo<TypeParam>.rows()) {
-    const TypeParam member
-    {row.value};
+    const TypeParam member{row.value};
     std::ostringstream os;
-    os << member
-    << ",rest";
+    os << member << ",rest";
     const std::string text = os.str();
     const char* it = text.data();
     TypeParam read{~row.value};

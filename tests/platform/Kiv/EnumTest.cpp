@@ -15,21 +15,21 @@ namespace {
 
 // Rows out of order, names that begin alike, members and markers in and beyond
 // the octets, and both ends of the range.
-#define ENUM_ROWS(member, marker) \
-  member(toneHigh, 200)           \
-  member(tone, 0)                 \
-  marker(toneWild, 7)             \
-  member(toneHighest, 255)        \
-  member(toneFar, 0xffffff01)     \
-  marker(toneUnknown, 65536)      \
-  member(toneLast, 0xffffffff)    \
-  member(tone64, 64)
+#define ENUM_ROWS(enumMember, enumMarker) \
+  enumMember(toneHigh, 200)               \
+  enumMember(tone, 0)                     \
+  enumMarker(toneWild, 7)                 \
+  enumMember(toneHighest, 255)            \
+  enumMember(toneFar, 0xffffff01)         \
+  enumMarker(toneUnknown, 65536)          \
+  enumMember(toneLast, 0xffffffff)        \
+  enumMember(tone64, 64)
 KIV_ENUM(Tone, ENUM_ROWS)
 #undef ENUM_ROWS
 KIV_ENUM_INSTANCE_BY_VALUE(Tone, toneOfValue)
 KIV_ENUM_INSTANCE_BY_POSITION(Tone, toneAt)
 
-#define ENUM_ROWS(member, marker) marker(emptyUnknown, 256)
+#define ENUM_ROWS(enumMember, enumMarker) enumMarker(emptyUnknown, 256)
 KIV_ENUM(Empty, ENUM_ROWS)
 #undef ENUM_ROWS
 
@@ -118,8 +118,7 @@ TEST(EnumInfo, LooksUpNumbersOfAnyWidth) {
   EXPECT_EQ(info.findValue((U64{1} << 32) + 64), nullptr);
   EXPECT_EQ(info.findValue(std::numeric_limits<U64>::max()), nullptr);
 
-  const Kiv::EnumInfo::Member member
-  = info.memberAt(1);
+  const Kiv::EnumInfo::Member member = info.memberAt(1);
   EXPECT_EQ(member.enumeration, &info);
   EXPECT_EQ(member.name, "toneWild");
   EXPECT_EQ(member.value, 7u);

@@ -9,11 +9,11 @@
 
 namespace {
 
-#define FLAG_ROWS(flag)              \
-  flag(plain, plainIs, 0x01)         \
-  flag(json, jsonIs, 0x08)           \
-  flag(jsonShort, jsonShortIs, 0x02) \
-  flag(weighted, weightedIs, 0x20)
+#define FLAG_ROWS(flagRow)              \
+  flagRow(plain, plainIs, 0x01)         \
+  flagRow(json, jsonIs, 0x08)           \
+  flagRow(jsonShort, jsonShortIs, 0x02) \
+  flagRow(weighted, weightedIs, 0x20)
 
 class Strict : public Kiv::FlagSet<Strict> {
  public:
