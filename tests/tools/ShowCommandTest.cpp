@@ -52,8 +52,8 @@ TEST(ShowCommand, NamesClassAndTexts) {
     const Shown shown = show({{row.value}});
     EXPECT_EQ(ExitStatus::fine, shown.status);
     for (const std::string& line :
-         {lineOf("class", row.className), lineOf("classification", row.classification),
-          lineOf("ui", row.ui), lineOf("transitive", "yes")}) {
+         {lineOf("class", row.className), lineOf("text classification", row.classification),
+          lineOf("text ui", row.ui), lineOf("transitive", "yes")}) {
       EXPECT_NE(std::string::npos, shown.out.find(line)) << line << shown.out;
     }
   }
@@ -63,14 +63,15 @@ TEST(ShowCommand, ReadsEveryKindAndHonoursFlags) {
   ShowOptions options{{"65535:65281", "0xFFFF0000", "4200000000:7:8", "0x0202fa56ea000007"}};
   options.asdot = true;
   const Shown shown = show(options);
-  for (const std::string& line :
-       {lineOf("well_known", "no-export"), lineOf("well_known", "GSHUT"),
-        lineOf("policy", "64086.59904:7:8"), lineOf("ui", "Route-Target-AS4:64086.59904:7")}) {
+  for (const std::string& line : {lineOf("well_known", "no-export"), lineOf("well_known", "GSHUT"),
+                                  lineOf("text policy", "64086.59904:7:8"),
+                                  lineOf("text ui", "Route-Target-AS4:64086.59904:7")}) {
     EXPECT_NE(std::string::npos, shown.out.find(line)) << line << shown.out;
   }
 }
 
-// Valid JSON whatever the value: here type octets that are no UTF-8 by themselves.
+// Valid JSON whatever the value: here the type octets stand raw in a text, and are
+// no UTF-8 by themselves.
 TEST(ShowCommand, JsonIsAnObjectALine) {
   ShowOptions options{{"0x4300000000000007", "1:2", "0xff8020010db8000000000000000000000001000a"}};
   options.json = true;
@@ -91,9 +92,16 @@ TEST(ShowCommand, JsonIsAnObjectALine) {
     if (kinds.back() == "ipv6_extended") {
       EXPECT_TRUE(object["type_name"].IsNull());
       EXPECT_EQ(255U, object["type"].GetUint());
+      EXPECT_STREQ("type=\u00ff;subtype=\u0080;addr=2001:db8::1;localAdmin=10",
+                   object["text"]["value"].GetString());
     }
   }
   EXPECT_EQ((std::vector<std::string>{"extended", "standard", "ipv6_extended"}), kinds);
+}
+
+TEST(ShowCommand, TerminalsGetNoControlOctets) {
+  const Shown shown = show({{"0x001b20010db8000000000000000000000001000a"}});
+  EXPECT_NE(std::string::npos, shown.out.find("type=\\x00;subtype=\\x1b;")) << shown.out;
 }
 
 TEST(ShowCommand, RefusesWhatIsNoCommunityAndShowsNothing) {

@@ -13,7 +13,7 @@ class Decompressor {
   virtual ~Decompressor() = default;
 
   // The next octets, valid until the next call; empty at the end.  Throws
-  // Malformed where the compression is broken, after all that came before it.
+  // Malformed where the compression is broken, after what came before it.
   virtual Octets next() = 0;
 };
 

@@ -61,10 +61,15 @@ bool GzipDecompressor::inputIsThere() {
   return false;
 }
 
-// Another member may follow; anything else there is damage.
+// Another member may follow, or zeros that fill a block of some medium; anything
+// else there is damage.
 void GzipDecompressor::memberEnds() {
   inMember_ = false;
-  if (!inputIsThere()) {
+  while (inputIsThere() && stream_.next_in[0] == 0) {
+    ++stream_.next_in;
+    --stream_.avail_in;
+  }
+  if (ended_) {
     return;
   }
   if (stream_.next_in[0] != 0x1F) {

@@ -24,7 +24,11 @@ constexpr CommunityRow communityRows[] = {
     {32, CommunityKind::large, 12, "LARGE_COMMUNITY"},
 };
 
+// Of the flags octet (RFC 4271, section 4.3): what those of communities must be.
+constexpr U8 optionalTransitive = 0xC0;
+
 struct Attribute {
+  U8 flags;
   U8 type;
   Octets value;
 };
@@ -33,7 +37,7 @@ Attribute readAttribute(OctetReader& reader) {
   const U8 flags = reader.u8();
   const U8 type = reader.u8();
   const std::size_t length = (flags & extendedLengthFlag) != 0 ? reader.u16() : reader.u8();
-  return {type, reader.octets(length)};
+  return {flags, type, reader.octets(length)};
 }
 
 class Collector {
@@ -67,6 +71,11 @@ class Collector {
     for (const CommunityRow& row : communityRows) {
       if (row.type != attribute.type) {
         continue;
+      }
+      if ((attribute.flags & optionalTransitive) != optionalTransitive) {
+        problems_.add(std::string(row.name) + " attribute that is not optional and transitive");
+        found.treatAsWithdraw = true;
+        return;
       }
       const std::size_t length = attribute.value.size();
       if (length == 0 || length % row.memberSize != 0) {

@@ -27,8 +27,10 @@ struct PathAttributes {
 //   came before is kept, treat-as-withdraw (section 4).
 // - A community attribute whose length is zero or no multiple of its members'
 //   size: treat-as-withdraw (sections 7.8, 7.14, 7.15; RFC 8092, section 5).
+// - A community attribute whose flags are not those of its definition:
+//   treat-as-withdraw (section 3 c).
 // - A repeated attribute: the first counts (section 3 g).
-// Flags are not judged; attributes other than those above are not looked into.
+// Attributes other than those above are not looked into.
 PathAttributes readPathAttributes(Octets octets, Problems& problems);
 
 }  // namespace CommTool

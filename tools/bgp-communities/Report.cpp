@@ -3,6 +3,8 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <cstdio>
+
 namespace CommTool {
 namespace {
 
@@ -61,6 +63,21 @@ class JsonLine {
   rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
 };
 
+// Octets that a terminal would not print as they are become \xNN.
+std::string printable(const std::string& octets) {
+  std::string text;
+  for (const char c : octets) {
+    if (c >= 0x20 && c < 0x7F) {
+      text.push_back(c);
+    } else {
+      char escape[5];
+      std::snprintf(escape, sizeof escape, "\\x%02x", static_cast<U8>(c));
+      text += escape;
+    }
+  }
+  return text;
+}
+
 void printField(TextOutput& out, std::string_view name, const std::string& text) {
   out.append("  ");
   out.append(name);
@@ -76,7 +93,7 @@ void Report::print(TextOutput& out) const {
   out.append('\n');
   for (const auto& [name, value] : fields_) printField(out, name, textOf(value));
   for (const auto& [form, text] : texts_) {
-    if (!text.empty()) printField(out, form, text);
+    if (!text.empty()) printField(out, std::string("text ").append(form), printable(text));
   }
 }
 

@@ -27,7 +27,8 @@ class Report {
     texts_.emplace_back(form, std::move(text));
   }
 
-  // A title, and a line a field; a form without text is left out.
+  // A title, a line a field and one a text; an empty text is left out, and octets
+  // that are no printable ASCII are escaped.
   void print(TextOutput& out) const;
   // One line, one object: the fields, and the texts as an object under "text".
   // Octets that are no UTF-8 text are escaped as the characters of that number.

@@ -17,8 +17,8 @@ std::string headOf(const RouteBatch& batch) {
   return head.append("|").append(std::to_string(batch.peer.as)).append("|");
 }
 
-// One blank between values. Each prints as policies know it, with the word for
-// its class; one that they do not know, as people are shown it.
+// A comma between values, as some texts have blanks. Each prints as policies know it, with the word
+// for its class; one that they do not know, as people are shown it.
 template <class Value>
 void appendValues(OvFmt::DynamicBufferInterface& to, const std::vector<Value>& values) {
   using Format = typename Value::element_type::StrepFormat;
@@ -27,7 +27,7 @@ void appendValues(OvFmt::DynamicBufferInterface& to, const std::vector<Value>& v
   Format ui = policy;
   ui.strepFormatUIIs(true);
   for (const Value& value : values) {
-    if (&value != values.data()) to.append(' ');
+    if (&value != values.data()) to.append(',');
     const Kiv::String text = value->toStrepForPolicy(policy);
     to.append(text.empty() ? value->toStrepForPolicy(ui) : text);
   }

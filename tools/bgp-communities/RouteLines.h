@@ -9,8 +9,8 @@ namespace CommTool {
 
 // Prints fields with | between them: seconds of the record; A (announced), W
 // (withdrawn) or B (in a table); the peer's address and AS; the prefix; and the
-// route's standard, extended and IPv6 extended communities, each of them empty
-// where there are none.
+// route's standard communities with blanks between them, then its extended and its
+// IPv6 extended ones with commas, each field empty where there are none.
 //
 // What the routes of a batch share is formatted once.
 class RouteLines {

@@ -87,6 +87,7 @@ class Describer {
     addNature(report, *community, content);
     addTexts(report, *community);
     report.addText("ui", community->toStrepForUI(options_.asdot, options_.weighted, options_.json));
+    report.addText("value", valueToStrep(content));
     return report;
   }
 
@@ -95,10 +96,11 @@ class Describer {
     Report report = begun("ipv6_extended", hexOf(content));
     addNature(report, *community, content);
     addTexts(report, *community);
-    ExtCommIp6::StrepFormat ui = formatOf<ExtCommIp6::StrepFormat>();
+    auto ui = formatOf<ExtCommIp6::StrepFormat>();
     ui.strepFormatClassificationIs(true);
     ui.strepFormatUIIs(true);
     report.addText("ui", community->toStrepForPolicy(ui));
+    report.addText("value", valueToStrep(content));
     return report;
   }
 

@@ -16,6 +16,7 @@ enum V2Subtype : U16 {
   ribIpv6Unicast = 4,
   ribIpv6Multicast = 5,
   ribGeneric = 6,
+  geoPeerTable = 7,  // RFC 6397: where the peers are
   ribIpv4UnicastAddPath = 8,
   ribIpv6MulticastAddPath = 11,
   ribGenericAddPath = 12,
@@ -80,7 +81,8 @@ void TableDumpDecoder::decodeV2(const MrtRecord& record, Problems& problems) {
     decodeRib(record, *kind, problems);
   } else if (record.subtype == peerIndexTable) {
     readPeerIndex(OctetReader(record.body, "PEER_INDEX_TABLE"));
-  } else if (record.subtype == ribGeneric || record.subtype == ribGenericAddPath) {
+  } else if (record.subtype == ribGeneric || record.subtype == ribGenericAddPath ||
+             record.subtype == geoPeerTable) {
     ++counts_.recordsSkipped;
   } else {
     throw Malformed("TABLE_DUMP_V2 of unknown subtype " + std::to_string(record.subtype));
