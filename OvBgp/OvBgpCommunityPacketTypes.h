@@ -133,7 +133,7 @@ KIV_ENUM(BgpExtCommPktSubtypeEvpn, ENUM_ROWS)
 using enum BgpExtCommPktSubtypeEvpn;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeEvpn, BgpExtCommPktSubtypeEvpnInstance)
 
-// Subtypes of type 0x08, flow specification: redirect to the next hop.
+// Subtypes of type 0x08, flowspec: redirect to the next hop.
 #define ENUM_ROWS(enumMember, enumMarker)                 \
   enumMember(extCommPktSubtypeFlowspecRedirectNexthop, 0) \
   enumMarker(extCommPktSubtypeFlowspecRedirectUnknown, 256)

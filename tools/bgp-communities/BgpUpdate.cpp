@@ -17,8 +17,7 @@ struct Message {
 };
 
 Message readMessage(OctetReader& reader) {
-  const Octets marker
-  = reader.octets(markerLength);
+  const Octets marker = reader.octets(markerLength);
   if (!std::ranges::all_of(marker, [](U8 octet) { return octet == 0xFF; })) {
     throw Malformed("BGP message without its marker");
   }

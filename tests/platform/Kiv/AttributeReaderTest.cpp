@@ -10,8 +10,7 @@ namespace {
 std::string readRecord(const std::string& text) {
   const char* it = text.data();
   U8 octet = 0;
-  bool flag
-  = false;
+  bool flag = false;
   U64 word = 0;
   try {
     Kiv::AttributeReader reader(it, it + text.size());
