@@ -30,7 +30,7 @@ int opened(const std::string& path) {
 
 }  // namespace
 
-RawFile::RawFile(const std::string& path) : fd_(-1), room_(new U8[readSize]) { fd_ = opened(path); }
+RawFile::RawFile(const std::string& path) : room_(new U8[readSize]) { fd_ = opened(path); }
 
 RawFile::~RawFile() { ::close(fd_); }
 

@@ -36,7 +36,7 @@ class RawFile {
  private:
   std::size_t read(std::size_t at);
 
-  int fd_;
+  int fd_ = -1;
   std::unique_ptr<U8[]> room_;
   Octets peeked_;
 };
