@@ -196,11 +196,6 @@ TEST_P(DedupHashTableTest, ObserverHearsNothingAfterItIsToldToStop) {
     intern(table_, 2);
     EXPECT_EQ(1, raw->stops);
     EXPECT_TRUE(raw->present.empty());
-    raw->onStop = nullptr;
-  };
-  raw->onStop = [&, stop = raw->onStop] {
-    const auto now = stop;
-    now();
     observer = nullptr;
   };
   table_->lifeTimeNotifieeDel();
