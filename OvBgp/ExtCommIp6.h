@@ -99,7 +99,7 @@ class OV_EXPORT ExtCommIp6Subtyped : public ExtCommIp6 {
   BgpExtCommPktSubtype pktSubtype() const override;
 };
 
-static_assert(sizeof(ExtCommIp6Subtyped) <= 24 + 3 * sizeof(void*),
+static_assert(sizeof(ExtCommIp6Subtyped) <= 32 + 2 * sizeof(void*),
               "there are many of them: 48 octets on 64-bit builds");
 
 // New, not interned, with notification switched on.
