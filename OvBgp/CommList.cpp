@@ -154,7 +154,7 @@ std::ostream& operator<<(std::ostream& out, const CommList* list) {
 Kiv::String CommList::serialize() const {
   SerializePathAttribute attribute(BgpPathAttrType::community, BgpPathAttrFlag::optionalTransitive,
                                    comms() * U32{sizeof(U32)});
-  for (const U32 community : commVector_) attribute.addU32hton(community);
+  attribute.addU32shton({commVector_.data(), commVector_.size()});
   return attribute.serializedString();
 }
 
