@@ -65,16 +65,20 @@ BgpExtCommPktType ExtComm::pktType() const noexcept {
 }
 
 // A community without a class of its own is unknown to policies.
-Kiv::String ExtComm::toStrepForPolicy(StrepFormat format) const {
-  if (!format.isUI()) return {};
-  ExtCommTextBuffer text;
-  addExtCommTypeAsString(text, "", content_);
+void ExtComm::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
+  if (!format.isUI()) return;
+  addExtCommTypeAsString(to, "", content_);
   const char* separator = ":0x";
   for (int shift = 40; shift >= 0; shift -= 8) {
-    text.append(separator);
-    text.appendHex(static_cast<U8>(content_.value() >> shift), 2);
+    to.append(separator);
+    to.appendHex(static_cast<U8>(content_.value() >> shift), 2);
     separator = " 0x";
   }
+}
+
+Kiv::String ExtComm::toStrepForPolicy(StrepFormat format) const {
+  ExtCommTextBuffer text;
+  appendForPolicy(text, format);
   return text.str();
 }
 

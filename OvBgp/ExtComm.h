@@ -49,13 +49,15 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   virtual BgpExtCommPktSubtype pktSubtype() const;
   // Writes the diagnostic text, for logs and dumps.
   virtual void formatDerivedType(std::ostream& out) const;
-  // The text that policies, configurations and show commands use.
+  // What appendForPolicy appends, which is what a class overrides.
   virtual Kiv::String toStrepForPolicy(StrepFormat format) const;
   // Whether policies match this community by its user-interface text.
   virtual bool policyMatchStrepUI() const;
   virtual bool isValid() const;
   // Whether this one wins over `other`: the smaller value does.
   virtual bool isBetterThan(const Kiv::Ptr<const ExtComm>& other) const;
+  // Appends the text that policies, configurations and show commands use.
+  virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
   ExtCommClassification classification() const noexcept { return classification_; }
   ExtCommContent getContent() const noexcept { return content_; }

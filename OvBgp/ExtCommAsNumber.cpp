@@ -34,14 +34,12 @@ void ExtCommAsNumber::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
-Kiv::String ExtCommAsNumber::toStrepForPolicy(StrepFormat format) const {
-  ExtCommTextBuffer text;
+void ExtCommAsNumber::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
   if (format.isUI()) {
-    addExtCommTypeAsString(text, fourOctetAs_ ? "-AS4" : "-AS", getContent());
-    text.append(':');
+    addExtCommTypeAsString(to, fourOctetAs_ ? "-AS4" : "-AS", getContent());
+    to.append(':');
   }
-  appendValue(text, format.strepFormatAsdot());
-  return text.str();
+  appendValue(to, format.strepFormatAsdot());
 }
 
 ExtCommAsNumber::Ptr ExtCommAsNumberIs(ExtCommClassification classification,

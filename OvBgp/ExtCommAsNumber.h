@@ -42,7 +42,7 @@ class OV_EXPORT ExtCommAsNumber : public ExtCommSubtyped {
   void appendValue(OvFmt::DynamicBufferInterface& to, bool asdot) const;
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 
  private:
   const bool fourOctetAs_;

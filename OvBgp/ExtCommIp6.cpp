@@ -108,16 +108,20 @@ Kiv::String ExtCommIp6::toStrep() const {
   return out.str();
 }
 
-Kiv::String ExtCommIp6::toStrepForPolicy(StrepFormat format) const {
-  OvFmt::StackBackedBuffer<64> text;
+void ExtCommIp6::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
   if (format.isUI()) {
-    addExtCommTypeAsString(text, "-IP6", extCommIp6Content_.type(), extCommIp6Content_.subtype(),
+    addExtCommTypeAsString(to, "-IP6", extCommIp6Content_.type(), extCommIp6Content_.subtype(),
                            extCommIp6Content_.transitiveFlag());
-    text.append(':');
+    to.append(':');
   }
-  extCommIp6Content_.addr().printToBuffer(text);
-  text.append(':');
-  text.appendDecimal(extCommIp6Content_.localAdmin());
+  extCommIp6Content_.addr().printToBuffer(to);
+  to.append(':');
+  to.appendDecimal(extCommIp6Content_.localAdmin());
+}
+
+Kiv::String ExtCommIp6::toStrepForPolicy(StrepFormat format) const {
+  ExtCommTextBuffer text;
+  appendForPolicy(text, format);
   return text.str();
 }
 

@@ -13,6 +13,10 @@
 #include "OvBgp/ExtCommIp6Content.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 
+namespace OvFmt {
+class DynamicBufferInterface;
+}
+
 namespace Routing::Bgp {
 
 class ExtCommIp6DedupTable;
@@ -40,9 +44,11 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   // Writes the diagnostic text, for logs and dumps:
   // "<" type, blank and subtype if there is one, " addr=" ... " localAdmin=" ... ">".
   virtual void formatDerivedType(std::ostream& out) const;
-  // "address:local administrator"; for the user interface (both flags) with the
-  // type code and "-IP6:" in front. The other flags change nothing.
+  // What appendForPolicy appends, which is what a class overrides.
   virtual Kiv::String toStrepForPolicy(StrepFormat format) const;
+  // Appends "address:local administrator"; for the user interface (both flags) with
+  // the type code and "-IP6:" in front. The other flags change nothing.
+  virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
   ExtCommClassification classification() const noexcept { return classification_; }
   ExtCommIp6Content getContent() const noexcept { return extCommIp6Content_; }

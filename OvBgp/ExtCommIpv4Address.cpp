@@ -24,14 +24,13 @@ void ExtCommIpv4Address::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
-Kiv::String ExtCommIpv4Address::toStrepForPolicy(StrepFormat format) const {
-  ExtCommTextBuffer text;
+void ExtCommIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                         StrepFormat format) const {
   if (format.isUI()) {
-    addExtCommTypeAsString(text, "-IP", getContent());
-    text.append(':');
+    addExtCommTypeAsString(to, "-IP", getContent());
+    to.append(':');
   }
-  appendValue(text);
-  return text.str();
+  appendValue(to);
 }
 
 ExtCommIpv4Address::Ptr ExtCommIpv4AddressIs(ExtCommClassification classification,

@@ -5,7 +5,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "OvBgp/ExtComm.h"
 #include "OvFmt/DynamicBuffer.h"
@@ -27,7 +26,7 @@ class OV_EXPORT ExtCommIpv4Address : public ExtCommSubtyped {
   void appendValue(OvFmt::DynamicBufferInterface& to) const;
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

@@ -27,13 +27,11 @@ void ExtCommColor::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
-Kiv::String ExtCommColor::toStrepForPolicy(StrepFormat) const {
-  ExtCommTextBuffer text;
-  text.append("Color:CO(");
-  appendBits(text, colorOnly());
-  text.append("):");
-  text.appendDecimal(color());
-  return text.str();
+void ExtCommColor::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat) const {
+  to.append("Color:CO(");
+  appendBits(to, colorOnly());
+  to.append("):");
+  to.appendDecimal(color());
 }
 
 ExtCommColor::Ptr extCommColorFactory(const ExtCommContent& content) {

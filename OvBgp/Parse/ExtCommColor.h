@@ -5,7 +5,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "OvBgp/ExtComm.h"
 
@@ -25,7 +24,7 @@ class OV_EXPORT ExtCommColor final : public ExtCommSubtyped {
   U8 colorOnly() const noexcept { return static_cast<U8>(getContent().value() >> 46 & 3); }
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

@@ -8,7 +8,7 @@
 namespace Routing::Bgp {
 namespace {
 
-constexpr const char* name = "DefaultGateway";
+constexpr std::string_view name = "DefaultGateway";
 
 }  // namespace
 
@@ -18,7 +18,9 @@ void ExtCommDefaultGateway::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, name, getContent());
 }
 
-Kiv::String ExtCommDefaultGateway::toStrepForPolicy(StrepFormat) const { return name; }
+void ExtCommDefaultGateway::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat) const {
+  to.append(name);
+}
 
 ExtCommDefaultGateway::Ptr extCommDefaultGatewayFactory(const ExtCommContent& content) {
   return notifyingObject<ExtCommDefaultGateway>(content);

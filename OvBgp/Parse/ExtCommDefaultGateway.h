@@ -6,7 +6,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "OvBgp/ExtComm.h"
 
 namespace Routing::Bgp {
@@ -20,7 +19,7 @@ class OV_EXPORT ExtCommDefaultGateway final : public ExtCommSubtyped {
       : ExtCommSubtyped(extCommClassificationDefaultGateway, content) {}
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

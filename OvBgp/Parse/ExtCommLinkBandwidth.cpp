@@ -41,13 +41,12 @@ void ExtCommLinkBandwidth::formatDerivedType(std::ostream& out) const {
 }
 
 // Only people are shown a bandwidth with its unit; policies see the bare number.
-Kiv::String ExtCommLinkBandwidth::toStrepForPolicy(StrepFormat format) const {
-  ExtCommTextBuffer text;
-  text.append(prefixOf(format));
-  formatAsNumberToBuffer(text, format.strepFormatAsdot());
-  text.append(':');
-  linkBandwidth().appendText(text, !format.isUI() || format.strepFormatLinkBwWeighted());
-  return text.str();
+void ExtCommLinkBandwidth::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                           StrepFormat format) const {
+  to.append(prefixOf(format));
+  formatAsNumberToBuffer(to, format.strepFormatAsdot());
+  to.append(':');
+  linkBandwidth().appendText(to, !format.isUI() || format.strepFormatLinkBwWeighted());
 }
 
 ExtCommLinkBandwidth::Ptr extCommLinkBandwidthFactory(const ExtCommContent& content) {

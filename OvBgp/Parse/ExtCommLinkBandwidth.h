@@ -5,7 +5,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "OvBgp/ExtCommAsNumber.h"
 #include "Routing/Rib/LinkBandwidth.h"
 
@@ -31,7 +30,7 @@ class OV_EXPORT ExtCommLinkBandwidth final : public ExtCommAsNumber {
   bool isBetterThan(const Kiv::Ptr<const ExtComm>& other) const override;
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

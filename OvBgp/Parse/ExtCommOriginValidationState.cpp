@@ -29,12 +29,11 @@ void ExtCommOriginValidationState::formatDerivedType(std::ostream& out) const {
 }
 
 // It has a user-interface text only.
-Kiv::String ExtCommOriginValidationState::toStrepForPolicy(StrepFormat format) const {
-  if (!format.isUI()) return {};
-  ExtCommTextBuffer text;
-  text.append("Origin-Validation-State:");
-  text.append(Rpki::originValidationStateText(state()));
-  return text.str();
+void ExtCommOriginValidationState::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                                   StrepFormat format) const {
+  if (!format.isUI()) return;
+  to.append("Origin-Validation-State:");
+  to.append(Rpki::originValidationStateText(state()));
 }
 
 ExtCommOriginValidationState::Ptr extCommOriginValidationStateFactory(

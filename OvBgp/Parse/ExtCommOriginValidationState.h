@@ -6,7 +6,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "OvBgp/ExtComm.h"
 #include "Rpki/OriginValidationState.h"
@@ -31,7 +30,7 @@ class OV_EXPORT ExtCommOriginValidationState final : public ExtCommSubtyped {
   U8 stateNumber() const noexcept { return static_cast<U8>(getContent().value()); }
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

@@ -20,16 +20,18 @@ void ExtCommRouteOriginAs::formatDerivedType(std::ostream& out) const {
   writeRouteDiagnostic(out, *this, words);
 }
 
-Kiv::String ExtCommRouteOriginAs::toStrepForPolicy(StrepFormat format) const {
-  return routePolicyText(*this, words, format);
+void ExtCommRouteOriginAs::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                           StrepFormat format) const {
+  appendRoutePolicyText(to, *this, words, format);
 }
 
 void ExtCommRouteOriginIpv4Address::formatDerivedType(std::ostream& out) const {
   writeRouteDiagnostic(out, *this, words);
 }
 
-Kiv::String ExtCommRouteOriginIpv4Address::toStrepForPolicy(StrepFormat format) const {
-  return routePolicyText(*this, words, format);
+void ExtCommRouteOriginIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                                    StrepFormat format) const {
+  appendRoutePolicyText(to, *this, words, format);
 }
 
 ExtCommRouteOriginAs::Ptr extCommRouteOriginAsFactory(const ExtCommContent& content,

@@ -5,7 +5,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "OvBgp/ExtCommAsNumber.h"
 #include "OvBgp/ExtCommIpv4Address.h"
 
@@ -21,7 +20,7 @@ class OV_EXPORT ExtCommRouteOriginAs final : public ExtCommAsNumber {
       : ExtCommAsNumber(extCommClassificationRouteOrigin, content, fourOctetAs) {}
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // A route origin that starts with an IPv4 address.
@@ -33,7 +32,7 @@ class OV_EXPORT ExtCommRouteOriginIpv4Address final : public ExtCommIpv4Address 
       : ExtCommIpv4Address(extCommClassificationRouteOrigin, content) {}
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

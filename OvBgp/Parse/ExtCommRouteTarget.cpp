@@ -20,16 +20,18 @@ void ExtCommRouteTargetAs::formatDerivedType(std::ostream& out) const {
   writeRouteDiagnostic(out, *this, words);
 }
 
-Kiv::String ExtCommRouteTargetAs::toStrepForPolicy(StrepFormat format) const {
-  return routePolicyText(*this, words, format);
+void ExtCommRouteTargetAs::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                           StrepFormat format) const {
+  appendRoutePolicyText(to, *this, words, format);
 }
 
 void ExtCommRouteTargetIpv4Address::formatDerivedType(std::ostream& out) const {
   writeRouteDiagnostic(out, *this, words);
 }
 
-Kiv::String ExtCommRouteTargetIpv4Address::toStrepForPolicy(StrepFormat format) const {
-  return routePolicyText(*this, words, format);
+void ExtCommRouteTargetIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                                    StrepFormat format) const {
+  appendRoutePolicyText(to, *this, words, format);
 }
 
 ExtCommRouteTargetAs::Ptr extCommRouteTargetAsFactory(const ExtCommContent& content,

@@ -5,7 +5,6 @@
 #include <iosfwd>
 
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "OvBgp/ExtCommAsNumber.h"
 #include "OvBgp/ExtCommIpv4Address.h"
 
@@ -21,7 +20,7 @@ class OV_EXPORT ExtCommRouteTargetAs final : public ExtCommAsNumber {
       : ExtCommAsNumber(extCommClassificationRouteTarget, content, fourOctetAs) {}
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // A route target that starts with an IPv4 address.
@@ -33,7 +32,7 @@ class OV_EXPORT ExtCommRouteTargetIpv4Address final : public ExtCommIpv4Address 
       : ExtCommIpv4Address(extCommClassificationRouteTarget, content) {}
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

@@ -18,20 +18,16 @@ void appendPrefix(OvFmt::DynamicBufferInterface& to, const ExtCommRouteWords& wo
 
 }  // namespace
 
-Kiv::String routePolicyText(const ExtCommAsNumber& route, const ExtCommRouteWords& words,
-                            ExtComm::StrepFormat format) {
-  ExtCommTextBuffer text;
-  appendPrefix(text, words, route.fourOctetAs() ? "AS4:" : "AS:", format);
-  route.appendValue(text, format.strepFormatAsdot());
-  return text.str();
+void appendRoutePolicyText(OvFmt::DynamicBufferInterface& to, const ExtCommAsNumber& route,
+                           const ExtCommRouteWords& words, ExtComm::StrepFormat format) {
+  appendPrefix(to, words, route.fourOctetAs() ? "AS4:" : "AS:", format);
+  route.appendValue(to, format.strepFormatAsdot());
 }
 
-Kiv::String routePolicyText(const ExtCommIpv4Address& route, const ExtCommRouteWords& words,
-                            ExtComm::StrepFormat format) {
-  ExtCommTextBuffer text;
-  appendPrefix(text, words, "IP:", format);
-  route.appendValue(text);
-  return text.str();
+void appendRoutePolicyText(OvFmt::DynamicBufferInterface& to, const ExtCommIpv4Address& route,
+                           const ExtCommRouteWords& words, ExtComm::StrepFormat format) {
+  appendPrefix(to, words, "IP:", format);
+  route.appendValue(to);
 }
 
 void writeRouteDiagnostic(std::ostream& out, const ExtCommAsNumber& route,

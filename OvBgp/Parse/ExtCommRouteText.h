@@ -6,7 +6,6 @@
 #include <iosfwd>
 #include <string_view>
 
-#include "Kiv/String.h"
 #include "OvBgp/ExtCommAsNumber.h"
 #include "OvBgp/ExtCommIpv4Address.h"
 
@@ -23,10 +22,10 @@ constexpr bool isRouteAsType(BgpExtCommPktType type) {
   return type == extCommPktTypeTransTwoOctetAs || type == extCommPktTypeTransFourOctetAs;
 }
 
-Kiv::String routePolicyText(const ExtCommAsNumber& route, const ExtCommRouteWords& words,
-                            ExtComm::StrepFormat format);
-Kiv::String routePolicyText(const ExtCommIpv4Address& route, const ExtCommRouteWords& words,
-                            ExtComm::StrepFormat format);
+void appendRoutePolicyText(OvFmt::DynamicBufferInterface& to, const ExtCommAsNumber& route,
+                           const ExtCommRouteWords& words, ExtComm::StrepFormat format);
+void appendRoutePolicyText(OvFmt::DynamicBufferInterface& to, const ExtCommIpv4Address& route,
+                           const ExtCommRouteWords& words, ExtComm::StrepFormat format);
 
 // The diagnostic texts.  Requires, of the first: isRouteAsType(route.pktType()).
 void writeRouteDiagnostic(std::ostream& out, const ExtCommAsNumber& route,

@@ -30,16 +30,15 @@ void ExtCommTunnelEncap::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
-Kiv::String ExtCommTunnelEncap::toStrepForPolicy(StrepFormat format) const {
+void ExtCommTunnelEncap::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                         StrepFormat format) const {
   const TunnelType type = tunnelType();
-  ExtCommTextBuffer text;
-  if (format.strepFormatClassification()) text.append("TunnelEncap:");
-  text.append(Kiv::enumName(type));
+  if (format.strepFormatClassification()) to.append("TunnelEncap:");
+  to.append(Kiv::enumName(type));
   if (type == tunnelTypeUnknown) {
-    text.append('-');
-    text.appendDecimal(tunnelTypeNumber());
+    to.append('-');
+    to.appendDecimal(tunnelTypeNumber());
   }
-  return text.str();
 }
 
 ExtCommTunnelEncap::Ptr extCommTunnelEncapFactory(const ExtCommContent& content) {

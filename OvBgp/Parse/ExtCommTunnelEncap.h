@@ -6,7 +6,6 @@
 
 #include "Kiv/Enum.h"
 #include "Kiv/Export.h"
-#include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "OvBgp/EnumText.h"
 #include "OvBgp/ExtComm.h"
@@ -43,7 +42,7 @@ class OV_EXPORT ExtCommTunnelEncap final : public ExtCommSubtyped {
   U16 tunnelTypeNumber() const noexcept { return static_cast<U16>(getContent().value()); }
 
   void formatDerivedType(std::ostream& out) const override;
-  Kiv::String toStrepForPolicy(StrepFormat format) const override;
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // New, not interned, with notification switched on.

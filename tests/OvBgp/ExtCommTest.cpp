@@ -136,8 +136,8 @@ TEST(ExtComm, PolicyTextNeedsBothFlagsOfTheUserInterface) {
 class FormatProbe final : public ExtComm {
  public:
   FormatProbe() : ExtComm(unSpecified, ExtCommContent()) {}
-  Kiv::String toStrepForPolicy(StrepFormat format) const override {
-    return std::to_string(format.bits());
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override {
+    to.appendDecimal(format.bits());
   }
 };
 
