@@ -6,6 +6,7 @@
 namespace Routing::Bgp {
 
 KIV_OBJECT_DEFINE(CommListDedupTable)
+KIV_OBJECT_DEFINE(LargeCommListDedupTable)
 
 void CommListDedupTableBase::initDedupTable() {
   dedupTable_ =
@@ -21,6 +22,10 @@ void CommListDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& 
 
 CommListDedupTable::Ptr commListDedupTableFactory() {
   return notifyingObject<CommListDedupTable>();
+}
+
+LargeCommListDedupTable::Ptr largeCommListDedupTableFactory() {
+  return notifyingObject<LargeCommListDedupTable>();
 }
 
 }  // namespace Routing::Bgp

@@ -27,7 +27,8 @@ class OV_EXPORT CommListDedupTableBase : public Kiv::PtrInterface {
   U32 size() const { return dedupTable_->size(); }
 
   // Prints "DedupTable", which does not end the line, and then the table.
-  void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context, unsigned int indent) const;
+  virtual void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                         unsigned int indent) const;
 
  protected:
   CommListDedupTableBase() { initDedupTable(); }
@@ -44,6 +45,13 @@ class OV_EXPORT CommListDedupTable final : public CommListDedupTableBase {
 };
 
 OV_EXPORT CommListDedupTable::Ptr commListDedupTableFactory();
+
+// The table of large community lists.
+class OV_EXPORT LargeCommListDedupTable final : public CommListDedupTableBase {
+  KIV_OBJECT(LargeCommListDedupTable)
+};
+
+OV_EXPORT LargeCommListDedupTable::Ptr largeCommListDedupTableFactory();
 
 }  // namespace Routing::Bgp
 

@@ -1,9 +1,12 @@
-// Text, wire form and matching of standard community lists, beside the plain way.
+// Text, wire form and matching of standard and large community lists, beside the
+// plain ways.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <charconv>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "Routing/RouteMap/PosixRegex.h"
@@ -14,21 +17,61 @@ namespace Bench {
 namespace {
 
 // Numbers as they occur: AS numbers of every length, small local parts.
-Comms commsOf(std::size_t length) {
-  std::mt19937 random(7);
-  Comms comms;
-  for (std::size_t i = 0; i < length; ++i) {
+struct Standard {
+  using Member = U32;
+  static constexpr char attribute = 8;
+  static constexpr int textForms = 2;
+
+  static Member random(std::mt19937& random) {
     const U32 as = static_cast<U32>(random()) >> (16 + random() % 10);
-    comms.push_back(as << 16 | static_cast<U32>(random() % 3000));
+    return as << 16 | static_cast<U32>(random() % 3000);
   }
-  std::sort(comms.begin(), comms.end());
-  return comms;
+  static std::array<U32, 2> numbers(Member c) { return {c >> 16, c & 0xFFFF}; }
+  static std::array<U32, 1> words(Member c) { return {c}; }
+  static int print(char* room, std::size_t size, Member c) {
+    return std::snprintf(room, size, "%u:%u", c >> 16, c & 0xFFFF);
+  }
+  static auto make() { return Routing::Bgp::commListFactory(); }
+  static auto table() { return Routing::Bgp::commListDedupTableFactory(); }
+};
+
+struct Large {
+  using Member = Acl::CommunityValue;
+  static constexpr char attribute = 32;
+  static constexpr int textForms = 1;
+
+  static Member random(std::mt19937& random) {
+    const U32 as = static_cast<U32>(random()) >> (random() % 22);
+    return {as, static_cast<U32>(random() % 3000), static_cast<U32>(random() >> random() % 32)};
+  }
+  static std::array<U32, 3> numbers(const Member& c) {
+    return {c.globalAdmin(), c.localData1(), c.localData2()};
+  }
+  static std::array<U32, 3> words(const Member& c) { return numbers(c); }
+  static int print(char* room, std::size_t size, const Member& c) {
+    return std::snprintf(room, size, "%u:%u:%u", c.globalAdmin(), c.localData1(), c.localData2());
+  }
+  static auto make() { return Routing::Bgp::largeCommListFactory(); }
+  static auto table() { return Routing::Bgp::largeCommListDedupTableFactory(); }
+};
+
+template <class Kind>
+using Members = std::vector<typename Kind::Member>;
+
+template <class Kind>
+Members<Kind> membersOf(const benchmark::State& state) {
+  std::mt19937 random(7);
+  Members<Kind> members;
+  for (auto i = state.range(0); i > 0; --i) members.push_back(Kind::random(random));
+  std::sort(members.begin(), members.end());
+  return members;
 }
 
-Routing::Bgp::CommList::PtrConst listOf(const Comms& comms) {
-  static const auto table = Routing::Bgp::commListDedupTableFactory();
-  const auto list = Routing::Bgp::commListFactory();
-  for (const U32 c : comms) list->commIs(c);
+template <class Kind>
+auto listOf(const benchmark::State& state) {
+  static const auto table = Kind::table();
+  const auto list = Kind::make();
+  for (const auto& member : membersOf<Kind>(state)) list->commIs(member);
   return list->dedup(table.ptr());
 }
 
@@ -36,83 +79,121 @@ void perCommunity(benchmark::State& state) {
   state.SetItemsProcessed(state.range(0) * state.iterations());
 }
 
+template <class Kind>
+std::string joinedByToChars(const Members<Kind>& members) {
+  std::string out(members.size() * 33, '\0');
+  char* at = out.data();
+  char* const end = at + out.size();
+  for (const auto& member : members) {
+    char separator = ' ';
+    for (const U32 number : Kind::numbers(member)) {
+      if (at != out.data()) *at++ = separator;
+      at = std::to_chars(at, end, number).ptr;
+      separator = ':';
+    }
+  }
+  out.resize(static_cast<std::size_t>(at - out.data()));
+  return out;
+}
+
+template <class Kind>
+std::string joinedByPrintf(const Members<Kind>& members) {
+  std::string out;
+  char room[33];
+  for (const auto& member : members) {
+    Kind::print(room, sizeof room, member);
+    if (!out.empty()) out += ' ';
+    out += room;
+  }
+  return out;
+}
+
+template <class Kind>
 void text(benchmark::State& state) {
-  const auto list = listOf(commsOf(static_cast<std::size_t>(state.range(0))));
+  const auto list = listOf<Kind>(state);
   for (auto _ : state) benchmark::DoNotOptimize(list->toStrep());
   perCommunity(state);
 }
 
-void textToChars(benchmark::State& state) {
-  const Comms comms = commsOf(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
-    std::string out(comms.size() * 12, '\0');
-    char* at = out.data();
-    char* const end = at + out.size();
-    for (const U32 c : comms) {
-      if (at != out.data()) *at++ = ' ';
-      at = std::to_chars(at, end, c >> 16).ptr;
-      *at++ = ':';
-      at = std::to_chars(at, end, c & 0xFFFF).ptr;
-    }
-    out.resize(static_cast<std::size_t>(at - out.data()));
-    benchmark::DoNotOptimize(out);
-  }
+template <class Kind, auto joined>
+void textPlain(benchmark::State& state) {
+  const auto members = membersOf<Kind>(state);
+  for (auto _ : state) benchmark::DoNotOptimize(joined(members));
   perCommunity(state);
 }
 
-void textPrintf(benchmark::State& state) {
-  const Comms comms = commsOf(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
-    std::string out;
-    char room[16];
-    for (const U32 c : comms) {
-      std::snprintf(room, sizeof room, out.empty() ? "%u:%u" : " %u:%u", c >> 16, c & 0xFFFF);
-      out += room;
-    }
-    benchmark::DoNotOptimize(out);
-  }
-  perCommunity(state);
-}
-
+template <class Kind>
 void serialize(benchmark::State& state) {
-  const auto list = listOf(commsOf(static_cast<std::size_t>(state.range(0))));
+  const auto list = listOf<Kind>(state);
   for (auto _ : state) benchmark::DoNotOptimize(list->serialize());
   perCommunity(state);
 }
 
+template <class Kind>
 void serializePushBack(benchmark::State& state) {
-  const Comms comms = commsOf(static_cast<std::size_t>(state.range(0)));
+  const auto members = membersOf<Kind>(state);
   for (auto _ : state) {
     std::string out;
-    const std::size_t length = 4 * comms.size();
+    const std::size_t length = sizeof(typename Kind::Member) * members.size();
     out.push_back(static_cast<char>(length > 255 ? 0xD0 : 0xC0));
-    out.push_back(8);
+    out.push_back(Kind::attribute);
     if (length > 255) out.push_back(static_cast<char>(length >> 8));
     out.push_back(static_cast<char>(length));
-    for (const U32 c : comms) {
-      for (const int shift : {24, 16, 8, 0}) out.push_back(static_cast<char>(c >> shift));
+    for (const auto& member : members) {
+      for (const U32 word : Kind::words(member)) {
+        for (const int shift : {24, 16, 8, 0}) out.push_back(static_cast<char>(word >> shift));
+      }
     }
     benchmark::DoNotOptimize(out);
   }
   perCommunity(state);
 }
 
-// An expression that matches nothing, so that both texts are tried.
+// An expression that matches nothing, so that all texts are tried.
+constexpr auto* noMatch = "^64999:[0-9]+$";
+
+template <class Kind>
 void match(benchmark::State& state) {
-  const auto list = listOf(commsOf(static_cast<std::size_t>(state.range(0))));
-  const Routing::RouteMap::PosixRegex regex("^64999:[0-9]+$");
+  const auto list = listOf<Kind>(state);
+  const Routing::RouteMap::PosixRegex regex(noMatch);
   for (auto _ : state) benchmark::DoNotOptimize(list->matchCommunitiesRegex(&regex));
   perCommunity(state);
 }
 
-#define LENGTHS Arg(1)->Arg(8)->Arg(32)
-BENCHMARK(text)->Name("text/ours")->LENGTHS;
-BENCHMARK(textToChars)->Name("text/to_chars")->LENGTHS;
-BENCHMARK(textPrintf)->Name("text/snprintf")->LENGTHS;
-BENCHMARK(serialize)->Name("serialize/ours")->LENGTHS;
-BENCHMARK(serializePushBack)->Name("serialize/push_back")->LENGTHS;
-BENCHMARK(match)->Name("match/ours")->LENGTHS;
-#undef LENGTHS
+template <class Kind, auto joined>
+void matchPlain(benchmark::State& state) {
+  const auto members = membersOf<Kind>(state);
+  const Routing::RouteMap::PosixRegex regex(noMatch);
+  for (auto _ : state) {
+    bool matches = false;
+    for (int form = 0; form < Kind::textForms && !matches; ++form) {
+      matches = regex.execute(joined(members).c_str()) == 0;
+    }
+    benchmark::DoNotOptimize(matches);
+  }
+  perCommunity(state);
+}
+
+template <class Kind>
+void benchmarksIs(const std::string& prefix) {
+  const auto add = [&prefix](const char* name, void (*run)(benchmark::State&)) {
+    benchmark::RegisterBenchmark((prefix + name).c_str(), run)->Arg(1)->Arg(8)->Arg(32);
+  };
+  add("text/ours", text<Kind>);
+  add("text/to_chars", textPlain<Kind, joinedByToChars<Kind>>);
+  add("text/snprintf", textPlain<Kind, joinedByPrintf<Kind>>);
+  add("serialize/ours", serialize<Kind>);
+  add("serialize/push_back", serializePushBack<Kind>);
+  add("match/ours", match<Kind>);
+  add("match/to_chars", matchPlain<Kind, joinedByToChars<Kind>>);
+  add("match/snprintf", matchPlain<Kind, joinedByPrintf<Kind>>);
+}
+
+[[maybe_unused]] const bool areAdded = [] {
+  benchmarksIs<Standard>("");
+  benchmarksIs<Large>("large/");
+  return true;
+}();
 
 }  // namespace
 }  // namespace Bench

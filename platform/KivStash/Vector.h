@@ -61,6 +61,13 @@ class Vector {
     ++size_;
   }
 
+  // Makes the capacity at least `capacity`, in one step.
+  void reserve(U32 capacity) {
+    if (capacity <= capacity_) return;
+    if (capacity > maxSize) throw std::length_error("KivStash::Vector");
+    capacityIs(capacity);
+  }
+
   // Replaces the contents, with capacity for exactly them.
   void assign(std::span<const T> values) {
     if (values.size() > maxSize) throw std::length_error("KivStash::Vector");

@@ -27,6 +27,18 @@ TEST(Vector, GrowsFromNothingToOneAndThenDoubles) {
   static_assert(Words::maxSize == 0x3FFFFFFF);
 }
 
+TEST(Vector, ReservesExactlyAndNeverShrinks) {
+  Words words;
+  words.append(5);
+  words.reserve(6);
+  EXPECT_EQ(6U, words.capacity());
+  EXPECT_EQ(std::vector<U32>{5}, contents(words));
+  words.reserve(3);
+  EXPECT_EQ(6U, words.capacity());
+  EXPECT_THROW(words.reserve(Words::maxSize + 1), std::length_error);
+  EXPECT_EQ(6U, words.capacity());
+}
+
 TEST(Vector, GivesBackWhatItDoesNotNeed) {
   const U64 before = KivStash::arrayType<U32>().bytes();
   {

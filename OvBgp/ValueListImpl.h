@@ -1,0 +1,196 @@
+// The bodies of OvBgp/ValueList.h, for the sources that instantiate it.  Private to
+// the library.
+#ifndef OVBGP_VALUELISTIMPL_H
+#define OVBGP_VALUELISTIMPL_H
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "BgpCommon/BgpHashMixImpl.h"
+#include "Kiv/Assert.h"
+#include "Kiv/Exception.h"
+#include "OvBgp/ListText.h"
+#include "OvBgp/NotifyingObject.h"
+#include "OvBgp/OvBgpSerialize.h"
+#include "OvBgp/ValueList.h"
+#include "OvBgp/WireWords.h"
+
+#define ASSERT_LIST_IN(holds, condition, function) \
+  KIV_ASSERT_IN(holds, condition, "OvBgp/OvBgpCommunityList", function)
+
+namespace Routing::Bgp {
+
+// A community in memory is its words and nothing else, so a span of communities
+// can be taken for one of words.
+template <class Element>
+auto wordsOf(std::span<Element> members) noexcept {
+  using Word = std::conditional_t<std::is_const_v<Element>, const U32, U32>;
+  static_assert(std::is_trivially_copyable_v<Element> && std::is_standard_layout_v<Element>);
+  static_assert(sizeof(Element) % sizeof(U32) == 0 && alignof(Element) == alignof(U32));
+  return std::span<Word>(reinterpret_cast<Word*>(members.data()),
+                         members.size_bytes() / sizeof(U32));
+}
+
+template <class Element>
+std::span<const U8> octetsOf(std::span<Element> members) noexcept {
+  return {reinterpret_cast<const U8*>(members.data()), members.size_bytes()};
+}
+
+// Decodes `value` to `members`; says whether they are strictly ascending.
+template <class Element>
+bool decode(std::span<const U8> value, std::span<Element> members) noexcept {
+  const U8* at = value.data();
+  for (U32& word : wordsOf(members)) {
+    word = wireWord(wireWordAt(at));
+    at += sizeof(U32);
+  }
+  bool ascending = true;
+  for (std::size_t i = 1; i < members.size(); ++i) ascending &= members[i - 1] < members[i];
+  return ascending;
+}
+
+template <class Family>
+void ValueList<Family>::commIs(Value community) {
+  ASSERT_LIST_IN(!commVectorSorted(), "!commVectorSorted()", Family::commIsFunction);
+  commVector_.append(community);
+}
+
+template <class Family>
+bool ValueList<Family>::comm(Value community) const {
+  ASSERT_LIST_IN(commVectorSorted(), "commVectorSorted()", Family::commFunction);
+  return std::binary_search(commVector_.begin(), commVector_.end(), community);
+}
+
+template <class Family>
+Kiv::String ValueList<Family>::toStrep() const {
+  ListText text;
+  self().appendText(text);
+  return text.str();
+}
+
+// Unformatted output: the stream's width, fill and base neither matter nor change.
+template <class Family>
+void ValueList<Family>::print(std::ostream& out) const {
+  ListText text;
+  self().appendText(text);
+  out.write(text.view().data(), static_cast<std::streamsize>(text.size()));
+}
+
+template <class Family>
+Kiv::String ValueList<Family>::serialize() const {
+  SerializePathAttribute attribute(Family::attrType, BgpPathAttrFlag::optionalTransitive,
+                                   comms() * U32{sizeof(Element)});
+  attribute.addU32shton(wordsOf(members()));
+  return attribute.serializedString();
+}
+
+template <class Family>
+U32 ValueList<Family>::hash() const {
+  ASSERT_LIST_IN(commVectorSorted(), "commVectorSorted()", Family::hashFunction);
+  BgpCommon::BgpHashMixImpl mix;
+  for (const U32 word : wordsOf(members())) mix.addU32(word);
+  return mix.hash();
+}
+
+template <class Family>
+bool ValueList<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
+  ASSERT_LIST_IN(commVectorSorted(), "commVectorSorted()", Family::compareFunction);
+  return std::ranges::equal(commVector_, static_cast<const ValueList*>(other)->commVector_);
+}
+
+template <class Family>
+bool ValueList<Family>::compareByContent(const Dorn::DedupContentHandle& key) const {
+  const auto octets = static_cast<const CommListContent&>(key).octets();
+  if (octets.size() != members().size_bytes()) return false;
+  const U8* at = octets.data();
+  U32 differences = 0;
+  for (const U32 word : wordsOf(members())) {
+    differences |= wireWord(word) ^ wireWordAt(at);
+    at += sizeof(U32);
+  }
+  return differences == 0;
+}
+
+template <class Family>
+U32 ValueList<Family>::probeHash() const {
+  const auto words = wordsOf(members());
+  return wordHash(words.size(), [words](std::size_t i) { return wireWord(words[i]); });
+}
+
+// An interned list is shared: nothing of it is written again.
+template <class Family>
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedup(const Table* table) {
+  if (!everDeduped()) {
+    if (!commVectorSorted()) sort();
+    static_cast<List&>(*this).flagsIs();
+  }
+  return Kiv::staticPtrCast<const List>(table->dedup(Dorn::DedupHandle::Ptr(this)));
+}
+
+template <class Family>
+void ValueList<Family>::sort() {
+  std::sort(commVector_.begin(), commVector_.end());
+  Element* const end = std::unique(commVector_.begin(), commVector_.end());
+  commVector_.truncate(static_cast<U32>(end - commVector_.begin()));
+  try {
+    commVector_.shrinkToFit();
+  } catch (const std::bad_alloc&) {
+    // Too large a storage is no reason to lose the list.
+  }
+  commVectorSorted_ = true;
+}
+
+template <class Family>
+Kiv::Ptr<const typename Family::List> ValueList<Family>::lookup(const Table* table,
+                                                                std::span<const U8> octets) {
+  return table->dedupTable()->template lookup<List>(CommListContent(octets), wireHash(octets));
+}
+
+template <class Family>
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAscending(
+    const Table* table, std::span<const Element> members) {
+  const Kiv::Ptr<List> list = notifyingObject<List>();
+  list->commVector_.assign(members);
+  list->commVectorSorted_ = true;
+  return list->dedup(table);
+}
+
+// What equals a list as it stands is in order, so order is looked at only after
+// that; and if it is not, the sorted communities are looked up once more, before
+// a list is built that would be thrown away.
+template <class Family>
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
+    const Table* table, std::span<const U8> value) {
+  if (value.size() % sizeof(Element) != 0) {
+    throw Kiv::RangeException("length of " + Kiv::String(Family::attributeName) +
+                              " is no multiple of " + std::to_string(sizeof(Element)) + ": " +
+                              std::to_string(value.size()));
+  }
+  if (auto list = lookup(table, value)) return list;
+  return dedupDecoded(table, value);
+}
+
+template <class Family>
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupDecoded(const Table* table,
+                                                                      std::span<const U8> value) {
+  const std::size_t count = value.size() / sizeof(Element);
+  std::array<Element, 256 / sizeof(Element)> room;
+  std::vector<Element> largeRoom(count > room.size() ? count : 0);
+  const std::span<Element> all(largeRoom.empty() ? room.data() : largeRoom.data(), count);
+  if (decode(value, all)) return dedupAscending(table, all);
+  std::ranges::sort(all);
+  const std::span<Element> members(all.begin(), std::unique(all.begin(), all.end()));
+  wireOrderSwap(wordsOf(members));
+  if (auto list = lookup(table, octetsOf(members))) return list;
+  wireOrderSwap(wordsOf(members));
+  return dedupAscending(table, members);
+}
+
+}  // namespace Routing::Bgp
+
+#undef ASSERT_LIST_IN
+
+#endif
