@@ -175,6 +175,7 @@ void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
 void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee) {
   const NotificationLock notification(*this);
   notifieeStop();
+  const U32 registration = ++registrations_;
   if (!notifiee) return;
   notifiee->table_ = this;
   // Before the walk: an insertion that it misses sees the observer.
@@ -184,10 +185,12 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
   try {
     present = members();
     for (const DedupHandle::Ptr& member : present) {
+      // What is done on hearing of one may have ended this registration.
+      if (registrations_ != registration) return;
       if (member->isDeduped()) notifiee->handleInsert(member);
     }
   } catch (...) {
-    notifieeStop();
+    if (registrations_ == registration) notifieeStop();
     throw;
   }
 }

@@ -156,6 +156,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   std::recursive_mutex notificationMutex_;
   bool stopping_ = false;  // the observer is being told to stop
   U32 notificationDepth_ = 0;
+  U32 registrations_ = 0;            // tells an end or a new beginning of observation
   DedupHandle* detached_ = nullptr;  // removed; dropped once the lock is free
 };
 
