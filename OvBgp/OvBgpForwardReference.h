@@ -7,6 +7,14 @@ namespace Routing::Bgp {
 class CommList;
 class CommListDedupTable;
 class CommListDedupTableBase;
+class ExtCommClassificationList;
+class ExtCommIp6ClassificationList;
+class ExtCommIp6List;
+class ExtCommList;
+class LargeCommList;
+class LargeCommListDedupTable;
+class LinkBandwidthExtCommClassificationList;
+class RtExtCommClassificationList;
 
 class ExtComm;
 class ExtCommDedupTable;
@@ -18,6 +26,17 @@ class ExtCommSubtyped;
 class BgpParseExtCommRuleCollections;
 class BgpParseExtendedCommunityRule;
 class NotifyingRouteTargetList;
+class NotifyingRtExtCommListCollection;
+class RtExtCommListLifeTimeNotifiee;
+class RtExtCommListLifeTimeNotifier;
+
+class CommListSnapshot;
+class ExtCommClassificationListSnapshot;
+class ExtCommIp6ClassificationListSnapshot;
+class ExtCommIp6ListDedupTable;
+class ExtCommIp6ListSnapshot;
+class ExtCommListDedupTable;
+class ExtCommListSnapshot;
 
 }  // namespace Routing::Bgp
 

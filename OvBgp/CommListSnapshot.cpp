@@ -1,0 +1,32 @@
+#include "OvBgp/CommListSnapshot.h"
+
+#include "OvBgp/CommList.h"
+#include "OvBgp/LargeCommList.h"
+#include "OvBgp/NotifyingObject.h"
+#include "Routing/RouteMap/CommListSnapshot.h"
+
+template class Routing::RouteMap::CommSnapshot<Routing::Bgp::CommListSnapshotComm>;
+
+namespace Routing::Bgp {
+namespace {
+
+template <class Snapshot, class List>
+typename Snapshot::Ptr snapshotOf(const List& list) {
+  const auto snapshot = notifyingObject<Snapshot>();
+  for (const auto& community : *list.commVectorRawPtr()) snapshot->commIs(community, true);
+  return snapshot;
+}
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(CommListSnapshot)
+
+CommListSnapshot::Ptr commListSnapshotFactory() { return notifyingObject<CommListSnapshot>(); }
+
+CommListSnapshot::Ptr CommList::commSnapshot() const { return snapshotOf<CommListSnapshot>(*this); }
+
+RouteMap::CommListSnapshot::Ptr LargeCommList::commSnapshot() const {
+  return snapshotOf<RouteMap::CommListSnapshot>(*this);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,21 @@
+// The interning table of IPv6 address specific extended community lists.
+#ifndef OVBGP_EXTCOMMIP6LISTDEDUPTABLE_H
+#define OVBGP_EXTCOMMIP6LISTDEDUPTABLE_H
+
+#include "Kiv/Export.h"
+#include "OvBgp/ExtCommListDedupTableBase.h"
+
+namespace Routing::Bgp {
+
+// Usually one a process, shared by all users; lists enter by ExtCommIp6List::dedup.
+// When it goes, lists that users still hold stay alive, un-interned.
+class OV_EXPORT ExtCommIp6ListDedupTable final : public ExtCommListDedupTableBase {
+  KIV_OBJECT(ExtCommIp6ListDedupTable)
+};
+
+// A new, empty table with notification on.
+OV_EXPORT ExtCommIp6ListDedupTable::Ptr extCommIp6ListDedupTableFactory();
+
+}  // namespace Routing::Bgp
+
+#endif

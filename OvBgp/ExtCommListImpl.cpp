@@ -1,0 +1,453 @@
+#include "OvBgp/ExtCommListImpl.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "BgpCommon/BgpHashIdentity.h"
+#include "BgpCommon/BgpHashMixImpl.h"
+#include "Kiv/Assert.h"
+#include "Kiv/Exception.h"
+#include "OvBgp/ExtCommClassificationList.h"
+#include "OvBgp/ExtCommDedupTable.h"
+#include "OvBgp/ExtCommIp6ClassificationList.h"
+#include "OvBgp/ExtCommIp6DedupTable.h"
+#include "OvBgp/ExtCommIp6List.h"
+#include "OvBgp/ExtCommIp6ListDedupTable.h"
+#include "OvBgp/ExtCommList.h"
+#include "OvBgp/ExtCommListDedupTable.h"
+#include "OvBgp/NotifyingObject.h"
+#include "OvFmt/DynamicBuffer.h"
+
+#define ASSERT_LIST(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/OvBgpCommunityList")
+
+namespace KivStash {
+
+template <>
+Kiv::Type& arrayType<Routing::Bgp::ExtComm::PtrConst>() noexcept {
+  static constinit Kiv::Type record{"ExtComm[]"};
+  return record;
+}
+
+template <>
+Kiv::Type& arrayType<Routing::Bgp::ExtCommIp6::PtrConst>() noexcept {
+  static constinit Kiv::Type record{"ExtCommIp6[]"};
+  return record;
+}
+
+template <>
+Kiv::Type& arrayType<Routing::Bgp::ExtCommClassificationList::PtrConst>() noexcept {
+  static constinit Kiv::Type record{"ExtCommClassificationList[]"};
+  return record;
+}
+
+template <>
+Kiv::Type& arrayType<Routing::Bgp::ExtCommIp6ClassificationList::PtrConst>() noexcept {
+  static constinit Kiv::Type record{"ExtCommIp6ClassificationList[]"};
+  return record;
+}
+
+}  // namespace KivStash
+
+namespace Routing::Bgp {
+namespace {
+
+// Where the families differ: how a content is read, what a sub-list is made as and
+// where it is interned.
+
+ExtCommContent contentAt(const U8* octets, ExtCommFamily) noexcept {
+  U64 value = 0;
+  for (U32 i = 0; i < ExtCommFamily::wireSize; ++i) value = value << 8 | octets[i];
+  return ExtCommContent(value);
+}
+
+ExtCommIp6Content contentAt(const U8* octets, ExtCommIp6Family) noexcept {
+  Ovnet::Ip6Addr::Octets addr{};
+  std::copy_n(octets + 2, addr.size(), addr.begin());
+  return {octets[0], octets[1], Ovnet::Ip6Addr(addr),
+          static_cast<U16>(octets[18] << 8 | octets[19])};
+}
+
+ExtCommClassificationList::Ptr newClassificationList(ExtCommClassification classification,
+                                                     ExtCommFamily) {
+  switch (classification) {
+    case extCommClassificationRouteTarget:
+      return rtExtCommClassificationListFactory(classification);
+    case extCommClassificationLinkBandwidth:
+      return linkBandwidthExtCommClassificationListFactory();
+    default:
+      return extCommClassificationListFactory(classification);
+  }
+}
+
+ExtCommIp6ClassificationList::Ptr newClassificationList(ExtCommClassification classification,
+                                                        ExtCommIp6Family) {
+  return extCommIp6ClassificationListFactory(classification);
+}
+
+Dorn::DedupHashTable& tableOf(const ExtCommClassificationList& list,
+                              const ExtCommListDedupTable& table) {
+  if (list.classification() != extCommClassificationRouteTarget) {
+    return *table.extCommClassificationListDedupTable();
+  }
+  // The observer of this table gives every member a notifier.
+  ASSERT_LIST(&list.fwkType() == &RtExtCommClassificationList::kivType(),
+              "route targets are a RtExtCommClassificationList");
+  return *table.rtExtCommClassificationListDedupTable();
+}
+
+Dorn::DedupHashTable& tableOf(const ExtCommIp6ClassificationList&,
+                              const ExtCommIp6ListDedupTable& table) {
+  return *table.extCommClassificationListDedupTable();
+}
+
+// A hash for the tables' own use, several times as fast as the byte hash.
+// Multiplication spreads upward, the shift brings it down.
+template <class Comms>
+U32 addressHash(const Comms& comms) noexcept {
+  U64 h = comms.size() * 0x9E3779B97F4A7C15;
+  for (const auto& comm : comms) {
+    h = (h ^ reinterpret_cast<std::uintptr_t>(std::to_address(comm))) * 0xBF58476D1CE4E5B9;
+    h ^= h >> 29;
+  }
+  return static_cast<U32>(h >> 32 ^ h);
+}
+
+template <class A, class B>
+bool sameObjects(const A& a, const B& b) noexcept {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end());
+}
+
+template <class Value>
+void writeJoined(std::ostream& out, const ExtCommVector<Value>& comms) {
+  bool isFirst = true;
+  for (const auto& comm : comms) {
+    if (!isFirst) out.put(' ');
+    isFirst = false;
+    comm->formatDerivedType(out);
+  }
+}
+
+void write(std::ostream& out, std::string_view text) {
+  out.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+template <class List>
+Kiv::String textOf(const List& list) {
+  std::ostringstream out;
+  list.writeText(out);
+  return std::move(out).str();
+}
+
+// Room for the members of the lists that routes have, and for those of any list.
+template <class T>
+class CommsRoom {
+ public:
+  explicit CommsRoom(std::size_t count)
+      : large_(count > inline_.size() ? count : 0),
+        comms_(large_.empty() ? inline_.data() : large_.data(), count) {}
+  CommsRoom(const CommsRoom&) = delete;
+  CommsRoom& operator=(const CommsRoom&) = delete;
+  std::span<T> comms() const noexcept { return comms_; }
+
+ private:
+  std::array<T, 32> inline_{};
+  std::vector<T> large_;
+  const std::span<T> comms_;
+};
+
+// `comms` sorted by content, without repeats; untouched if it is so already.
+template <class Value>
+std::span<const Value* const> ascending(std::span<const Value*> comms) {
+  const auto less = [](const Value* a, const Value* b) {
+    return a->getContent() < b->getContent();
+  };
+  const auto outOfOrder = [&less](const Value* a, const Value* b) { return !less(a, b); };
+  if (std::adjacent_find(comms.begin(), comms.end(), outOfOrder) == comms.end()) return comms;
+  std::sort(comms.begin(), comms.end(), less);
+  return {comms.begin(), std::unique(comms.begin(), comms.end(), outOfOrder)};
+}
+
+// By index, as the members may move while they are copied to their own end.
+template <class Value>
+void appendAll(ExtCommVector<Value>& to, const ExtCommVector<Value>& comms) {
+  const U32 count = comms.size();
+  for (U32 i = 0; i < count; ++i) to.append(comms[i]);
+}
+
+// Too large a storage is no reason to lose what is in it.
+template <class Vector>
+void shrink(Vector& vector) noexcept {
+  try {
+    vector.shrinkToFit();
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+}  // namespace
+
+template <class Family>
+ExtCommClassificationListBase<Family>::~ExtCommClassificationListBase() = default;
+
+template <class Family>
+Kiv::String ExtCommClassificationListBase<Family>::toStrep() const {
+  return textOf(*this);
+}
+
+template <class Family>
+void ExtCommClassificationListBase<Family>::writeText(std::ostream& out) const {
+  write(out, stringValue(classification_));
+  write(out, " : ");
+  writeJoined(out, commVector_);
+}
+
+template <class Family>
+U32 ExtCommClassificationListBase<Family>::hash() const {
+  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
+  BgpCommon::BgpHashMixImpl mix;
+  for (const ValuePtr& comm : commVector_) BgpCommon::addIdentity(mix, comm.ptr());
+  return mix.hash();
+}
+
+template <class Family>
+bool ExtCommClassificationListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
+  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
+  return sameObjects(commVector_, static_cast<const ClassificationList*>(other)->commVector());
+}
+
+template <class Family>
+bool ExtCommClassificationListBase<Family>::compareByContent(
+    const Dorn::DedupContentHandle& key) const {
+  return sameObjects(commVector_, static_cast<const ExtCommListContent<Value>&>(key).comms());
+}
+
+template <class Family>
+U32 ExtCommClassificationListBase<Family>::probeHash() const {
+  return addressHash(commVector_);
+}
+
+// An interned sub-list is shared: nothing of it is written again.
+template <class Family>
+auto ExtCommClassificationListBase<Family>::dedup(const ListTable* table)
+    -> Kiv::Ptr<const ClassificationList> {
+  if (dedupState() == Dorn::dedupHandleStateNeverDeduped()) {
+    ExtCommVectorSort(commVector_);
+    self().commVectorSortedIs(true);
+    shrink(commVector_);
+  }
+  return Kiv::staticPtrCast<const ClassificationList>(
+      tableOf(self(), *table).dedup(Dorn::DedupHandle::Ptr(this)));
+}
+
+template <class Family>
+ExtCommListBase<Family>::~ExtCommListBase() = default;
+
+template <class Family>
+void ExtCommListBase<Family>::append(const ListPtr& other) {
+  if (other) appendAll(commVector_, other->commVector());
+}
+
+template <class Family>
+void ExtCommListBase<Family>::appendClassificationList(const ClassificationListPtr& other) {
+  if (other) appendAll(commVector_, other->commVector());
+}
+
+template <class Family>
+void ExtCommListBase<Family>::sortComms() {
+  ExtCommVectorSort(commVector_);
+  self().commVectorSortedIs();
+}
+
+template <class Family>
+void ExtCommListBase<Family>::createClassificationListVector(bool dedupMode) {
+  sortComms();
+  classificationListVector_.reserve(static_cast<U32>(extCommClassificationOneBeyondLast));
+  totalTransitiveCommunities_ = 0;
+  self().groupingStarts();
+  for (U32 i = 0; i < commVector_.size(); ++i) {
+    const ValuePtr& comm = commVector_[i];
+    partFor(i, dedupMode).commIs(comm);
+    if (dedupMode && comm->getContent().transitiveFlag()) ++totalTransitiveCommunities_;
+    self().commGrouped(*comm, dedupMode);
+  }
+}
+
+// A sub-list that is not interned was made here and is this list's own.
+template <class Family>
+auto ExtCommListBase<Family>::partFor(U32 position, bool dedupMode) -> ClassificationList& {
+  const U32 index = static_cast<U32>(commVector_[position]->classification());
+  if (index >= classificationListVector_.size() || !classificationListVector_[index]) {
+    return newPartFor(position, dedupMode);
+  }
+  const ClassificationListPtr& part = classificationListVector_[index];
+  ASSERT_LIST(!dedupMode || part->dedupState() == Dorn::dedupHandleStateNeverDeduped(),
+              "__null == ( _classificationList ) || "
+              "( _classificationList )->dedupState() == Dorn::dedupHandleStateNeverDeduped()");
+  return const_cast<ClassificationList&>(*part);
+}
+
+// The first member of its classification stands at `position`.
+template <class Family>
+auto ExtCommListBase<Family>::newPartFor(U32 position, bool dedupMode) -> ClassificationList& {
+  const ExtCommClassification classification = commVector_[position]->classification();
+  const auto part = newClassificationList(classification, Family{});
+  part->expectedCommunityCountIs(static_cast<U32>(std::count_if(
+      commVector_.begin() + position, commVector_.end(), [classification](const ValuePtr& comm) {
+        return comm->classification() == classification;
+      })));
+  if (!dedupMode) part->neverInterned();
+  ExtCommListClassificationListIs<ClassificationList>(classificationListVector_, part);
+  return *part;
+}
+
+// The list notes its own sub-lists' flags: an interned twin has the same members,
+// but may have been built of repeats.
+template <class Family>
+void ExtCommListBase<Family>::partsDedup(const ListTable* table) {
+  for (ClassificationListPtr& part : classificationListVector_) {
+    if (!part) continue;
+    self().partFinished(*part);
+    if (part->dedupState() == Dorn::dedupHandleStateNeverDeduped()) {
+      part = const_cast<ClassificationList&>(*part).dedup(table);
+    } else {
+      ASSERT_LIST(part->commVectorSorted(), "_classificationList->commVectorSorted()");
+    }
+  }
+}
+
+// Without memory for all, the sub-lists go again, so that one may try once more.
+template <class Family>
+auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
+  ASSERT_LIST(this->dedupState() == Dorn::dedupHandleStateNeverDeduped(),
+              "__null == ( this ) || "
+              "( this )->dedupState() == Dorn::dedupHandleStateNeverDeduped()");
+  try {
+    createClassificationListVector(true);
+    partsDedup(table);
+    shrink(commVector_);
+    return Kiv::staticPtrCast<const List>(table->dedup(Dorn::DedupHandle::Ptr(this)));
+  } catch (...) {
+    classificationListVector_.clear();
+    throw;
+  }
+}
+
+template <class Family>
+auto ExtCommListBase<Family>::dedupComms(const ListTable* table, std::span<const ValuePtr> comms)
+    -> ListPtr {
+  const CommsRoom<const Value*> room(comms.size());
+  std::transform(comms.begin(), comms.end(), room.comms().begin(), [](const ValuePtr& comm) {
+    ExtCommAssertMember(comm);
+    return comm.ptr();
+  });
+  return dedupAscending(table, ascending(room.comms()));
+}
+
+template <class Family>
+auto ExtCommListBase<Family>::dedupAscending(const ListTable* table,
+                                             std::span<const Value* const> comms) -> ListPtr {
+  const ExtCommListContent<Value> content(comms);
+  if (ListPtr found = table->dedupTable()->template lookup<List>(content, addressHash(comms))) {
+    return found;
+  }
+  const auto list = notifyingObject<List>();
+  list->expectedCommunityCountIs(static_cast<U32>(comms.size()));
+  for (const Value* comm : comms) list->commIs(ValuePtr(comm));
+  return list->dedup(table);
+}
+
+template <class Family>
+auto ExtCommListBase<Family>::dedupAttributeValue(const ListTable* table, const ValueTable* values,
+                                                  std::span<const U8> octets) -> ListPtr {
+  if (octets.size() % Family::wireSize != 0) {
+    throw Kiv::RangeException("length of " + Kiv::String(Family::attributeName) +
+                              " is no multiple of " + std::to_string(Family::wireSize) + ": " +
+                              std::to_string(octets.size()));
+  }
+  const CommsRoom<ValuePtr> room(octets.size() / Family::wireSize);
+  const U8* at = octets.data();
+  for (ValuePtr& comm : room.comms()) {
+    comm = Value::dedupContent(values, contentAt(at, Family{}));
+    at += Family::wireSize;
+  }
+  return dedupComms(table, room.comms());
+}
+
+template <class Family>
+U32 ExtCommListBase<Family>::totalCommunities() const {
+  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
+  return commVector_.size();
+}
+
+template <class Family>
+auto ExtCommListBase<Family>::classificationList(ExtCommClassification classification) const
+    -> ClassificationListPtr {
+  ASSERT_LIST(this->dedupState() != Dorn::dedupHandleStateNeverDeduped(),
+              "__null == ( this ) || "
+              "( this )->dedupState() != Dorn::dedupHandleStateNeverDeduped()");
+  const U32 index = static_cast<U32>(classification);
+  if (index >= classificationListVector_.size()) return nullptr;
+  return classificationListVector_[index];
+}
+
+template <class Family>
+Kiv::String ExtCommListBase<Family>::toStrep() const {
+  return textOf(*this);
+}
+
+template <class Family>
+void ExtCommListBase<Family>::writeText(std::ostream& out) const {
+  write(out, "[ ");
+  writeJoined(out, commVector_);
+  write(out, " ]");
+}
+
+template <class Family>
+void ExtCommListBase<Family>::appendPolicyText(OvFmt::DynamicBufferInterface& to,
+                                               typename Value::StrepFormat format) const {
+  bool isFirst = true;
+  for (const ValuePtr& comm : commVector_) {
+    if (!isFirst) to.append(' ');
+    isFirst = false;
+    comm->appendForPolicy(to, format);
+  }
+}
+
+template <class Family>
+U32 ExtCommListBase<Family>::hash() const {
+  if (classificationListVector_.empty()) return 0;
+  BgpCommon::BgpHashMixImpl mix;
+  for (const ClassificationListPtr& part : classificationListVector_) {
+    if (part) BgpCommon::addIdentity(mix, part.ptr());
+  }
+  return mix.hash();
+}
+
+template <class Family>
+bool ExtCommListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
+  return sameObjects(classificationListVector_,
+                     static_cast<const List*>(other)->classificationListVector());
+}
+
+template <class Family>
+bool ExtCommListBase<Family>::compareByContent(const Dorn::DedupContentHandle& key) const {
+  return sameObjects(commVector_, static_cast<const ExtCommListContent<Value>&>(key).comms());
+}
+
+template <class Family>
+U32 ExtCommListBase<Family>::probeHash() const {
+  return addressHash(commVector_);
+}
+
+template class ExtCommClassificationListBase<ExtCommFamily>;
+template class ExtCommClassificationListBase<ExtCommIp6Family>;
+template class ExtCommListBase<ExtCommFamily>;
+template class ExtCommListBase<ExtCommIp6Family>;
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,215 @@
+// What the extended community lists of eight octets and those of IPv6 have in
+// common: all of it but their flags, texts and attributes.
+//
+// A family (ExtCommFamily, ExtCommIp6Family) names the classes that belong
+// together.  The bodies are instantiated once a family, in ExtCommListImpl.cpp.
+#ifndef OVBGP_EXTCOMMLISTIMPL_H
+#define OVBGP_EXTCOMMLISTIMPL_H
+
+#include <iosfwd>
+#include <span>
+
+#include "Dorn/DedupContentHandle.h"
+#include "Dorn/DedupHandle.h"
+#include "Kiv/Export.h"
+#include "Kiv/Ptr.h"
+#include "Kiv/String.h"
+#include "Kiv/Types.h"
+#include "KivStash/Vector.h"
+#include "OvBgp/OvBgpCommunityListImpl.h"
+#include "OvBgp/OvBgpCommunityPacketTypes.h"
+
+namespace OvFmt {
+class DynamicBufferInterface;
+}
+
+namespace Routing::Bgp {
+
+// The members of a list or sub-list, borrowed: what one can be looked up by before
+// it is built.  Interned communities, strictly ascending by content; contents that
+// do not ascend are those of no list.
+template <class Value>
+class ExtCommListContent : public Dorn::DedupContentHandle {
+ public:
+  explicit ExtCommListContent(std::span<const Value* const> comms) noexcept : comms_(comms) {}
+  std::span<const Value* const> comms() const noexcept { return comms_; }
+
+ private:
+  std::span<const Value* const> comms_;
+};
+
+// The members of a list that have one classification.  Routes whose other
+// communities differ share it, as it is interned on its own.
+//
+// Built by one thread, interned by dedup, then shared by any.  Hash and equality
+// are those of the members' identities, which is sound as they are interned.
+template <class Family>
+class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
+ public:
+  using Value = typename Family::Value;
+  using Content = typename Family::Content;
+  using ValuePtr = Kiv::Ptr<const Value>;
+  using ClassificationList = typename Family::ClassificationList;
+  using ListTable = typename Family::ListTable;
+
+  ExtCommClassification classification() const noexcept { return classification_; }
+  const ExtCommVector<Value>& commVector() const noexcept { return commVector_; }
+  bool empty() const noexcept { return commVector_.empty(); }
+  // Room for that many members.
+  void expectedCommunityCountIs(U32 count) { commVector_.reserve(count); }
+
+  // The classification's name, " : " and the members' diagnostic texts.
+  Kiv::String toStrep() const;
+  void writeText(std::ostream& out) const;
+
+  // The one-at-a-time hash of the members' addresses, four octets each.  hash and
+  // compare require: sorted.
+  U32 hash() const override;
+  bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
+  bool compareByContent(const Dorn::DedupContentHandle& key) const override;
+  // By whole addresses; reads no member.
+  U32 probeHash() const override;
+
+  // Sorts and interns this sub-list: returns it, or the equal one that `table` has
+  // already.  Requires: the caller holds the sub-list by a counted pointer.
+  Kiv::Ptr<const ClassificationList> dedup(const ListTable* table);
+
+ protected:
+  explicit ExtCommClassificationListBase(ExtCommClassification classification) noexcept
+      : classification_(classification) {}
+  ~ExtCommClassificationListBase() override;
+
+  ValuePtr lookupExtComm(const Content& content) const {
+    return ExtCommVectorLookup(commVector_, content);
+  }
+  // Appends.  Requires: interned, and never null.
+  void commAdd(const ValuePtr& comm) { ExtCommVectorAdd(comm, commVector_); }
+
+ private:
+  template <class>
+  friend class ExtCommListBase;
+
+  ClassificationList& self() noexcept { return static_cast<ClassificationList&>(*this); }
+  const ClassificationList& self() const noexcept {
+    return static_cast<const ClassificationList&>(*this);
+  }
+  // For a part of a list that will not be interned: nor will this one ever be.
+  void neverInterned() noexcept { dedupStateIs(Dorn::DedupHandleState::rebuilt); }
+
+  ExtCommVector<Value> commVector_;
+  const ExtCommClassification classification_;
+};
+
+// The extended communities of a path: all members, sorted, and the same grouped
+// by classification into sub-lists.
+//
+// A list is built by one thread: members in any order, repeats allowed; then
+// interned once by dedup; and from then on is read-only and shared by any thread.
+// Lists are equal when their sub-lists are the same objects.
+//
+// Sub-lists and lists take exactly the storage that their members need (unless
+// there was no memory to give the rest back), and ten pointers for the sub-lists.
+template <class Family>
+class OV_EXPORT ExtCommListBase : public Family::ListHandle {
+ public:
+  using Value = typename Family::Value;
+  using Content = typename Family::Content;
+  using ValuePtr = Kiv::Ptr<const Value>;
+  using ValueTable = typename Family::ValueTable;
+  using List = typename Family::List;
+  using ListPtr = Kiv::Ptr<const List>;
+  using ListTable = typename Family::ListTable;
+  using ClassificationList = typename Family::ClassificationList;
+  using ClassificationListPtr = Kiv::Ptr<const ClassificationList>;
+  using ClassificationListVector = KivStash::Vector<ClassificationListPtr>;
+
+  // A path attribute's value has at most 65,535 octets, so this many fit.
+  static constexpr U32 maxSerializableComms = 0xFFFF / Family::wireSize;
+
+  // Appends; neither sorts nor drops repeats.  Requires: interned, and never null;
+  // and of this and what follows: the list itself was not interned before.
+  void commIs(const ValuePtr& comm) { ExtCommVectorAdd(comm, commVector_); }
+  // Append all members of another list, this one included, or of a sub-list;
+  // nothing for null.
+  void append(const ListPtr& other);
+  void appendClassificationList(const ClassificationListPtr& other);
+  // Room for that many members.
+  void expectedCommunityCountIs(U32 count) { commVector_.reserve(count); }
+  // Sorts and drops repeats.
+  void sortComms();
+  // Sorts and groups.  `dedupMode`: for a list that will be interned, with all that
+  // it notes of its members.  Otherwise the sub-lists will never be interned, and
+  // grouping twice gives each member twice.
+  void createClassificationListVector(bool dedupMode);
+
+  // Sorts, groups and interns this list: returns it, or the equal list that `table`
+  // has already.  Requires: never interned; the caller holds the list by a counted
+  // pointer.  Throws std::bad_alloc; the members are all there then.
+  ListPtr dedup(const ListTable* table);
+
+  // The interned list of interned members in any order, repeats allowed.  One hash
+  // and one probe, and nothing is built or (up to 32 members) allocated, if there
+  // is one.
+  static ListPtr dedupComms(const ListTable* table, std::span<const ValuePtr> comms);
+  // The interned list of the value octets of a received attribute: a probe a member
+  // and then dedupComms.  Throws Kiv::RangeException for a length that is no
+  // multiple of a community's.
+  static ListPtr dedupAttributeValue(const ListTable* table, const ValueTable* values,
+                                     std::span<const U8> octets);
+
+  const ExtCommVector<Value>& commVector() const noexcept { return commVector_; }
+  bool empty() const noexcept { return commVector_.empty(); }
+  // Members, and those of them that may cross the border of an autonomous system,
+  // which is known once the list is interned.  The former requires: sorted.
+  U32 totalCommunities() const;
+  U32 totalTransitiveCommunities() const noexcept { return totalTransitiveCommunities_; }
+
+  // By classification; null where it is absent.  As long as the highest one needs.
+  const ClassificationListVector& classificationListVector() const noexcept {
+    return classificationListVector_;
+  }
+  // Null if there is none.  Requires: interned once.
+  ClassificationListPtr classificationList(ExtCommClassification classification) const;
+
+  // "[ ", the members' diagnostic texts with one blank between, " ]".
+  Kiv::String toStrep() const;
+  void writeText(std::ostream& out) const;
+  // The members' policy texts with one blank between, those without text included.
+  void appendPolicyText(OvFmt::DynamicBufferInterface& to,
+                        typename Value::StrepFormat format) const;
+
+  // The one-at-a-time hash of the sub-lists' addresses, four octets each.
+  U32 hash() const override;
+  bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
+  // The members say as much as the sub-lists that they determine.
+  bool compareByContent(const Dorn::DedupContentHandle& key) const override;
+  // By whole addresses of the members; reads none of them.
+  U32 probeHash() const override;
+
+ protected:
+  ExtCommListBase() noexcept = default;
+  ~ExtCommListBase() override;
+
+  ValuePtr lookupExtComm(const Content& content) const {
+    return ExtCommVectorLookup(commVector_, content);
+  }
+
+ private:
+  List& self() noexcept { return static_cast<List&>(*this); }
+  const List& self() const noexcept { return static_cast<const List&>(*this); }
+
+  // The sub-list for the member at `position`, which is made if there is none.
+  ClassificationList& partFor(U32 position, bool dedupMode);
+  ClassificationList& newPartFor(U32 position, bool dedupMode);
+  void partsDedup(const ListTable* table);
+
+  static ListPtr dedupAscending(const ListTable* table, std::span<const Value* const> comms);
+
+  ExtCommVector<Value> commVector_;
+  ClassificationListVector classificationListVector_;
+  U32 totalTransitiveCommunities_ = 0;
+};
+
+}  // namespace Routing::Bgp
+
+#endif

@@ -1,0 +1,16 @@
+// The library's trace output, the parser's aside.  Private to the library.
+#ifndef OVBGP_OVBGPTRACE_H
+#define OVBGP_OVBGPTRACE_H
+
+#include "Kiv/Trace.h"
+
+namespace Routing::Bgp {
+
+extern Kiv::TraceHandle ovBgpTrace;
+
+// Of ovBgpTrace: notifiers of route-target sub-lists come and go.
+inline constexpr unsigned ovBgpTraceLifeTime = 9;
+
+}  // namespace Routing::Bgp
+
+#endif
