@@ -24,24 +24,30 @@ struct Outcome {
   std::string errors;
 };
 
-Outcome run(const std::vector<std::string>& files, bool routes = true) {
+Outcome run(const MrtOptions& options) {
   const TempFile out;
   std::ostringstream errors;
-  const ExitStatus status = runMrt({files, routes}, out.fd(), errors);
+  const ExitStatus status = runMrt(options, out.fd(), errors);
   return {status, out.contents(), errors.str()};
+}
+Outcome run(const std::vector<std::string>& files, bool routes = true) {
+  MrtOptions options;
+  options.files = files;
+  options.routes = routes;
+  return run(options);
 }
 
 Bytes announcement(U8 network) {
   return messageAs4(update({}, communities({0x10002, 0x10001, 0x10002}), {8, network}));
 }
 std::string lineOf(U8 network) {
-  return "1000|A|192.0.2.1|65001|" + std::to_string(network) + ".0.0.0/8|1:1 1:2||\n";
+  return "1000|A|192.0.2.1|65001|" + std::to_string(network) + ".0.0.0/8|1:1 1:2|||\n";
 }
 
 Bytes goodFile() {
   return announcement(10).add(announcement(11)).add(messageAs4(update({8, 10}, {}, {})));
 }
-const std::string goodLines = lineOf(10) + lineOf(11) + "1000|W|192.0.2.1|65001|10.0.0.0/8|||\n";
+const std::string goodLines = lineOf(10) + lineOf(11) + "1000|W|192.0.2.1|65001|10.0.0.0/8||||\n";
 
 Bytes compressed(const Bytes& octets, int (*addFilter)(archive*)) {
   Bytes result;
@@ -194,12 +200,68 @@ TEST(MrtCommand, SummaryShowsTheFigures) {
                                                        {"routes announced", "2"},
                                                        {"routes withdrawn", "1"},
                                                        {"routes held", "1"},
-                                                       {"  with communities", "1"},
-                                                       {"community lists held", "1"},
-                                                       {"  distinct values in them", "2"}};
+                                                       {"  routes with a list", "1"},
+                                                       {"  distinct lists", "1"},
+                                                       {"  distinct communities", "2"}};
   for (const auto& [name, value] : expected) {
     EXPECT_EQ(figures[name], value) << name << "\n" << outcome.out;
   }
+}
+
+// One route with a list of each kind; the last has an extended community that
+// policies know no text for.
+Bytes everyKind() {
+  Bytes attributes = communities({0x10001, 0xFFFFFF01});
+  attributes.add(attribute(32, Bytes().u32(4200000000).u32(1).u32(2)));
+  attributes.add(attribute(
+      16, Bytes().u32(0x0002FDE8).u32(100).u32(0x030B4000).u32(7).u32(0x06FF0000).u32(1)));
+  attributes.add(attribute(25, Bytes{0, 2, 0x20, 1}.fill(14, 0).u16(9)));
+  return messageAs4(update({}, attributes, {8, 12}));
+}
+
+TEST(MrtCommand, PrintsEveryKind) {
+  const TempFile input(everyKind());
+  EXPECT_EQ(run({input.path()}).out,
+            "1000|A|192.0.2.1|65001|12.0.0.0/8|1:1 no-export|4200000000:1:2|"
+            "RT:65000:100 Color:CO(01):7 0x06ff000000000001|2001:::9\n");
+}
+
+TEST(MrtCommand, KeepsRoutesOfWhichAListMatches) {
+  const Bytes withdrawal = messageAs4(update({8, 10}, {}, {}));
+  const TempFile input(announcement(10).add(everyKind()).add(announcement(11)).add(withdrawal));
+  struct Row {
+    const char* regex;
+    int routes;
+    const char* held;  // at the end
+  };
+  for (const Row& row : {Row{"1:1", 3, "2"}, Row{"^1:1 1:2$", 2, "1"}, Row{"no-export", 1, "1"},
+                         Row{"65535:65281", 1, "1"}, Row{"^4200000000:1:2$", 1, "1"},
+                         Row{"RT:65000:100", 1, "1"}, Row{"^65000:100 ", 1, "1"},
+                         Row{"2001:", 1, "1"}, Row{"^$", 0, "0"}, Row{"4294967295", 0, "0"}}) {
+    MrtOptions options;
+    options.files = {input.path()};
+    options.routes = true;
+    options.match.emplace(row.regex);
+    const Outcome lines = run(options);
+    EXPECT_EQ(std::ranges::count(lines.out, '\n'), row.routes) << row.regex << lines.out;
+    EXPECT_EQ(lines.status, row.routes ? ExitStatus::fine : ExitStatus::noMatch) << row.regex;
+    options.routes = false;
+    const std::string summary = run(options).out;
+    const std::size_t name = summary.find("routes held");
+    ASSERT_NE(name, std::string::npos);
+    const std::size_t value = summary.find_first_not_of(' ', name + 11);
+    EXPECT_EQ(summary.substr(value, summary.find('\n', value) - value), row.held) << row.regex;
+  }
+}
+
+TEST(MrtCommand, VerifiesEveryKind) {
+  const TempFile input(announcement(10).add(everyKind()));
+  MrtOptions options;
+  options.files = {input.path()};
+  options.verify = true;
+  const Outcome outcome = run(options);
+  EXPECT_EQ(outcome.status, ExitStatus::fine);
+  EXPECT_EQ(outcome.errors, "");
 }
 
 TEST(MrtCommand, EndsQuietlyWhenTheReaderGoes) {
@@ -209,7 +271,10 @@ TEST(MrtCommand, EndsQuietlyWhenTheReaderGoes) {
   ::close(ends[0]);
   const auto before = std::signal(SIGPIPE, SIG_IGN);
   std::ostringstream errors;
-  EXPECT_EQ(runMrt({{input.path()}, true}, ends[1], errors), ExitStatus::fine);
+  MrtOptions options;
+  options.files = {input.path()};
+  options.routes = true;
+  EXPECT_EQ(runMrt(options, ends[1], errors), ExitStatus::fine);
   EXPECT_EQ(errors.str(), "");
   std::signal(SIGPIPE, before);
   ::close(ends[1]);

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Compares `bgp-communities mrt --routes` with an independent MRT reader, Debian's
-# `bgpdump -m`, route by route: kind of line, peer, prefix, and the set of standard
-# communities.
+# `bgpdump -m -l`, route by route: kind of line, peer, prefix, and the sets of
+# standard and of large communities.
 #
 #   compare-with-bgpdump.sh FILE...
 #
@@ -19,11 +19,11 @@ done
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Both become: action|peer|peer AS|prefix|sorted communities.  Sets are
+# Both become: action|peer|peer AS|prefix|sorted communities|sorted large ones.  Sets are
 # compared by value: the two order members, and name some, in their own ways.
 # bgpdump: type|seconds|action|peer|AS|prefix|path|origin|next hop|local
-# preference|metric|communities; TABLE_DUMP2_AP has a path identifier behind the
-# prefix.
+# preference|metric|communities|large communities; TABLE_DUMP2_AP has a path
+# identifier behind the prefix.
 cat >"$work/common.awk" <<'EOF'
 BEGIN {
   named["internet"] = "0:0"
@@ -35,12 +35,14 @@ BEGIN {
   named["local-as"] = named["local-AS"] = "65535:65283"
 }
 # A name that is not known here stays, so that it shows as a difference.
-function normalised(text,    count, parts, half, value, i, j, last, result) {
+function normalised(text,    count, parts, words, wordCount, value, i, j, last, result) {
   count = split(text, parts, " ")
   for (i = 1; i <= count; i++) {
     if (parts[i] in named) parts[i] = named[parts[i]]
-    if (split(parts[i], half, ":") != 2) return text
-    value[i] = sprintf("%05d:%05d", half[1], half[2])
+    wordCount = split(parts[i], words, ":")
+    if (wordCount != 2 && wordCount != 3) return text
+    value[i] = ""
+    for (j = 1; j <= wordCount; j++) value[i] = value[i] sprintf(":%010d", words[j])
     for (j = i; j > 1 && value[j - 1] > value[j]; j--) {
       last = value[j]; value[j] = value[j - 1]; value[j - 1] = last
     }
@@ -54,21 +56,22 @@ function normalised(text,    count, parts, half, value, i, j, last, result) {
 }
 EOF
 cat >"$work/bgpdump.awk" <<'EOF'
-$3 == "W" { print $3 "|" $4 "|" $5 "|" $6 "|" }
+$3 == "W" { print $3 "|" $4 "|" $5 "|" $6 "||" }
 $3 == "A" || $3 == "B" {
   shift = $1 == "TABLE_DUMP2_AP" ? 1 : 0
-  print $3 "|" $4 "|" $5 "|" $6 "|" normalised($(12 + shift))
+  print $3 "|" $4 "|" $5 "|" $6 "|" \
+    normalised($(12 + shift)) "|" normalised($(13 + shift))
 }
 EOF
 cat >"$work/ours.awk" <<'EOF'
-{ print $2 "|" $3 "|" $4 "|" $5 "|" normalised($6) }
+{ print $2 "|" $3 "|" $4 "|" $5 "|" normalised($6) "|" normalised($7) }
 EOF
 
 lines() { grep -c "$1" "$2" || true; }
 
 differing=0
 for file; do
-  bgpdump -m "$file" 2>/dev/null >"$work/raw"
+  bgpdump -m -l "$file" 2>/dev/null >"$work/raw"
   awk -F'|' -f "$work/common.awk" -f "$work/bgpdump.awk" "$work/raw" | sort >"$work/theirs"
   [ -s "$work/theirs" ] || { echo "$0: bgpdump finds no routes in $file" >&2; exit 2; }
   "$tool" mrt --routes "$file" >"$work/raw"
@@ -77,7 +80,9 @@ for file; do
   printf '%s: announced and table entries %s (bgpdump %s), withdrawn %s (%s), ' "$file" \
     "$(lines '^[AB]' "$work/ours")" "$(lines '^[AB]' "$work/theirs")" \
     "$(lines '^W' "$work/ours")" "$(lines '^W' "$work/theirs")"
-  printf 'with communities %s (%s), lines that differ %s\n' \
+  printf 'with communities %s (%s), with large ones %s (%s), lines that differ %s\n' \
+    "$(lines '^[AB].*|[^|][^|]*|[^|]*$' "$work/ours")" \
+    "$(lines '^[AB].*|[^|][^|]*|[^|]*$' "$work/theirs")" \
     "$(lines '^[AB].*|[^|][^|]*$' "$work/ours")" \
     "$(lines '^[AB].*|[^|][^|]*$' "$work/theirs")" "$(wc -l <"$work/difference" | tr -d ' ')"
   if [ -s "$work/difference" ]; then

@@ -3,14 +3,24 @@
 #include <chrono>
 #include <ostream>
 
+#include "tools/bgp-communities/HeldRoutes.h"
 #include "tools/bgp-communities/MrtDecoder.h"
 #include "tools/bgp-communities/RouteLines.h"
 #include "tools/bgp-communities/Running.h"
 #include "tools/bgp-communities/Summary.h"
+#include "tools/bgp-communities/Verification.h"
 
 namespace CommTool {
 
 namespace {
+
+// As a route map matches; IPv6 communities by the one text that policies know.
+bool matches(const auto& list, const Routing::RouteMap::PosixRegex& regex) {
+  return list.matchCommunitiesRegex(&regex);
+}
+bool matches(const Routing::Bgp::ExtCommIp6List& list, const Routing::RouteMap::PosixRegex& regex) {
+  return regex.execute(list.commsStringForm().c_str()) == 0;
+}
 
 // One run over all files.
 class MrtRun : public RouteSink {
@@ -31,13 +41,29 @@ class MrtRun : public RouteSink {
   }
 
   void handleRoutes(const RouteBatch& batch) override {
-    const RouteCommunities communities = held_.add(batch);
+    const RouteCommunities communities = held_.tables().intern(batch.communities);
+    if (options_.verify) {
+      verify(batch.communities, communities, problems_);
+    }
+    if (!isWanted(communities)) return held_.drop(batch);
+    wanted_ = true;
+    held_.add(batch, communities);
     if (options_.routes) {
       lines_.print(batch, communities);
     }
   }
 
  private:
+  // A withdrawal has no lists: it is wanted only where every route is.
+  bool isWanted(const RouteCommunities& communities) const {
+    if (!options_.match) return true;
+    bool wanted = false;
+    communities.forEachList([&](CommunityKind, const auto& list) {
+      wanted = wanted || matches(list, *options_.match);
+    });
+    return wanted;
+  }
+
   void readFile(const std::string& path) {
     const std::string name = path == "-" ? "standard input" : path;
     try {
@@ -55,13 +81,12 @@ class MrtRun : public RouteSink {
   void readRecords(Input& input, const std::string& name) {
     MrtReader reader(input);
     MrtDecoder decoder(*this, counts_);
-    Problems problems;
     try {
       while (const MrtRecord* record = reader.next()) {
-        decoder.decode(*record, problems);
-        if (!problems.empty()) {
-          report(name, *record, problems.text());
-          problems.clear();
+        decoder.decode(*record, problems_);
+        if (!problems_.empty()) {
+          report(name, *record, problems_.text());
+          problems_.clear();
         }
       }
     } catch (const Malformed& malformed) {
@@ -84,7 +109,10 @@ class MrtRun : public RouteSink {
     if (counts_.files == 0 && counts_.unopened > 0) {
       return ExitStatus::impossible;
     }
-    return counts_.damaged + counts_.unopened > 0 ? ExitStatus::damaged : ExitStatus::fine;
+    if (counts_.damaged + counts_.unopened > 0) {
+      return ExitStatus::damaged;
+    }
+    return options_.match && !wanted_ ? ExitStatus::noMatch : ExitStatus::fine;
   }
 
   const MrtOptions& options_;
@@ -93,6 +121,8 @@ class MrtRun : public RouteSink {
   RouteLines lines_;
   HeldRoutes held_;
   InputCounts counts_;
+  Problems problems_;    // of the record that is being decoded
+  bool wanted_ = false;  // whether any route was
 };
 
 }  // namespace

@@ -3,9 +3,11 @@
 #define TOOLS_BGP_COMMUNITIES_MRT_COMMAND_H
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Routing/RouteMap/PosixRegex.h"
 #include "tools/bgp-communities/ExitStatus.h"
 
 namespace CommTool {
@@ -13,6 +15,9 @@ namespace CommTool {
 struct MrtOptions {
   std::vector<std::string> files;  // "-" is standard input
   bool routes = false;             // a line a route, rather than the summary
+  bool verify = false;             // compare each list's attribute with the received one
+  // Keep only routes of which a list matches, as a route map would.
+  std::optional<Routing::RouteMap::PosixRegex> match = {};
 };
 
 // Text for people and programs goes to the descriptor `out`, a line for each

@@ -10,20 +10,6 @@ constexpr U8 extendedLengthFlag = 0x10;
 constexpr U8 mpReachType = 14;
 constexpr U8 mpUnreachType = 15;
 
-struct CommunityRow {
-  U8 type;
-  CommunityKind kind;
-  U8 memberSize;  // octets
-  const char* name;
-};
-
-constexpr CommunityRow communityRows[] = {
-    {8, CommunityKind::standard, 4, "COMMUNITIES"},
-    {16, CommunityKind::extended, 8, "EXTENDED COMMUNITIES"},
-    {25, CommunityKind::ip6Extended, 20, "IPv6 ADDRESS SPECIFIC EXTENDED COMMUNITY"},
-    {32, CommunityKind::large, 12, "LARGE_COMMUNITY"},
-};
-
 // Of the flags octet (RFC 4271, section 4.3): what those of communities must be.
 constexpr U8 optionalTransitive = 0xC0;
 
@@ -68,18 +54,19 @@ class Collector {
   }
 
   void addCommunities(const Attribute& attribute) {
-    for (const CommunityRow& row : communityRows) {
-      if (row.type != attribute.type) {
+    for (const CommunityKindRow& row : communityKindRows) {
+      if (row.attributeType != attribute.type) {
         continue;
       }
       if ((attribute.flags & optionalTransitive) != optionalTransitive) {
-        problems_.add(std::string(row.name) + " attribute that is not optional and transitive");
+        problems_.add(std::string(row.attribute) +
+                      " attribute that is not optional and transitive");
         found.treatAsWithdraw = true;
         return;
       }
       const std::size_t length = attribute.value.size();
       if (length == 0 || length % row.memberSize != 0) {
-        problems_.add(std::string(row.name) + " attribute of " + std::to_string(length) +
+        problems_.add(std::string(row.attribute) + " attribute of " + std::to_string(length) +
                       " octets is not one or more members of " + std::to_string(row.memberSize));
         found.treatAsWithdraw = true;
         return;

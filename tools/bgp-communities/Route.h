@@ -7,7 +7,7 @@
 #include <optional>
 #include <span>
 
-#include "tools/bgp-communities/Octets.h"
+#include "tools/bgp-communities/CommunityKinds.h"
 
 namespace CommTool {
 
@@ -51,25 +51,6 @@ struct Peer {
 
 // The values are the letters of the output.
 enum class RouteAction : char { announce = 'A', withdraw = 'W', tableEntry = 'B' };
-
-// In the order in which output has them.
-enum class CommunityKind : U8 { standard, large, extended, ip6Extended };
-constexpr std::size_t communityKinds = 4;
-
-// The value octets of the attributes that carry communities, as received but of
-// sound length; no value where a route has no such attribute.
-class CommunityAttributes {
- public:
-  using Value = std::optional<Octets>;
-
-  Value& operator[](CommunityKind kind) { return values_[static_cast<std::size_t>(kind)]; }
-  const Value& operator[](CommunityKind kind) const {
-    return values_[static_cast<std::size_t>(kind)];
-  }
-
- private:
-  std::array<Value, communityKinds> values_;
-};
 
 // Routes that share everything but their destination: those of one UPDATE, or
 // one entry of a table.  Everything is borrowed for the call that delivers it.

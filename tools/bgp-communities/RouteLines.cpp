@@ -7,6 +7,8 @@ namespace CommTool {
 
 namespace {
 
+using namespace Routing::Bgp;
+
 // Room for the lists of nearly all routes; longer ones make the buffer grow.
 constexpr std::size_t usualTextSize = 1024;
 
@@ -17,34 +19,48 @@ std::string headOf(const RouteBatch& batch) {
   return head.append("|").append(std::to_string(batch.peer.as)).append("|");
 }
 
-// A comma between values, as some texts have blanks. Each prints as policies know it, with the word
-// for its class; one that they do not know, as people are shown it.
 template <class Value>
-void appendValues(OvFmt::DynamicBufferInterface& to, const std::vector<Value>& values) {
-  using Format = typename Value::element_type::StrepFormat;
-  Format policy;
-  policy.strepFormatClassificationIs(true);
-  Format ui = policy;
-  ui.strepFormatUIIs(true);
-  for (const Value& value : values) {
-    if (&value != values.data()) to.append(',');
-    const Kiv::String text = value->toStrepForPolicy(policy);
-    to.append(text.empty() ? value->toStrepForPolicy(ui) : text);
+typename Value::StrepFormat withClassification() {
+  typename Value::StrepFormat format;
+  format.strepFormatClassificationIs(true);
+  return format;
+}
+
+void appendText(OvFmt::DynamicBufferInterface& to, const CommList& list) { list.appendText(to); }
+void appendText(OvFmt::DynamicBufferInterface& to, const LargeCommList& list) {
+  list.appendText(to);
+}
+void appendText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6List& list) {
+  list.appendPolicyText(to, withClassification<ExtCommIp6>());
+}
+void appendText(OvFmt::DynamicBufferInterface& to, const ExtCommList& list) {
+  const ExtComm::StrepFormat format = withClassification<ExtComm>();
+  const char* separator = "";
+  for (const ExtComm::PtrConst& member : list.commVector()) {
+    to.append(separator);
+    separator = " ";
+    const std::size_t before = to.size();
+    member->appendForPolicy(to, format);
+    if (to.size() != before) continue;
+    to.append("0x");
+    to.appendHex(member->getContent().value(), 16);
   }
 }
 
 }  // namespace
 
 void RouteLines::print(const RouteBatch& batch, const RouteCommunities& communities) {
-  const std::string head = headOf(batch);
   OvFmt::StackBackedBuffer<usualTextSize> text;
-  if (communities.standard) {
-    communities.standard->appendText(text);
-  }
-  text.append('|');
-  appendValues(text, communities.extended);
-  text.append('|');
-  appendValues(text, communities.ip6Extended);
+  std::size_t separators = 0;
+  const auto separateUpTo = [&](std::size_t count) {
+    for (; separators < count; ++separators) text.append('|');
+  };
+  communities.forEachList([&](CommunityKind kind, const auto& list) {
+    separateUpTo(indexOf(kind));
+    appendText(text, list);
+  });
+  separateUpTo(communityKinds - 1);
+  const std::string head = headOf(batch);
   for (const Nlri& nlri : batch.routes) {
     out_.append(head);
     out_.append(AddressText(nlri.prefix).view());

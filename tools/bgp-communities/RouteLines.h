@@ -2,15 +2,18 @@
 #ifndef TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 #define TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 
-#include "tools/bgp-communities/HeldRoutes.h"
+#include "tools/bgp-communities/Route.h"
+#include "tools/bgp-communities/RouteCommunities.h"
 #include "tools/bgp-communities/TextOutput.h"
 
 namespace CommTool {
 
 // Prints fields with | between them: seconds of the record; A (announced), W
 // (withdrawn) or B (in a table); the peer's address and AS; the prefix; and the
-// route's standard communities with blanks between them, then its extended and its
-// IPv6 extended ones with commas, each field empty where there are none.
+// route's lists: standard, large, extended, IPv6 extended, each empty where there
+// is none. Lists are as policies see them, with a blank between members: names of
+// well-known communities, classifications of extended ones. An extended community
+// that policies have no text for prints as its 16 hexadecimal digits.
 //
 // What the routes of a batch share is formatted once.
 class RouteLines {

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string>
 
+#include "tools/bgp-communities/Figures.h"
+
 namespace CommTool {
 
 namespace {
@@ -12,20 +14,33 @@ class Lines {
  public:
   explicit Lines(TextOutput& out) : out_(out) {}
 
-  void print(std::string_view name, U64 value, std::string_view remark = "") {
-    print(name, std::to_string(value), remark);
-  }
-  void print(std::string_view name, const std::string& value, std::string_view remark = "") {
-    const std::string filled(valueEnd - std::min(valueEnd, name.size() + value.size()), ' ');
+  void print(std::string_view name, U64 value) { print(name, std::to_string(value)); }
+  void print(std::string_view name, const std::string& value) {
     out_.append(name);
-    out_.append(filled);
-    out_.append(value);
-    out_.append(remark);
+    fill(name.size(), nameWidth);
+    field(value);
+    out_.append('\n');
+  }
+  // A field a kind; a column has its place whether or not there is anything in it.
+  template <class TextOf>
+  void printKinds(std::string_view name, const TextOf& textOf) {
+    out_.append(name);
+    fill(name.size(), nameWidth);
+    for (const CommunityKindRow& row : communityKindRows) field(textOf(row));
     out_.append('\n');
   }
 
  private:
-  static constexpr std::size_t valueEnd = 44;  // column
+  static constexpr std::size_t nameWidth = 30;
+  static constexpr std::size_t fieldWidth = 14;
+
+  void field(const std::string& value) {
+    fill(value.size(), fieldWidth);
+    out_.append(value);
+  }
+  void fill(std::size_t from, std::size_t to) {
+    for (; from < to; ++from) out_.append(' ');
+  }
 
   TextOutput& out_;
 };
@@ -52,32 +67,50 @@ void printRoutes(const RouteCounts& counts, const HeldFigures& held, Lines& line
   lines.print("routes withdrawn", counts.withdrawn);
   lines.print("routes in tables", counts.tableEntries);
   lines.print("routes held", held.routes);
-  lines.print("  with communities", held.routesWithList);
 }
 
-void printLists(const HeldFigures& held, Lines& lines) {
-  lines.print("community lists held", held.lists);
-  lines.print("  distinct values in them", held.values);
-  lines.print("extended communities held", held.extendedValues);
-  lines.print("IPv6 extended communities held", held.ip6ExtendedValues);
-  lines.print("memory of all, with their tables", held.bytes, " octets");
-  lines.print("  of unshared copies", held.bytesUnshared, " octets");
-  if (held.bytes != 0) {
-    const double factor = static_cast<double>(held.bytesUnshared) / static_cast<double>(held.bytes);
-    lines.print("  saved by sharing, factor", decimal(factor, 1));
-  }
+std::string factor(U64 unshared, U64 shared) {
+  if (shared == 0) return "-";
+  return decimal(static_cast<double>(unshared) / static_cast<double>(shared), 1);
+}
+
+void printCommunities(const HeldFigures& held, Lines& lines) {
+  const auto print = [&](std::string_view name, const auto& figure) {
+    lines.printKinds(name, [&](const CommunityKindRow& row) {
+      return std::to_string(figure(held.of(row.kind)));
+    });
+  };
+  lines.printKinds("communities held", [](const auto& row) { return std::string(row.name); });
+  print("  routes with a list", [](const KindFigures& kind) { return kind.lists.occurrences; });
+  print("  distinct lists", [](const KindFigures& kind) { return kind.lists.unique; });
+  print("  distinct sub-lists", [](const KindFigures& kind) { return kind.subLists.unique; });
+  print("  communities of all routes",
+        [](const KindFigures& kind) { return kind.values.occurrences; });
+  print("  distinct communities", [](const KindFigures& kind) { return kind.values.unique; });
+  print("  octets", [](const KindFigures& kind) { return kind.bytes(); });
+  print("  octets of unshared copies",
+        [](const KindFigures& kind) { return kind.bytesUnshared(); });
+  lines.printKinds("  saved by sharing, factor", [&](const CommunityKindRow& row) {
+    return factor(held.of(row.kind).bytesUnshared(), held.of(row.kind).bytes());
+  });
+}
+
+void printMemory(const HeldFigures& held, Lines& lines) {
+  lines.print("octets of all, with tables", held.bytes);
+  lines.print("  saved by sharing, factor", factor(held.bytesUnshared(), held.bytes));
 }
 
 }  // namespace
 
 void printSummary(const InputCounts& input, const HeldRoutes& routes,
                   std::chrono::nanoseconds elapsed, TextOutput& out) {
-  const HeldFigures held = routes.figures();
+  const HeldFigures held = figuresOf(routes);
   Lines lines(out);
   printInput(input, lines);
   printRoutes(routes.counts(), held, lines);
-  printLists(held, lines);
-  lines.print("time", decimal(std::chrono::duration<double>(elapsed).count(), 3), " s");
+  printCommunities(held, lines);
+  printMemory(held, lines);
+  lines.print("seconds", decimal(std::chrono::duration<double>(elapsed).count(), 3));
 }
 
 }  // namespace CommTool

@@ -10,7 +10,8 @@
 
 namespace CommTool {
 
-// Prints a line a figure: name, blanks, value.
+// Prints a line a figure: name, blanks, value; and those of the communities in a
+// table with a column a kind.
 void printSummary(const InputCounts& input, const HeldRoutes& routes,
                   std::chrono::nanoseconds elapsed, TextOutput& out);
 

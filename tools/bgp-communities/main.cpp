@@ -5,6 +5,8 @@
 #include <csignal>
 #include <iostream>
 
+#include "Kiv/Exception.h"
+#include "Routing/RouteMap/PosixRegex.h"
 #include "tools/bgp-communities/CommunityArgument.h"
 #include "tools/bgp-communities/MrtCommand.h"
 #include "tools/bgp-communities/ShowCommand.h"
@@ -17,10 +19,23 @@ int usageError(const CLI::App& app, const CLI::ParseError& error) {
   return static_cast<int>(asked ? CommTool::ExitStatus::fine : CommTool::ExitStatus::wrongUsage);
 }
 
+Routing::RouteMap::PosixRegex regexOf(const std::string& text) {
+  try {
+    return Routing::RouteMap::PosixRegex(text);
+  } catch (const Kiv::RangeException& reason) {
+    throw CLI::ValidationError("--match", reason.what());
+  }
+}
+
 void addMrt(CLI::App& app, CommTool::MrtOptions& options) {
   CLI::App* mrt = app.add_subcommand("mrt", "Read MRT files, compressed or not");
   mrt->add_option("FILE", options.files, "MRT file; - is standard input")->required();
   mrt->add_flag("--routes", options.routes, "Print a line a route instead of the summary");
+  mrt->add_flag("--verify", options.verify, "Compare what each list serializes to with its origin");
+  mrt->add_option_function<std::string>(
+         "--match", [&options](const std::string& text) { options.match = regexOf(text); },
+         "Keep the routes of which a list matches, as in a route map")
+      ->type_name("REGEX");
 }
 
 void addShow(CLI::App& app, CommTool::ShowOptions& options) {

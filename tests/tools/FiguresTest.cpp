@@ -1,0 +1,97 @@
+// What the routes held amount to: each figure against a count by hand.
+#include "tools/bgp-communities/Figures.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/MrtBytes.h"
+
+namespace CommTool {
+namespace {
+
+using namespace Routing::Bgp;
+
+class FiguresTest : public testing::Test {
+ protected:
+  // Holds `routes` more routes with these attributes.
+  void hold(U8 routes, const Bytes& standard, const Bytes& large, const Bytes& extended,
+            const Bytes& ip6) {
+    std::vector<Nlri> nlris(routes);
+    for (Nlri& nlri : nlris) {
+      nlri.prefix.network.octets[0] = next_++;
+      nlri.prefix.length = 8;
+    }
+    RouteBatch batch{testSeconds, RouteAction::announce, {}, {}, nlris};
+    const Bytes* const values[] = {&standard, &large, &extended, &ip6};
+    for (const CommunityKindRow& row : communityKindRows) {
+      const Bytes& value = *values[indexOf(row.kind)];
+      if (!value.empty()) batch.communities[row.kind] = value;
+    }
+    held.add(batch, held.tables().intern(batch.communities));
+  }
+
+  void expectFigures(const ObjectFigures& figures, U64 occurrences, U64 unique,
+                     U64 references) const {
+    EXPECT_EQ(figures.occurrences, occurrences);
+    EXPECT_EQ(figures.unique, unique);
+    EXPECT_EQ(figures.references, references);
+  }
+
+  HeldRoutes held;
+
+ private:
+  U8 next_ = 0;
+};
+
+Bytes routeTarget(U32 number) { return Bytes().u32(0x00020001).u32(number); }
+Bytes color(U32 number) { return Bytes().u32(0x030B0000).u32(number); }
+Bytes ip6(U16 number) { return Bytes{0x00, 0x02, 0x20, 0x01}.fill(14, 0).u16(number); }
+
+TEST_F(FiguresTest, AreZeroWithoutRoutes) {
+  const HeldFigures figures = figuresOf(held);
+  EXPECT_EQ(figures.routes, 0U);
+  EXPECT_EQ(figures.bytes, 0U);
+  EXPECT_EQ(figures.bytesUnshared(), 0U);
+}
+
+TEST_F(FiguresTest, CountPlainValues) {
+  const Bytes one = Bytes().u32(1).u32(2);
+  hold(3, one, {}, {}, {});
+  hold(1, Bytes().u32(3).add(one), {}, {}, {});
+  hold(2, {}, Bytes().u32(1).u32(2).u32(3), {}, {});
+  hold(1, {}, {}, {}, {});
+  const HeldFigures figures = figuresOf(held);
+  EXPECT_EQ(figures.routes, 7U);
+  const KindFigures& standard = figures.of(CommunityKind::standard);
+  expectFigures(standard.lists, 4, 2, 4);
+  expectFigures(standard.values, 9, 3, 5);
+  expectFigures(standard.subLists, 0, 0, 0);
+  EXPECT_EQ(standard.bytes(), 2 * sizeof(CommList) + 5 * sizeof(U32));
+  EXPECT_EQ(standard.bytesUnshared(), 4 * sizeof(CommList) + 9 * sizeof(U32));
+  const KindFigures& large = figures.of(CommunityKind::large);
+  expectFigures(large.lists, 2, 1, 2);
+  expectFigures(large.values, 2, 1, 1);
+  EXPECT_EQ(large.bytesUnshared(), 2 * (sizeof(LargeCommList) + 12));
+  EXPECT_GT(figures.bytes, standard.bytes() + large.bytes());  // tables, too
+}
+
+TEST_F(FiguresTest, CountValuesAndSubListsThatListsShare) {
+  hold(2, {}, {}, routeTarget(1).add(routeTarget(2)).add(color(7)), {});
+  hold(1, {}, {}, routeTarget(2).add(routeTarget(1)).add(color(8)), {});
+  hold(3, {}, {}, {}, ip6(1).add(ip6(2)));
+  const HeldFigures figures = figuresOf(held);
+  const KindFigures& extended = figures.of(CommunityKind::extended);
+  expectFigures(extended.lists, 3, 2, 3);
+  expectFigures(extended.subLists, 6, 3, 4);
+  expectFigures(extended.values, 9, 4, 6);
+  const U64 colorBytes = sizeof(ExtComm);
+  EXPECT_GE(extended.values.bytes, 4 * colorBytes);
+  EXPECT_GT(extended.bytesUnshared(), extended.bytes());
+  const KindFigures& ip6Extended = figures.of(CommunityKind::ip6Extended);
+  expectFigures(ip6Extended.lists, 3, 1, 3);
+  expectFigures(ip6Extended.subLists, 3, 1, 1);
+  expectFigures(ip6Extended.values, 6, 2, 2);
+  EXPECT_EQ(ip6Extended.values.bytesUnshared, 3 * ip6Extended.values.bytes);
+}
+
+}  // namespace
+}  // namespace CommTool

@@ -1,0 +1,92 @@
+// That a list which lost something is found out.
+#include "tools/bgp-communities/Verification.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/MrtBytes.h"
+#include "tools/bgp-communities/CommunityTables.h"
+
+namespace CommTool {
+namespace {
+
+class VerificationTest : public testing::Test {
+ protected:
+  VerificationTest() {
+    received[CommunityKind::standard] = standard;
+    received[CommunityKind::large] = large;
+    received[CommunityKind::extended] = extended;
+    received[CommunityKind::ip6Extended] = ip6;
+  }
+
+  std::string findings() const {
+    Problems problems;
+    verify(received, lists, problems);
+    return problems.text();
+  }
+
+  const Bytes standard = Bytes().u32(2).u32(1).u32(2);
+  const Bytes large = Bytes().u32(9).u32(2).u32(3).u32(1).u32(2).u32(3);
+  // Non-transitive members, two link bandwidths, one of them no valid one.
+  const Bytes extended = Bytes()
+                             .u32(0x40040001)
+                             .u32(0x7FC00000)
+                             .u32(0x40040002)
+                             .u32(0x3F800000)
+                             .u32(0x00020001)
+                             .u32(5);
+  const Bytes ip6 = Bytes{0x40, 0x02}.fill(18, 7).add(Bytes{0x00, 0x03}.fill(18, 9));
+  const CommunityTables tables;
+  CommunityAttributes received;
+  RouteCommunities lists;
+};
+
+TEST_F(VerificationTest, OrderAndRepeatsAreNoDifference) {
+  lists = tables.intern(received);
+  EXPECT_EQ(findings(), "");
+  received = {};
+  lists = {};
+  EXPECT_EQ(findings(), "");
+}
+
+// Long enough for two octets of length.
+TEST_F(VerificationTest, ReadsExtendedLength) {
+  Bytes many;
+  for (U32 i = 0; i < 16383; ++i) many.u32(i);
+  received[CommunityKind::standard] = many;
+  lists = tables.intern(received);
+  EXPECT_EQ(findings(), "");
+}
+
+TEST_F(VerificationTest, FindsWhatDiffers) {
+  for (const CommunityKindRow& row : communityKindRows) {
+    lists = tables.intern(received);
+    CommunityAttributes otherwise = received;
+    Bytes changed;
+    changed.fill(otherwise[row.kind]->size(), 0);
+    otherwise[row.kind] = changed;
+    switch (const RouteCommunities others = tables.intern(otherwise); row.kind) {
+      case CommunityKind::standard:
+        lists.standard = others.standard;
+        break;
+      case CommunityKind::large:
+        lists.large = others.large;
+        break;
+      case CommunityKind::extended:
+        lists.extended = others.extended;
+        break;
+      case CommunityKind::ip6Extended:
+        lists.ip6Extended = others.ip6Extended;
+        break;
+    }
+    EXPECT_EQ(findings().find(std::string(row.attribute) + " of "), 0U) << findings();
+  }
+}
+
+TEST_F(VerificationTest, FindsAListThatIsNotThere) {
+  lists = tables.intern(received);
+  lists.large = nullptr;
+  EXPECT_EQ(findings(), "LARGE_COMMUNITY without a list, or the other way round");
+}
+
+}  // namespace
+}  // namespace CommTool

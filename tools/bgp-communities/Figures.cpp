@@ -1,0 +1,159 @@
+#include "tools/bgp-communities/Figures.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
+
+#include "Kiv/Type.h"
+
+namespace CommTool {
+
+namespace {
+
+using namespace Routing::Bgp;
+
+template <class List>
+concept Flat = requires(const List& list) {
+  list.commVectorRawPtr();
+};
+
+// Objects of a class are of one size, which its type record tells.
+U64 objectBytes(const Kiv::PtrInterface& object) {
+  const Kiv::Type& type = object.fwkType();
+  return type.bytes() / type.objects();
+}
+
+U64 storageBytes(const auto& vector) { return U64{vector.capacity()} * sizeof(*vector.data()); }
+
+const auto& commsOf(const auto& list) {
+  if constexpr (Flat<std::decay_t<decltype(list)>>) {
+    return *list.commVectorRawPtr();
+  } else {
+    return list.commVector();
+  }
+}
+
+// Counts one more object, found `references` times in what is interned and
+// `occurrences` times in routes.
+void add(ObjectFigures& figures, U64 references, U64 occurrences, U64 bytes) {
+  ++figures.unique;
+  figures.references += references;
+  figures.occurrences += occurrences;
+  figures.bytes += bytes;
+  figures.bytesUnshared += occurrences * bytes;
+}
+
+// How often something was found: in distinct lists, and in routes.
+struct Uses {
+  U64 references = 0;
+  U64 occurrences = 0;
+};
+
+template <class Object>
+using UsesOf = std::unordered_map<const Object*, Uses>;
+
+template <class Object>
+void addShared(ObjectFigures& figures, const UsesOf<Object>& uses, const auto& bytesOf) {
+  for (const auto& [object, use] : uses) {
+    add(figures, use.references, use.occurrences, bytesOf(*object));
+  }
+}
+
+// Values that have no object: sorted, the equal ones stand together.
+template <class Value>
+U64 distinct(std::vector<Value>& values) {
+  std::sort(values.begin(), values.end());
+  return static_cast<U64>(std::unique(values.begin(), values.end()) - values.begin());
+}
+
+// The figures of one kind of list, from how many routes hold each.
+template <class List>
+class KindCount {
+ public:
+  void addRoute(const List& list) { ++holders_[&list]; }
+
+  KindFigures figures() const {
+    KindFigures figures;
+    for (const auto& [list, routes] : holders_) {
+      add(figures.lists, routes, routes, listBytes(*list));
+    }
+    if constexpr (Flat<List>) {
+      addFlatValues(figures.values);
+    } else {
+      addExtended(figures);
+    }
+    return figures;
+  }
+
+ private:
+  static U64 listBytes(const List& list) {
+    U64 bytes = objectBytes(list) + storageBytes(commsOf(list));
+    if constexpr (!Flat<List>) bytes += storageBytes(list.classificationListVector());
+    return bytes;
+  }
+
+  void addFlatValues(ObjectFigures& figures) const requires Flat<List> {
+    std::vector<std::decay_t<decltype(*commsOf(std::declval<const List&>()).data())>> values;
+    for (const auto& [list, routes] : holders_) {
+      values.insert(values.end(), commsOf(*list).begin(), commsOf(*list).end());
+      figures.occurrences += routes * list->comms();
+    }
+    figures.references = values.size();
+    figures.unique = distinct(values);
+  }
+
+  void addExtended(KindFigures& figures) const requires(!Flat<List>) {
+    using Value = std::decay_t<decltype(*commsOf(std::declval<const List&>())[0])>;
+    using SubList =
+        std::decay_t<decltype(*std::declval<const List&>().classificationListVector()[0])>;
+    UsesOf<Value> values;
+    UsesOf<SubList> subLists;
+    for (const auto& [list, routes] : holders_) {
+      for (const auto& value : commsOf(*list)) use(values[value.ptr()], routes);
+      for (const auto& subList : list->classificationListVector()) {
+        if (subList) use(subLists[subList.ptr()], routes);
+      }
+    }
+    addShared(figures.values, values, [](const Value& value) { return objectBytes(value); });
+    addShared(figures.subLists, subLists, [](const SubList& subList) {
+      return objectBytes(subList) + storageBytes(subList.commVector());
+    });
+  }
+
+  static void use(Uses& uses, U64 routes) {
+    ++uses.references;
+    uses.occurrences += routes;
+  }
+
+  std::unordered_map<const List*, U64> holders_;
+};
+
+}  // namespace
+
+U64 HeldFigures::bytesUnshared() const {
+  U64 unshared = 0;
+  for (const KindFigures& kind : kinds) unshared += kind.bytesUnshared();
+  return unshared;
+}
+
+HeldFigures figuresOf(const HeldRoutes& routes) {
+  std::tuple<KindCount<CommList>, KindCount<LargeCommList>, KindCount<ExtCommList>,
+             KindCount<ExtCommIp6List>>
+      counts;
+  for (const auto& [key, communities] : routes.routes()) {
+    communities.forEachList([&counts](CommunityKind, const auto& list) {
+      std::get<KindCount<std::decay_t<decltype(list)>>>(counts).addRoute(list);
+    });
+  }
+  HeldFigures figures;
+  figures.routes = routes.routes().size();
+  figures.kinds = std::apply(
+      [](const auto&... count) {
+        return std::array<KindFigures, communityKinds>{count.figures()...};
+      },
+      counts);
+  figures.bytes = routes.tables().bytes();
+  return figures;
+}
+
+}  // namespace CommTool
