@@ -1,0 +1,73 @@
+#include "KivStash/ReaderPtr.h"
+
+#include <sstream>
+#include <thread>
+
+#include "Stash/StoreException.h"
+
+namespace KivStash {
+
+using Stash::ImageKind;
+using Stash::StoredImage;
+
+PavoAnchorTranslatorValidator::PavoAnchorTranslatorValidator(const void* stored,
+                                                             StoreManager* manager, ImageKind kind)
+    : manager_(manager),
+      stored_(stored),
+      image_(static_cast<const StoredImage*>(
+          store().translate(stored, sizeof(StoredImage), alignof(StoredImage)))),
+      anchor_(stillAnchor()) {
+  checkKind(kind);
+}
+
+// A change takes the writer some nanoseconds, so hardly ever more than one look;
+// more only if the writer was taken off its processor meanwhile.
+U32 PavoAnchorTranslatorValidator::stillAnchor() const {
+  constexpr int looks = 1000;
+  constexpr int quickLooks = 50;
+  for (int look = 0; look < looks; ++look) {
+    const U32 anchor = Stash::sharedLoad(image_->anchor);
+    if (anchor % 2 == 0) return anchor;
+    if (look >= quickLooks) std::this_thread::yield();
+  }
+  std::ostringstream text;
+  text << "version anchor: image " << stored_
+       << " is being changed, or its writer died while changing it";
+  throw Stash::VersionAnchorException(text.str());
+}
+
+void PavoAnchorTranslatorValidator::checkKind(ImageKind kind) const {
+  const ImageKind isKind = Stash::sharedLoad(image_->kind);
+  validateVersionAnchor();
+  if (isKind == kind) return;
+  std::ostringstream text;
+  text << "image " << stored_ << ": ";
+  if (isKind == ImageKind::none) {
+    text << "removed";
+    throw Stash::ImageNotFoundException(text.str());
+  }
+  if (isImageKind(isKind)) {
+    text << imageKindRow(isKind).name;
+  } else {
+    text << "kind " << static_cast<U32>(isKind);
+  }
+  text << ", not " << imageKindRow(kind).name;
+  throw Stash::WrongKindException(text.str());
+}
+
+void PavoAnchorTranslatorValidator::failChanged() const {
+  std::ostringstream text;
+  text << "version anchor: image " << stored_ << " was changed while it was read";
+  throw Stash::VersionAnchorException(text.str());
+}
+
+void PavoAnchorTranslatorValidator::checkCount(U32 count, U32 size) const {
+  const U64 octets = U64{count} * size;
+  if (octets <= 0xFFFFFFFF && (octets <= store().length() || octets <= store().lengthNow())) return;
+  std::ostringstream text;
+  text << "image " << stored_ << ": " << count << " elements of " << size
+       << " octets cannot be in a store of " << store().length();
+  throw Stash::CountException(text.str());
+}
+
+}  // namespace KivStash

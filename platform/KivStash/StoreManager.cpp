@@ -1,0 +1,68 @@
+#include "KivStash/StoreManager.h"
+
+#include <sstream>
+#include <utility>
+
+#include "Stash/StoreException.h"
+
+namespace KivStash {
+
+using Stash::DirectoryBlock;
+using Stash::ImageKind;
+using Stash::StoredImage;
+using Stash::Word;
+
+KIV_OBJECT_DEFINE(StoreManager)
+
+StoreManager::Ptr storeManagerFactory(const Stash::StoreName& name) {
+  return StoreManager::Ptr(new StoreManager(name));
+}
+
+StoreCursor::StoreCursor(StoreManager::Ptr manager) : manager_(std::move(manager)) {
+  blockIs(manager_->store().storedAddress(Stash::firstDirectoryBlock));
+}
+
+void StoreCursor::blockIs(const void* stored) {
+  stored_ = nullptr;
+  index_ = 0;
+  const void* const block =
+      manager_->store().translate(stored, sizeof(DirectoryBlock), alignof(DirectoryBlock));
+  block_ = static_cast<const DirectoryBlock*>(block);
+  stored_ = stored;
+}
+
+// Each block starts behind the one before it, or a faulty store could send the
+// reader round for ever.
+bool StoreCursor::blockNext() {
+  const void* const next = reinterpret_cast<const void*>(Stash::sharedLoad(block_->next));
+  const Word block = reinterpret_cast<Word>(std::exchange(stored_, nullptr));
+  manager_->store().check();
+  if (!next) return false;
+  const Word base = reinterpret_cast<Word>(manager_->store().storedAddress(0));
+  const Word offset = reinterpret_cast<Word>(next) - base;
+  if (offset < block - base + sizeof(DirectoryBlock)) {
+    throw Stash::InvalidStoreException("the store's directory leads back on itself");
+  }
+  blockIs(next);
+  return true;
+}
+
+std::optional<StoredRef> StoreCursor::next() {
+  while (stored_) {
+    if (index_ == DirectoryBlock::imageCount && !blockNext()) break;
+    const StoredImage& image = block_->images[index_];
+    const std::size_t offset = offsetof(DirectoryBlock, images) + index_++ * sizeof(StoredImage);
+    const ImageKind kind = Stash::sharedLoad(image.kind);
+    if (kind == ImageKind::none) continue;
+    const void* const stored = static_cast<const std::byte*>(stored_) + offset;
+    if (!isImageKind(kind)) {
+      std::ostringstream text;
+      text << "image " << stored << ": unknown kind " << static_cast<U32>(kind);
+      throw Stash::WrongKindException(text.str());
+    }
+    return StoredRef{kind, stored};
+  }
+  return std::nullopt;
+}
+
+}  // namespace KivStash

@@ -1,0 +1,337 @@
+#include "KivStash/StoreWriter.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include "Kiv/Exception.h"
+#include "Stash/StoreException.h"
+
+namespace KivStash {
+
+using Stash::DirectoryBlock;
+using Stash::ImageKind;
+using Stash::ImageKindRow;
+using Stash::StoredImage;
+using Stash::StoreHeader;
+using Stash::storeUnit;
+using Stash::Word;
+
+namespace {
+
+constexpr std::size_t leastLength = Stash::firstDirectoryBlock + sizeof(DirectoryBlock);
+
+std::size_t checkedMaximum(std::size_t maximum) {
+  if (maximum < leastLength || maximum > Stash::storeMaximumLimit) {
+    throw Kiv::RangeException("a store of at most " + std::to_string(maximum) +
+                              " octets: " + std::to_string(leastLength) + " to " +
+                              std::to_string(Stash::storeMaximumLimit) + " are possible");
+  }
+  return maximum / storeUnit * storeUnit;
+}
+
+const ImageKindRow& checkedRow(ImageKind kind, bool isList, ImageKind values) {
+  if (kind != ImageKind::none && isImageKind(kind)) {
+    const ImageKindRow& row = imageKindRow(kind);
+    if (row.isList == isList && row.values == values) return row;
+  }
+  throw Stash::WrongKindException("kind " + std::to_string(static_cast<U32>(kind)) +
+                                  " of image is not made of this");
+}
+
+void checkSize(const ImageKindRow& row, std::size_t size) {
+  if (row.size == size) return;
+  throw Stash::WrongKindException(Kiv::String(row.name) + " is made of " +
+                                  std::to_string(row.size) + " octets, not " +
+                                  std::to_string(size));
+}
+
+template <class T>
+void reserveMore(std::vector<T>& elements, std::size_t size) {
+  if (elements.capacity() < size) elements.reserve(std::max(size, elements.capacity() * 2));
+}
+
+// While it lives, readers are told to keep off the record.
+class Change {
+ public:
+  Change(StoredImage& record, U32& anchor) noexcept : record_(record), anchor_(anchor) {
+    Stash::sharedStore(record_.anchor, ++anchor_);
+  }
+  ~Change() { Stash::sharedStore(record_.anchor, ++anchor_); }
+
+ private:
+  StoredImage& record_;
+  U32& anchor_;
+};
+
+}  // namespace
+
+StoreWriter::StoreWriter(const Stash::StoreName& name, StoreSize size, mode_t mode)
+    : name_(name),
+      maximum_(checkedMaximum(size.maximum)),
+      space_(Stash::firstDirectoryBlock, maximum_) {
+  Stash::Descriptor file = name_.create(mode);
+  try {
+    mapping_ = std::make_shared<Stash::Mapping>(std::move(file), maximum_,
+                                                Stash::Mapping::Access::readWrite);
+    lengthIs(std::clamp(size.initial, leastLength, maximum_));
+    StoreHeader& made = header();
+    made.byteOrder = Stash::storeByteOrder;
+    made.version = Stash::storeVersion;
+    made.wordSize = Stash::wordSize;
+    made.base = reinterpret_cast<Word>(mapping_->data());
+    made.maximum = maximum_;
+    directoryAdd();
+    countsAre();
+    Stash::sharedStore(made.magic[0], Stash::storeMagic[0]);
+    Stash::sharedStore(made.magic[1], Stash::storeMagic[1]);
+  } catch (...) {
+    try {
+      name_.unlink();
+    } catch (const Stash::StoreAccessException&) {
+      // Somebody else has removed it.
+    }
+    throw;
+  }
+}
+
+StoreWriter::~StoreWriter() = default;
+
+ImageId StoreWriter::putElements(ImageKind kind, bool sorted, std::span<const std::byte> elements,
+                                 std::size_t elementSize) {
+  checkSize(checkedRow(kind, true, ImageKind::none), elementSize);
+  return listPut(kind, sorted, elements, {});
+}
+
+void StoreWriter::replaceElements(ImageId id, bool sorted, std::span<const std::byte> elements,
+                                  std::size_t elementSize) {
+  checkSize(checkedRow(heldEntry(id).kind, true, ImageKind::none), elementSize);
+  listReplace(entry(id), sorted, elements, {});
+}
+
+ImageId StoreWriter::putList(ImageKind kind, bool sorted, std::span<const ImageId> values) {
+  const std::vector<const void*> elements = addresses(kind, values);
+  return listPut(kind, sorted, std::as_bytes(std::span(elements)), {values.begin(), values.end()});
+}
+
+void StoreWriter::replaceList(ImageId id, bool sorted, std::span<const ImageId> values) {
+  const std::vector<const void*> elements = addresses(heldEntry(id).kind, values);
+  listReplace(entry(id), sorted, std::as_bytes(std::span(elements)),
+              {values.begin(), values.end()});
+}
+
+ImageId StoreWriter::listPut(ImageKind kind, bool sorted, std::span<const std::byte> elements,
+                             std::vector<ImageId> values) {
+  mapping_->check();
+  const Block block = blockTake(elements);
+  try {
+    const ImageId id = recordTake(kind);
+    listIs(entry(id), sorted, elements.size(), block, std::move(values));
+    return id;
+  } catch (...) {
+    blockRelease(block);
+    throw;
+  }
+}
+
+// The new elements are whole before the list leads to them, and the old ones stay
+// as they are until it no longer does: the anchor is odd for some stores only.
+void StoreWriter::listReplace(Entry& list, bool sorted, std::span<const std::byte> elements,
+                              std::vector<ImageId> values) {
+  mapping_->check();
+  listIs(list, sorted, elements.size(), blockTake(elements), std::move(values));
+}
+
+// Releases last what readers can still be led to by the list as it was: who finds
+// that used for something else will also find the list's anchor changed.
+void StoreWriter::listIs(Entry& list, bool sorted, std::size_t octets, const Block& block,
+                         std::vector<ImageId> values) noexcept {
+  const std::size_t count = octets / imageKindRow(list.kind).size;
+  for (const ImageId value : values) ++entry(value).referred;
+  {
+    const Change change(*list.record, list.anchor);
+    Stash::sharedStore(list.record->kind, list.kind);
+    Stash::sharedStore(list.record->detail, U32{sorted});
+    Stash::sharedStore(list.record->count, static_cast<U32>(count));
+    Stash::sharedStore(list.record->payload[0],
+                       block.size == 0 ? Word{0} : reinterpret_cast<Word>(words(block.offset)));
+  }
+  blockRelease(std::exchange(list.block, block));
+  list.values.swap(values);
+  for (const ImageId value : values) {
+    --entry(value).referred;
+    drop(value);
+  }
+  countsAre();
+}
+
+std::vector<const void*> StoreWriter::addresses(ImageKind kind,
+                                                std::span<const ImageId> values) const {
+  const ImageKind valueKind = isImageKind(kind) ? imageKindRow(kind).values : ImageKind::none;
+  if (valueKind == ImageKind::none) checkedRow(kind, true, ImageKind::extendedValue);
+  std::vector<const void*> elements;
+  elements.reserve(values.size());
+  for (const ImageId value : values) {
+    const Entry& known = heldEntry(value);
+    if (known.kind != valueKind) checkedRow(known.kind, false, valueKind);
+    elements.push_back(known.record);
+  }
+  return elements;
+}
+
+ImageId StoreWriter::putContent(ImageKind kind, U32 classification,
+                                std::span<const std::byte> content) {
+  checkSize(checkedRow(kind, false, ImageKind::none), content.size());
+  mapping_->check();
+  ValueKey key{kind, classification, {}};
+  std::ranges::copy(content, key.content.begin());
+  const auto [value, isNew] = values_.try_emplace(key);
+  if (!isNew) {
+    ++entry(value->second).held;
+    return value->second;
+  }
+  try {
+    value->second = recordTake(kind);
+  } catch (...) {
+    values_.erase(value);
+    throw;
+  }
+  Entry& made = entry(value->second);
+  made.value = value;
+  const Change change(*made.record, made.anchor);
+  Stash::sharedStore(made.record->kind, kind);
+  Stash::sharedStore(made.record->detail, classification);
+  Stash::sharedCopyIn(made.record->payload.data(), content.data(), content.size());
+  countsAre();
+  return value->second;
+}
+
+void StoreWriter::remove(ImageId id) {
+  heldEntry(id);
+  mapping_->check();
+  --entry(id).held;
+  drop(id);
+  countsAre();
+}
+
+// Ends an image that nobody holds.
+void StoreWriter::drop(ImageId id) noexcept {
+  Entry& left = entry(id);
+  if (left.held != 0 || left.referred != 0) return;
+  if (!imageKindRow(left.kind).isList) values_.erase(left.value);
+  left.kind = ImageKind::none;
+  --images_;
+  freeRecords_.push_back(id);  // has room for all
+  {
+    const Change change(*left.record, left.anchor);
+    Stash::sharedStore(left.record->kind, ImageKind::none);
+  }
+  blockRelease(std::exchange(left.block, {}));
+  for (const ImageId value : std::exchange(left.values, {})) {
+    --entry(value).referred;
+    drop(value);
+  }
+}
+
+const StoreWriter::Entry& StoreWriter::heldEntry(ImageId id) const {
+  const auto index = static_cast<std::size_t>(id);
+  if (index >= entries_.size() || entries_[index].held == 0) {
+    throw Stash::ImageNotFoundException("store " + name_.text() + ": image " +
+                                        std::to_string(index) +
+                                        " is not there, or not the caller's");
+  }
+  return entries_[index];
+}
+
+const void* StoreWriter::storedAddress(ImageId id) const { return heldEntry(id).record; }
+
+// A record that readers still take for none.
+ImageId StoreWriter::recordTake(ImageKind kind) {
+  if (freeRecords_.empty()) directoryAdd();
+  const ImageId id = freeRecords_.back();
+  freeRecords_.pop_back();
+  entry(id).kind = kind;
+  entry(id).held = 1;
+  ++images_;
+  return id;
+}
+
+// Behind all else, so that addresses ascend.  The octets may have been elements.
+void StoreWriter::directoryAdd() {
+  const std::size_t known = entries_.size();
+  reserveMore(entries_, known + DirectoryBlock::imageCount);
+  reserveMore(freeRecords_, known + DirectoryBlock::imageCount);
+  const std::size_t offset =
+      provided(space_.takeAtEnd(sizeof(DirectoryBlock)), sizeof(DirectoryBlock));
+  for (std::size_t at = 0; at < sizeof(DirectoryBlock); at += sizeof(Word)) {
+    Stash::sharedStore(*words(offset + at), Word{0});
+  }
+  auto* const block = reinterpret_cast<DirectoryBlock*>(words(offset));
+  for (StoredImage& record : block->images) entries_.emplace_back().record = &record;
+  for (std::size_t id = entries_.size(); id-- > known;) {
+    freeRecords_.push_back(static_cast<ImageId>(id));
+  }
+  if (lastNext_) Stash::sharedStore(*lastNext_, reinterpret_cast<Word>(block));
+  lastNext_ = &block->next;
+}
+
+StoreWriter::Block StoreWriter::blockTake(std::span<const std::byte> elements) {
+  if (elements.empty()) return {};
+  if (elements.size() > 0xFFFFFFFF) {
+    throw Stash::CountException("a list of " + std::to_string(elements.size()) +
+                                " octets is longer than a reader takes");
+  }
+  const std::size_t size = (elements.size() + storeUnit - 1) / storeUnit * storeUnit;
+  const std::size_t offset = provided(space_.take(size), size);
+  Stash::sharedCopyIn(words(offset), elements.data(), elements.size());
+  return {offset, size};
+}
+
+void StoreWriter::blockRelease(const Block& block) noexcept {
+  if (block.size != 0) space_.release(block.offset, block.size);
+}
+
+// What was taken, with the file behind it.
+std::size_t StoreWriter::provided(std::optional<std::size_t> offset, std::size_t size) {
+  if (!offset) {
+    throw Stash::StoreFullException("store " + name_.text() + " is full: " + std::to_string(size) +
+                                    " octets more do not fit in the " + std::to_string(maximum_) +
+                                    " that it may grow to");
+  }
+  if (*offset + size > length_) {
+    try {
+      lengthIs(std::min(maximum_, std::max(*offset + size, 2 * length_)));
+    } catch (...) {
+      space_.release(*offset, size);
+      throw;
+    }
+  }
+  return *offset;
+}
+
+// Has the system provide for the octets now: writing to memory that it only
+// promised could end the process.
+void StoreWriter::lengthIs(std::size_t length) {
+  int error = 0;
+  do {
+    error = ::posix_fallocate(mapping_->file().fd(), 0, static_cast<off_t>(length));
+  } while (error == EINTR);
+  if (error != 0) {
+    throw Stash::StoreFullException("store " + name_.text() + " cannot have " +
+                                    std::to_string(length) +
+                                    " octets: " + std::generic_category().message(error));
+  }
+  length_ = length;
+  Stash::sharedStore(header().length, Word{length});
+}
+
+void StoreWriter::countsAre() noexcept {
+  Stash::sharedStore(header().images, images_);
+  Stash::sharedStore(header().used, Word{space_.used()});
+}
+
+}  // namespace KivStash

@@ -1,0 +1,60 @@
+#include "Stash/StoreName.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "Stash/StoreException.h"
+
+namespace Stash {
+namespace {
+
+[[noreturn]] void failed(const char* what, const Kiv::String& name) {
+  throw StoreAccessException(Kiv::String("cannot ") + what + " store " + name + ": " +
+                             std::generic_category().message(errno));
+}
+
+}  // namespace
+
+Descriptor::~Descriptor() {
+  if (fd_ >= 0) ::close(fd_);
+}
+
+StoreName::StoreName(Kiv::String text) : text_(std::move(text)) {
+  if (text_.empty() || text_.find('\0') != text_.npos) {
+    throw StoreAccessException("the name of a store is empty or has a null character");
+  }
+  if (text_.find('/') == text_.npos) path_ = "/" + text_;
+}
+
+// Opening does not wait, as it would for a pipe that has no writer.
+Descriptor StoreName::open() const {
+  Descriptor file(isPath() ? ::open(text_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)
+                           : ::shm_open(path_.c_str(), O_RDONLY, 0));
+  if (file.fd() < 0) failed("open", text_);
+  struct stat status;
+  if (::fstat(file.fd(), &status) != 0) failed("examine", text_);
+  if (!S_ISREG(status.st_mode)) {
+    throw InvalidStoreException(text_ + " is not a store: not a regular file");
+  }
+  return file;
+}
+
+Descriptor StoreName::create(mode_t mode) const {
+  constexpr int flags = O_RDWR | O_CREAT | O_EXCL;
+  Descriptor file(isPath() ? ::open(text_.c_str(), flags | O_CLOEXEC, mode)
+                           : ::shm_open(path_.c_str(), flags, mode));
+  if (file.fd() < 0) failed("create", text_);
+  return file;
+}
+
+void StoreName::unlink() const {
+  const int result = isPath() ? ::unlink(text_.c_str()) : ::shm_unlink(path_.c_str());
+  if (result != 0) failed("remove", text_);
+}
+
+}  // namespace Stash

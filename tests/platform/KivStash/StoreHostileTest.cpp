@@ -1,0 +1,252 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include "tests/platform/KivStash/StoreImages.h"
+
+namespace StoreTest {
+namespace {
+
+using Octets = std::vector<char>;
+using Stash::DirectoryBlock;
+using Stash::StoredImage;
+using Stash::StoreHeader;
+using Stash::Word;
+
+constexpr std::size_t firstImage = Stash::firstDirectoryBlock + offsetof(DirectoryBlock, images);
+
+// Two plain lists, two values and a list of them.
+Octets smallStore() {
+  const TestName name(true);
+  {
+    StoreWriter writer(name.name(), {0, 8192});
+    const std::array<U32, 5> comms = {1, 2, 3, 4, 5};
+    writer.putList(standardList, true, std::span<const U32>(comms));
+    writer.putList(largeList, true, std::span<const Large>(std::array<Large, 1>{{{1, 2, 3}}}));
+    const std::array values = {writer.putValue(extendedValue, 1, std::array<U32, 2>{6, 7}),
+                               writer.putValue(extendedValue, 2, std::array<U32, 2>{8, 9})};
+    writer.putList(extendedList, true, std::span<const ImageId>(values));
+  }
+  std::ifstream file(name.text(), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write(const TestName& name, const Octets& octets) {
+  std::ofstream(name.text(), std::ios::binary)
+      .write(octets.data(), static_cast<std::streamsize>(octets.size()));
+}
+
+template <class T>
+void put(Octets& octets, std::size_t at, T value) {
+  std::memcpy(octets.data() + at, &value, sizeof value);
+}
+
+template <class T>
+T get(const Octets& octets, std::size_t at) {
+  T value;
+  std::memcpy(&value, octets.data() + at, sizeof value);
+  return value;
+}
+
+struct Outcome {
+  std::vector<List> lists;
+  std::string error;  // the last one
+};
+
+// Reads all that can be read.
+Outcome readAll(const Stash::StoreName& name) {
+  Outcome outcome;
+  try {
+    const StoreManager::Ptr manager = KivStash::storeManagerFactory(name);
+    StoreCursor cursor(manager);
+    for (bool more = true; more;) {
+      try {
+        const auto image = cursor.next();
+        more = image.has_value();
+        if (more) outcome.lists.push_back(readList(*image, manager.ptr()));
+      } catch (const Stash::StoreException& error) {
+        outcome.error = error.what();
+      }
+    }
+  } catch (const Stash::StoreException& error) {
+    outcome.error = error.what();
+  }
+  return outcome;
+}
+
+struct Corruption {
+  const char* what;
+  std::function<void(Octets&)> corrupt;
+  const char* error;  // is part of what() of the exception
+  std::size_t lists;  // that are read all the same
+};
+
+constexpr std::size_t recordAt(std::size_t index) {
+  return firstImage + index * sizeof(StoredImage);
+}
+constexpr std::size_t elementsAt(std::size_t index) {
+  return recordAt(index) + offsetof(StoredImage, payload);
+}
+
+template <class T>
+auto set(std::size_t at, T value) {
+  return [at, value](Octets& octets) { put(octets, at, value); };
+}
+
+auto setStored(std::size_t at, Word offset) {
+  return [at, offset](Octets& octets) {
+    put(octets, at, get<Word>(octets, offsetof(StoreHeader, base)) + offset);
+  };
+}
+
+TEST(HostileStore, IsRefusedByNamingTheCheck) {
+  const Corruption table[] = {
+      {"nothing", [](Octets&) {}, "", 5},
+      {"no octets", [](Octets& octets) { octets.clear(); }, "does not start like one", 0},
+      {"few octets", [](Octets& octets) { octets.resize(11); }, "does not start like one", 0},
+      {"half a header", [](Octets& octets) { octets.resize(30); }, "ends within its header", 0},
+      {"cut", [](Octets& octets) { octets.pop_back(); }, "cut short", 0},
+      {"magic", set(0, 'x'), "does not start like one", 0},
+      {"byte order", set(offsetof(StoreHeader, byteOrder), U32{0x04030201}), "another byte order",
+       0},
+      {"version", set(offsetof(StoreHeader, version), U32{2}), "layout version is 2, not 1", 0},
+      {"word size", set(offsetof(StoreHeader, wordSize), U32{12 - Stash::wordSize}),
+       Stash::wordSize == 8 ? "word size is 32, not 64" : "word size is 64, not 32", 0},
+      {"maximum", set(offsetof(StoreHeader, maximum), Word{2000}), "may grow to 2000", 0},
+      {"huge maximum", set(offsetof(StoreHeader, maximum), ~Word{0}), "may grow to", 0},
+      {"length", set(offsetof(StoreHeader, length), Word{100}), "length is 100", 0},
+      {"huge length", set(offsetof(StoreHeader, length), Word{8000}), "cut short", 0},
+      {"base", set(offsetof(StoreHeader, base), Word{16}), "outside the store", 2},
+      {"directory on itself", setStored(Stash::firstDirectoryBlock, Stash::firstDirectoryBlock),
+       "leads back", 5},
+      {"directory in itself", setStored(Stash::firstDirectoryBlock, firstImage + 8), "leads back",
+       5},
+      {"directory far", setStored(Stash::firstDirectoryBlock, 1 << 20), "outside the store", 5},
+      {"directory askew", setStored(Stash::firstDirectoryBlock, 4001), "not a multiple", 5},
+      {"unknown kind", set(recordAt(0) + offsetof(StoredImage, kind), U32{77}), "unknown kind 77",
+       4},
+      {"odd anchor", set(recordAt(0), U32{5}), "is being changed", 4},
+      {"count", set(recordAt(0) + offsetof(StoredImage, count), U32{4000}), "cannot be in a store",
+       4},
+      {"huge count", set(recordAt(1) + offsetof(StoredImage, count), ~U32{0}),
+       "cannot be in a store", 4},
+      {"count past the end",
+       [](Octets& octets) {
+         put(octets, recordAt(0) + offsetof(StoredImage, count),
+             static_cast<U32>(octets.size() / sizeof(U32)));
+       },
+       "outside the store", 4},
+      {"no elements", set(elementsAt(0), Word{0}), "outside the store", 4},
+      {"elements before", setStored(elementsAt(0), ~Word{15}), "outside the store", 4},
+      {"elements behind", setStored(elementsAt(0), 8192), "outside the store", 4},
+      {"elements askew", setStored(elementsAt(0), 1001), "not a multiple", 4},
+      {"other content", setStored(elementsAt(2), 0), "", 5},
+      {"list of lists", setStored(elementsAt(4), elementsAt(0)), "is being changed", 4},
+      {"value removed", set(recordAt(2) + offsetof(StoredImage, kind), U32{0}), "removed", 3},
+      {"value of another kind", set(recordAt(2) + offsetof(StoredImage, kind), U32{5}),
+       "an IPv6 value, not an extended value", 4},
+  };
+  const Octets sound = smallStore();
+  for (const Corruption& row : table) {
+    const TestName name(true);
+    Octets octets = sound;
+    row.corrupt(octets);
+    write(name, octets);
+    const Outcome outcome = readAll(name.name());
+    EXPECT_NE(outcome.error.npos, outcome.error.find(row.error)) << row.what << outcome.error;
+    EXPECT_EQ(*row.error == 0, outcome.error.empty()) << row.what << ": " << outcome.error;
+    EXPECT_EQ(row.lists, outcome.lists.size()) << row.what << ": " << outcome.error;
+  }
+}
+
+TEST(HostileStore, MayHaveAnyBitFlipped) {
+  const Octets sound = smallStore();
+  std::size_t failures = 0;
+  // All bits of what is in use, one of each octet of the rest.
+  const std::size_t used = recordAt(6) * 8;
+  for (std::size_t bit = 0; bit < sound.size() * 8; bit += bit < used ? 1 : 9) {
+    const TestName name;
+    Octets octets = sound;
+    octets[bit / 8] = static_cast<char>(octets[bit / 8] ^ 1 << bit % 8);
+    const Stash::Descriptor file = name.name().create(0600);
+    ASSERT_EQ(static_cast<ssize_t>(octets.size()),
+              ::pwrite(file.fd(), octets.data(), octets.size(), 0));
+    const Outcome outcome = readAll(name.name());
+    failures += outcome.error.empty() ? 0 : 1;
+    ASSERT_LE(outcome.lists.size(), DirectoryBlock::imageCount * 2);
+    ::shm_unlink(("/" + name.text()).c_str());
+  }
+  EXPECT_GT(failures, 300U);
+}
+
+TEST(HostileStore, IsNoFolderAndNoPipe) {
+  EXPECT_THROW(StoreManager{Stash::StoreName(P_tmpdir "/")}, Stash::InvalidStoreException);
+  const TestName name(true);
+  ASSERT_EQ(0, ::mkfifo(name.text().c_str(), 0600));
+  EXPECT_THROW(StoreManager{name.name()}, Stash::InvalidStoreException);
+  EXPECT_THROW(Stash::storeRemove(name.name()), Stash::StoreException);
+}
+
+TEST(HostileStore, IsNotRemovedIfItIsSomethingElse) {
+  const TestName name(true);
+  write(name, Octets(100, 'x'));
+  EXPECT_THROW(Stash::storeRemove(name.name()), Stash::InvalidStoreException);
+  EXPECT_TRUE(std::ifstream(name.text()).good());
+}
+
+// The file goes away while it is mapped, wholly or in part, and comes back.
+TEST(HostileStore, MayLoseItsFileUnderReadersAndWriter) {
+  for (const bool file : {false, true}) {
+    const TestName name(file);
+    StoreWriter writer(name.name());
+    const ImageId list =
+        writer.putList(standardList, true, std::span<const U32>(std::vector<U32>(5000, 7)));
+    const void* const stored = writer.storedAddress(list);
+    const StoreManager::Ptr whole = KivStash::storeManagerFactory(name.name());
+    const StoreManager::Ptr half = KivStash::storeManagerFactory(name.name());
+    const Reader<StandardList> reader(stored, half.ptr());
+    const auto elements = reader.elements<U32>();
+    std::vector<U32> comms(5000);
+    elements.copyTo(comms);
+
+    const std::string path = file ? name.text() : "/dev/shm/" + name.text();
+    ASSERT_EQ(0, ::truncate(path.c_str(), 8192));
+    EXPECT_THROW(elements.copyTo(comms), Stash::InvalidStoreException);
+    EXPECT_THROW(reader.sorted(), Stash::InvalidStoreException);
+    ASSERT_EQ(0, ::truncate(path.c_str(), 0));
+    EXPECT_THROW(Reader<StandardList>(stored, whole.ptr()), Stash::InvalidStoreException);
+    StoreCursor cursor(whole);
+    EXPECT_THROW(while (cursor.next()){}, Stash::InvalidStoreException);
+    EXPECT_THROW(
+        for (int i = 0; i < 2; ++i) writer.replaceList(list, true, std::span<const U32>(comms)),
+        Stash::InvalidStoreException);
+    ::unlink(path.c_str());
+  }
+}
+
+// A fault that is none of ours still ends the process.
+TEST(HostileStoreDeathTest, LeavesOtherFaultsAlone) {
+  const TestName name;
+  const StoreWriter writer(name.name());
+  Stash::storeRemove(name.name());  // as those who die do not
+  EXPECT_DEATH(::raise(SIGBUS), "");
+  EXPECT_DEATH(
+      {
+        const Stash::Descriptor file = TestName().name().create(0600);
+        volatile char* const page =
+            static_cast<volatile char*>(::mmap(nullptr, 1, PROT_READ, MAP_SHARED, file.fd(), 0));
+        std::exit(*page);
+      },
+      "");
+}
+
+}  // namespace
+}  // namespace StoreTest

@@ -1,0 +1,228 @@
+// Readers and a writer at work at the same time: in two processes, in two threads,
+// and with a writer that is killed.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <random>
+#include <thread>
+
+#include "tests/platform/KivStash/StoreImages.h"
+
+namespace StoreTest {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Changes lists of all kinds at full speed.  All parts of a list are made from one
+// number, so that a reader can tell a whole one.
+class Churner {
+ public:
+  explicit Churner(StoreWriter& writer) : writer_(writer) {}
+
+  void step() {
+    const U32 choice = next() % 8;
+    if (ids_.size() > 100 || (choice == 0 && !ids_.empty())) {
+      const std::size_t index = next() % ids_.size();
+      writer_.remove(ids_[index].first);
+      ids_[index] = ids_.back();
+      ids_.pop_back();
+    } else if (choice < 3 || ids_.empty()) {
+      const U32 kind = next() % 4;
+      ids_.emplace_back(put(kind, nullptr), kind);
+    } else {
+      const auto& [id, kind] = ids_[next() % ids_.size()];
+      put(kind, &id);
+    }
+  }
+
+ private:
+  U32 next() { return static_cast<U32>(random_()); }
+
+  ImageId put(U32 kind, const ImageId* old) {
+    const U32 seed = next();
+    const std::size_t count = next() % 50;
+    const bool sorted = seed % 2 == 0;
+    if (kind == 0) return plain(standardList, sorted, std::vector<U32>(count, seed), old);
+    if (kind == 1) {
+      return plain(largeList, sorted, std::vector<Large>(count, {seed, seed, seed}), old);
+    }
+    std::vector<ImageId> values(count);
+    for (ImageId& value : values) {
+      value = kind == 2 ? writer_.putValue(extendedValue, seed, std::array<U32, 2>{seed, seed})
+                        : writer_.putValue(ipv6Value, seed, Ipv6{static_cast<U8>(seed)});
+    }
+    const std::span<const ImageId> elements(values);
+    ImageId id{};
+    if (old) {
+      writer_.replaceList(id = *old, sorted, elements);
+    } else {
+      id = writer_.putList(kind == 2 ? extendedList : ipv6List, sorted, elements);
+    }
+    for (const ImageId value : values) writer_.remove(value);
+    return id;
+  }
+
+  template <class E>
+  ImageId plain(ImageKind kind, bool sorted, const std::vector<E>& elements, const ImageId* old) {
+    if (!old) return writer_.putList(kind, sorted, std::span<const E>(elements));
+    writer_.replaceList(*old, sorted, std::span<const E>(elements));
+    return *old;
+  }
+
+  StoreWriter& writer_;
+  std::mt19937 random_{42};
+  std::vector<std::pair<ImageId, U32>> ids_;
+};
+
+bool isWhole(const List& list) {
+  if (list.words.empty()) return true;
+  const U32 seed = list.words[0];
+  if (list.sorted != (seed % 2 == 0)) return false;
+  for (std::size_t i = 0; i < list.words.size(); ++i) {
+    U32 expected = seed;
+    if (list.kind == ipv6List && i % 21 != 0) expected = i % 21 == 1 ? seed & 0xFF : 0;
+    if (list.words[i] != expected) return false;
+  }
+  return true;
+}
+
+struct Count {
+  U64 whole = 0;
+  U64 broken = 0;
+  U64 retries = 0;
+};
+
+// One walk through the store.
+void readOnce(const StoreManager::Ptr& manager, Count& count) {
+  StoreCursor cursor(manager);
+  while (const auto image = cursor.next()) {
+    if (!imageKindRow(image->kind).isList) continue;
+    try {
+      ++(isWhole(readList(*image, manager.ptr())) ? count.whole : count.broken);
+    } catch (const Stash::VersionAnchorException&) {
+      ++count.retries;
+    } catch (const Stash::ImageNotFoundException&) {
+      ++count.retries;
+    } catch (const Stash::WrongKindException&) {
+      ++count.retries;
+    }
+  }
+}
+
+// Writes in a process of its own until killed.
+pid_t startWriter(const TestName& name) {
+  int ready[2];
+  if (::pipe(ready) != 0) return -1;
+  const pid_t pid = ::fork();
+  if (pid != 0) {
+    ::close(ready[1]);
+    char mark = 0;
+    EXPECT_EQ(1, ::read(ready[0], &mark, 1));
+    ::close(ready[0]);
+    return pid;
+  }
+  StoreWriter writer(name.name(), {0, 1 << 22});
+  Churner churner(writer);
+  churner.step();
+  if (::write(ready[1], "x", 1) != 1) ::_exit(1);
+  for (;;) churner.step();
+}
+
+void end(pid_t pid) {
+  ::kill(pid, SIGKILL);
+  int status = 0;
+  EXPECT_EQ(pid, ::waitpid(pid, &status, 0));
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+}
+
+TEST(StoreProcess, ReaderSeesOnlyWholeListsOfAnotherProcess) {
+  const TestName name;
+  const pid_t writer = startWriter(name);
+  const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
+  Count count;
+  const auto until = Clock::now() + std::chrono::milliseconds(1500);
+  while (Clock::now() < until) readOnce(manager, count);
+  end(writer);
+  EXPECT_EQ(0U, count.broken);
+  EXPECT_GT(count.whole, 1000U);
+  RecordProperty("whole", std::to_string(count.whole));
+  RecordProperty("retries", std::to_string(count.retries));
+}
+
+// What a dead writer has left half changed ends in an exception, the rest is read.
+TEST(StoreProcess, ReaderOutlivesAWriterKilledAtAnyTime) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 30; ++round) {
+    const TestName name;
+    const pid_t writer = startWriter(name);
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % 5000));
+    end(writer);
+    const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
+    Count count;
+    readOnce(manager, count);
+    EXPECT_EQ(0U, count.broken);
+    EXPECT_LE(count.retries, 1U);
+    EXPECT_GT(count.whole + count.retries, 0U);
+  }
+}
+
+// The same by one memory: what a thread sanitizer can watch.
+TEST(StoreProcess, ThreadsReadWhatOneChanges) {
+  const TestName name;
+  StoreWriter writer(name.name(), {0, 1 << 22});
+  Churner churner(writer);
+  churner.step();
+  std::atomic<bool> done{false};
+  std::array<Count, 2> counts;
+  std::vector<std::thread> readers;
+  for (Count& count : counts) {
+    readers.emplace_back([&count, &done, manager = writer.manager()] {
+      do readOnce(manager, count);
+      while (!done);
+    });
+  }
+  const auto until = Clock::now() + std::chrono::milliseconds(700);
+  while (Clock::now() < until) churner.step();
+  done = true;
+  for (std::thread& reader : readers) reader.join();
+  for (const Count& count : counts) {
+    EXPECT_EQ(0U, count.broken);
+    EXPECT_GT(count.whole, 0U);
+  }
+}
+
+// The fields of one record, which take the writer a few nanoseconds to change.
+TEST(StoreProcess, FieldsOfARecordChangeTogether) {
+  const TestName name;
+  StoreWriter writer(name.name());
+  const std::array<U32, 2> comms = {1, 2};
+  const std::span<const U32> both(comms);
+  const ImageId list = writer.putList(standardList, true, both.first(1));
+  std::atomic<bool> done{false};
+  U64 torn = 0;
+  U64 read = 0;
+  std::thread reader([&, manager = writer.manager(), stored = writer.storedAddress(list)] {
+    while (!done) {
+      try {
+        const Reader<StandardList> image(stored, manager.ptr());
+        const bool sorted = image.sorted();
+        if (sorted != (image.elements<U32>().count() == 1)) ++torn;
+        ++read;
+      } catch (const Stash::VersionAnchorException&) {
+      }
+    }
+  });
+  const auto until = Clock::now() + std::chrono::milliseconds(300);
+  for (bool sorted = false; Clock::now() < until; sorted = !sorted) {
+    writer.replaceList(list, sorted, both.first(sorted ? 1 : 2));
+  }
+  done = true;
+  reader.join();
+  EXPECT_EQ(0U, torn);
+  EXPECT_GT(read, 0U);
+}
+
+}  // namespace
+}  // namespace StoreTest
