@@ -321,7 +321,8 @@ void ExtCommListBase<Family>::partsDedup(const ListTable* table) {
   }
 }
 
-// Without memory for all, the sub-lists go again, so that one may try once more.
+// Without memory for all, the sub-lists go again, so that one may try once more;
+// but not once other threads can have found the list.
 template <class Family>
 auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
   ASSERT_LIST(this->dedupState() == Dorn::dedupHandleStateNeverDeduped(),
@@ -333,7 +334,9 @@ auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
     shrink(commVector_);
     return Kiv::staticPtrCast<const List>(table->dedup(Dorn::DedupHandle::Ptr(this)));
   } catch (...) {
-    classificationListVector_.clear();
+    if (this->dedupState() == Dorn::dedupHandleStateNeverDeduped()) {
+      classificationListVector_.clear();
+    }
     throw;
   }
 }

@@ -187,7 +187,7 @@ TYPED_TEST(ExtCommListContract, PartsAreInternedOnTheirOwn) {
   const auto list = this->intern({5, 1});
   const typename TypeParam::Family::ClassificationList::Ptr part(
       new typename TypeParam::Family::ClassificationList(extCommClassificationRouteOrigin));
-  for (const U32 number : {5, 1, 5}) part->commIs(this->value(number));
+  for (const U32 number : {5U, 1U, 5U}) part->commIs(this->value(number));
   EXPECT_FALSE(part->commVectorSorted());
   EXPECT_EQ(list->classificationList(extCommClassificationRouteOrigin),
             part->dedup(this->table_.ptr()));
