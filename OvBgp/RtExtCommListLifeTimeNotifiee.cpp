@@ -70,14 +70,15 @@ void RtExtCommListLifeTimeNotifiee::handleRemove(Dorn::DedupHandle* handle) {
   rtExtCommList->lifeTimeNotifierIs(nullptr);
 }
 
-// Members may leave during the walk, which holds them. One that has no notifier is
-// still to be announced: observation stops while it begins.
+// Needs no memory. Members may leave during the walk, which holds the one that it is
+// at. One that has no notifier was seen already, or is still to be announced:
+// observation stops while it begins.
 void RtExtCommListLifeTimeNotifiee::handleNotificationStop(
     const Kiv::Ptr<const Dorn::DedupHashTable>& table) {
   KIV_TRACE(ovBgpTrace, ovBgpTraceLifeTime, __func__ << " dedupTable: " << table.ptr());
-  for (const Dorn::DedupHandle::Ptr& member : table->members()) {
+  table->membersVisit([this](const Dorn::DedupHandle::Ptr& member) {
     if (rtExtCommListOf(member.ptr())->lifeTimeNotifier()) handleRemove(member.ptr());
-  }
+  });
 }
 
 }  // namespace Routing::Bgp

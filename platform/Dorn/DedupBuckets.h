@@ -78,6 +78,13 @@ class DedupBuckets {
   template <class Visit>
   void forEach(const Visit& visit) const;
 
+  // Places for members, and the member at one, or null: for walks with pauses.
+  // Members move only when there come to be more places.
+  U32 places() const noexcept { return count_ * DedupBucket::slots; }
+  DedupHandle* memberAt(U32 place) const noexcept {
+    return buckets_[place / DedupBucket::slots].member[place % DedupBucket::slots];
+  }
+
   void swap(DedupBuckets& other) noexcept;
 
  private:

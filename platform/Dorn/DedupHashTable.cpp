@@ -196,7 +196,7 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
 }
 
 // Requires the notification lock. The observer may walk the table once more.
-void DedupHashTable::notifieeStop() {
+void DedupHashTable::notifieeStop() noexcept {
   // Held, as it may let itself go.
   const DedupHashTableLifeTimeNotifiee::Ptr notifiee(notifiee_.load(std::memory_order_relaxed));
   if (!notifiee || stopping_) return;
@@ -225,6 +225,18 @@ std::vector<DedupHandle::Ptr> DedupHashTable::members() const {
     shards_[i].buckets.forEach([&all](DedupHandle* member) { all.emplace_back(member); });
   }
   return all;
+}
+
+DedupHandle::Ptr DedupHashTable::memberFrom(const Shard& shard, U32& place, U32& places) const {
+  const ShardLock lock(*this, shard);
+  if (places != shard.buckets.places()) {
+    places = shard.buckets.places();
+    place = 0;
+  }
+  while (place < places) {
+    if (DedupHandle* const member = shard.buckets.memberAt(place++)) return DedupHandle::Ptr(member);
+  }
+  return nullptr;
 }
 
 void DedupHashTable::dumpState(const Kiv::Ptr<const DumpContext>& context,

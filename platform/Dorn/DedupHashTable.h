@@ -73,6 +73,17 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // All members, each with a reference that keeps it: for walks that may change
   // the table in any way.
   std::vector<DedupHandle::Ptr> members() const;
+  // Visits members one by one, with a reference and without a lock, and allocates
+  // nothing. `visit` may change the table: who is there all the time is visited, once
+  // more for each time that the table grows meanwhile.
+  template <class Visit>
+  void membersVisit(const Visit& visit) const {
+    for (U32 i = 0; i <= shardMask_; ++i) {
+      U32 place = 0;
+      U32 places = 0;
+      while (const DedupHandle::Ptr member = memberFrom(shards_[i], place, places)) visit(member);
+    }
+  }
 
   // Prints one line: how many members there are.
   void dumpState(const Kiv::Ptr<const DumpContext>& context, unsigned int indent) const;
@@ -144,7 +155,10 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   static void tableReferenceDrop(DedupHandle& member) noexcept;
 
   void membersDetach() noexcept;
-  void notifieeStop();
+  void notifieeStop() noexcept;
+  // The first member of the shard at `place` or after, which `place` then is behind;
+  // from the beginning if there are no longer `places`.
+  DedupHandle::Ptr memberFrom(const Shard& shard, U32& place, U32& places) const;
 
   const U32 shardMask_;
   const bool threadSafe_;
