@@ -11,6 +11,10 @@
 #include "OvBgp/ValueList.h"
 #include "OvFmt/DynamicBuffer.h"
 
+namespace KivStash {
+class StoreManager;
+}
+
 namespace Routing::RouteMap {
 class PosixRegex;
 }
@@ -66,6 +70,10 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
   // The communities as an ordered collection of the caller's own, to read, edit and
   // watch (OvBgp/CommListSnapshot.h).
   Kiv::Ptr<CommListSnapshot> commSnapshot() const;
+
+  // The list that the writer of a store has at `stored`, rebuilt, not yet interned;
+  // OvBgp/Destash.h.
+  static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:
   friend class ValueList<CommListFamily>;

@@ -14,6 +14,10 @@
 #include "OvBgp/ExtCommContent.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 
+namespace KivStash {
+class StoreManager;
+}
+
 namespace OvFmt {
 class DynamicBufferInterface;
 }
@@ -92,6 +96,10 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   // The interned object of this value, typed by the table's rule tree. One hash
   // and one probe if there is one. Throws std::bad_alloc.
   static PtrConst dedupContent(const ExtCommDedupTable* table, const ExtCommContent& content);
+
+  // The value that the writer of a store has at `stored`: of this class, whatever
+  // the value, in the state `rebuilt`, and never in a table.  OvBgp/Destash.h.
+  static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  protected:
   // How a diagnostic text starts unless the class has words of its own: the name

@@ -7,11 +7,16 @@
 
 #include "Kiv/Export.h"
 #include "Kiv/FlagSet.h"
+#include "Kiv/Ptr.h"
 #include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "KivStash/DedupHandle.h"
 #include "OvBgp/ExtCommIp6Content.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
+
+namespace KivStash {
+class StoreManager;
+}
 
 namespace OvFmt {
 class DynamicBufferInterface;
@@ -69,6 +74,13 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   // The interned object of this value, made by the table's rule tree. One hash and
   // one probe if there is one. Throws std::bad_alloc.
   static PtrConst dedupContent(const ExtCommIp6DedupTable* table, const ExtCommIp6Content& content);
+
+  // The value that the writer of a store has at `stored`: of this class, whatever
+  // the value, in the state `rebuilt`, and never in a table.  OvBgp/Destash.h.
+  static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
+  static Ptr destash(const void* stored, const Kiv::Ptr<KivStash::StoreManager>& storeManager) {
+    return destash(stored, storeManager.ptr());
+  }
 
  private:
   template <class Subtype>

@@ -13,6 +13,10 @@
 #include "OvBgp/ExtCommIp6ClassificationList.h"
 #include "OvBgp/ExtCommListImpl.h"
 
+namespace KivStash {
+class StoreManager;
+}
+
 namespace Routing::Bgp {
 
 class ExtCommIp6ListSnapshot;
@@ -47,6 +51,10 @@ class OV_EXPORT ExtCommIp6List final : public ExtCommListBase<ExtCommIp6Family> 
 
   // A copy to edit and to watch.
   Kiv::Ptr<ExtCommIp6ListSnapshot> commSnapshot() const;
+
+  // The list that the writer of a store has at `stored`, rebuilt for reading; to
+  // intern it, dedupDestashed.  OvBgp/Destash.h.
+  static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:
   template <class>

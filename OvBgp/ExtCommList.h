@@ -13,6 +13,10 @@
 #include "OvBgp/ExtCommFamily.h"
 #include "OvBgp/ExtCommListImpl.h"
 
+namespace KivStash {
+class StoreManager;
+}
+
 namespace Routing::RouteMap {
 class PosixRegex;
 }
@@ -108,6 +112,10 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   // A copy to edit and to watch.
   Kiv::Ptr<ExtCommListSnapshot> commSnapshot() const;
   Kiv::Ptr<ExtCommListSnapshot> snapshot() const;
+
+  // The list that the writer of a store has at `stored`, rebuilt for reading; to
+  // intern it, dedupDestashed.  OvBgp/Destash.h.
+  static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:
   template <class>

@@ -383,6 +383,17 @@ auto ExtCommListBase<Family>::dedupAttributeValue(const ListTable* table, const 
 }
 
 template <class Family>
+auto ExtCommListBase<Family>::dedupDestashed(const ListTable* table, const ValueTable* values,
+                                             const List& destashed) -> ListPtr {
+  const ExtCommVector<Value>& comms = destashed.commVector();
+  const CommsRoom<ValuePtr> room(comms.size());
+  std::transform(comms.begin(), comms.end(), room.comms().begin(), [values](const ValuePtr& comm) {
+    return Value::dedupContent(values, comm->getContent());
+  });
+  return dedupComms(table, room.comms());
+}
+
+template <class Family>
 U32 ExtCommListBase<Family>::totalCommunities() const {
   ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
   return commVector_.size();
@@ -414,6 +425,9 @@ void ExtCommListBase<Family>::writeText(std::ostream& out) const {
 template <class Family>
 void ExtCommListBase<Family>::appendPolicyText(OvFmt::DynamicBufferInterface& to,
                                                typename Value::StrepFormat format) const {
+  // A buffer beyond its step grows by what is asked for: for long lists, once.
+  constexpr U32 usualLength = 16;
+  if (commVector_.size() > usualLength) to.reserve(std::size_t{commVector_.size()} * usualLength);
   bool isFirst = true;
   for (const ValuePtr& comm : commVector_) {
     if (!isFirst) to.append(' ');

@@ -156,6 +156,12 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   // multiple of a community's.
   static ListPtr dedupAttributeValue(const ListTable* table, const ValueTable* values,
                                      std::span<const U8> octets);
+  // The interned list of the values of a list that was rebuilt from a store: each
+  // goes through Value::dedupContent, so the result has typed, interned members, is
+  // classified by the rule tree, and owes nothing to the store.  `destashed` may be
+  // wrong in any way that a store can be, and is left alone.
+  static ListPtr dedupDestashed(const ListTable* table, const ValueTable* values,
+                                const List& destashed);
 
   const ExtCommVector<Value>& commVector() const noexcept { return commVector_; }
   bool empty() const noexcept { return commVector_.empty(); }

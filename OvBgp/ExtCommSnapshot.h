@@ -94,7 +94,7 @@ class OV_EXPORT ExtCommListSnapshotBase
   // The number under which observers hear of `classificationList`.
   static constexpr U32 classificationListAttribute = 131;
 
-  // The operations of `classificationList` are those of `comm`.
+  // The operations of `classificationList` are those of `comm`.  No list is null.
   const ClassificationListMap& classificationList() const noexcept { return classificationList_; }
   bool classificationListHas(ExtCommClassification classification) const {
     return classificationList_.has(classification);

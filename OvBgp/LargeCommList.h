@@ -13,9 +13,10 @@
 #include "OvFmt/DynamicBuffer.h"
 
 namespace KivStash {
+class StoreManager;
 template <>
 OV_EXPORT Kiv::Type& arrayType<Acl::CommunityValue>() noexcept;
-}
+}  // namespace KivStash
 
 namespace Routing::RouteMap {
 class CommListSnapshot;
@@ -65,6 +66,10 @@ class OV_EXPORT LargeCommList final : public ValueList<LargeCommListFamily> {
   // The communities as an ordered collection of the caller's own, to read, edit and
   // watch (Routing/RouteMap/CommListSnapshot.h).
   Kiv::Ptr<RouteMap::CommListSnapshot> commSnapshot() const;
+
+  // The list that the writer of a store has at `stored`, rebuilt, not yet interned;
+  // OvBgp/Destash.h.
+  static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 };
 
 // A new, empty list.  Throws std::bad_alloc.

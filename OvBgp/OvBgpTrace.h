@@ -8,6 +8,8 @@ namespace Routing::Bgp {
 
 extern Kiv::TraceHandle ovBgpTrace;
 
+// Of ovBgpTrace: objects are rebuilt from a store.
+inline constexpr unsigned ovBgpTraceDestash = 8;
 // Of ovBgpTrace: notifiers of route-target sub-lists come and go.
 inline constexpr unsigned ovBgpTraceLifeTime = 9;
 

@@ -15,6 +15,10 @@
 #include "KivStash/Vector.h"
 #include "OvBgp/CommListContent.h"
 
+namespace KivStash {
+class StoreManager;
+}
+
 namespace Routing::Bgp {
 
 // A list is built by one thread: commIs in any order, repeats allowed; then
@@ -100,6 +104,9 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   void flagsIs() noexcept {}
 
  private:
+  template <class ListType, class ElementType>
+  friend Kiv::Ptr<ListType> destashCommList(const void*, KivStash::StoreManager*);
+
   const List& self() const noexcept { return static_cast<const List&>(*this); }
   void print(std::ostream& out) const;
   void sort();

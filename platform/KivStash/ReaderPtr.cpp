@@ -21,10 +21,12 @@ PavoAnchorTranslatorValidator::PavoAnchorTranslatorValidator(const void* stored,
 }
 
 // A change takes the writer some nanoseconds, so hardly ever more than one look;
-// more only if the writer was taken off its processor meanwhile.
+// more only if the writer was taken off its processor meanwhile.  Few times is the
+// processor given up for it: on a busy machine each may take milliseconds, and a
+// store may be full of images that a dead writer, or a hostile one, left odd.
 U32 PavoAnchorTranslatorValidator::stillAnchor() const {
-  constexpr int looks = 1000;
-  constexpr int quickLooks = 50;
+  constexpr int quickLooks = 100;
+  constexpr int looks = quickLooks + 16;
   for (int look = 0; look < looks; ++look) {
     const U32 anchor = Stash::sharedLoad(image_->anchor);
     if (anchor % 2 == 0) return anchor;

@@ -77,6 +77,16 @@ class Vector {
     size_ = capacity_;
   }
 
+  // Replaces the contents by `size` elements, for the caller to write each of them
+  // before it is read, with capacity for exactly them.
+  std::span<T> resizeForOverwrite(U32 size) requires std::is_trivially_copyable_v<T> {
+    if (size > maxSize) throw std::length_error("KivStash::Vector");
+    clear();
+    capacityIs(size);
+    size_ = size;
+    return {data_, size_};
+  }
+
   // Drops the elements from position `size` on; keeps the storage.
   void truncate(U32 size) noexcept {
     std::destroy(data_ + size, data_ + size_);

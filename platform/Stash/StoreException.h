@@ -54,6 +54,11 @@ struct OV_EXPORT WrongKindException : StoreException {
   using StoreException::StoreException;
 };
 
+// What an image says is no value of its kind, though it is all there.
+struct OV_EXPORT ContentException : StoreException {
+  using StoreException::StoreException;
+};
+
 // No room for more in what the store may grow to, or the system has none; the
 // images are what they were.
 struct OV_EXPORT StoreFullException : StoreException {

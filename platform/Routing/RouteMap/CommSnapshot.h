@@ -37,7 +37,7 @@ class OV_EXPORT CommSnapshot : public Kiv::PtrInterface {
   bool commHas(const CommKey& key) const { return comm_.has(key); }
   // Inserts an entry, or gives the one that is there another value.
   void commIs(const CommKey& key, CommValue value) { comm_.set(key, std::move(value)); }
-  // The same of a value that says its key.
+  // The same of a value that says its key, and is never null.
   template <class Traits = CommTraits>
   requires requires(const CommValue& value) { Traits::keyOf(value); }
   void commIs(const CommValue& value) { comm_.set(Traits::keyOf(value), value); }
@@ -45,7 +45,8 @@ class OV_EXPORT CommSnapshot : public Kiv::PtrInterface {
   bool commDel(const CommKey& key) { return comm_.del(key); }
   // The iterator stays valid, and finds the next one.  Requires: not at the end.
   bool commDel(const typename CommMap::Iterator& position) { return comm_.del(position); }
-  // Deletes, one by one, those that are there when it begins.
+  // Deletes, one by one, those that are there when it begins.  Throws std::bad_alloc,
+  // and has deleted none.
   void commDelAll() {
     const Kiv::PtrInterface::PtrConst self(this);
     comm_.delAll();
