@@ -11,8 +11,19 @@
              "OvBgp/OvBgpCommunityList")
 
 namespace Routing::Bgp {
+namespace {
+
+// What a list notes of its members.
+constexpr U8 noExportNote = 1;
+constexpr U8 noAdvertiseNote = 2;
+constexpr U8 noExportSubconfedNote = 4;
+
+}  // namespace
 
 KIV_OBJECT_DEFINE(CommList)
+
+static_assert(sizeof(CommList) == 16 + 2 * sizeof(void*),
+              "a list of n communities takes 24 + 4 n octets on 64-bit builds");
 
 template class ValueList<CommListFamily>;
 
@@ -20,17 +31,17 @@ CommList::Ptr commListFactory() { return notifyingObject<CommList>(); }
 
 bool CommList::noExport() const {
   ASSERT_INTERNED_ONCE();
-  return noExport_;
+  return (notes() & noExportNote) != 0;
 }
 
 bool CommList::noAdvertise() const {
   ASSERT_INTERNED_ONCE();
-  return noAdvertise_;
+  return (notes() & noAdvertiseNote) != 0;
 }
 
 bool CommList::noExportSubconfed() const {
   ASSERT_INTERNED_ONCE();
-  return noExportSubconfed_;
+  return (notes() & noExportSubconfedNote) != 0;
 }
 
 Kiv::String CommList::wellKnownName(U32 community) {
@@ -54,9 +65,12 @@ bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
 }
 
 void CommList::flagsIs() {
-  noExport_ = comm(static_cast<U32>(communityNoExport));
-  noAdvertise_ = comm(static_cast<U32>(communityNoAdvertise));
-  noExportSubconfed_ = comm(static_cast<U32>(communityNoExportSubconfed));
+  const auto noteOf = [this](BgpCommunityValue community, U8 note) {
+    return static_cast<unsigned>(comm(static_cast<U32>(community)) ? note : 0);
+  };
+  notesIs(static_cast<U8>(noteOf(communityNoExport, noExportNote) |
+                          noteOf(communityNoAdvertise, noAdvertiseNote) |
+                          noteOf(communityNoExportSubconfed, noExportSubconfedNote)));
 }
 
 }  // namespace Routing::Bgp

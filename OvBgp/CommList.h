@@ -78,10 +78,6 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
  private:
   friend class ValueList<CommListFamily>;
   void flagsIs();
-
-  bool noExport_ = false;
-  bool noAdvertise_ = false;
-  bool noExportSubconfed_ = false;
 };
 
 // A new, empty list.  Throws std::bad_alloc.

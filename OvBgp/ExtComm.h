@@ -38,7 +38,7 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   class StrepFormat;
 
   ExtComm(ExtCommClassification classification, const ExtCommContent& content)
-      : classification_(classification), content_(content) {}
+      : ExtComm(classification, content, false) {}
 
   // hashSingleAttr of the value, seed 0; what dedupContent looks up by.
   static U32 hashOf(const ExtCommContent& content) noexcept {
@@ -63,7 +63,9 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   // Appends the text that policies, configurations and show commands use.
   virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
-  ExtCommClassification classification() const noexcept { return classification_; }
+  ExtCommClassification classification() const noexcept {
+    return static_cast<ExtCommClassification>(classification_);
+  }
   ExtCommContent getContent() const noexcept { return content_; }
   // The type octet, or extCommPktTypeUnknown if it has no name.
   BgpExtCommPktType pktType() const noexcept;
@@ -102,6 +104,13 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  protected:
+  // `variant`: one bit for a subclass to tell its objects apart.
+  ExtComm(ExtCommClassification classification, const ExtCommContent& content, bool variant)
+      : classification_(static_cast<U8>(classification) & 0x7F),
+        variant_(variant),
+        content_(content) {}
+  bool variant() const noexcept { return variant_; }
+
   // How a diagnostic text starts unless the class has words of its own: the name
   // of the type and, if the class has subtypes, a blank and the subtype.
   void appendTypeNames(OvFmt::DynamicBufferInterface& to) const;
@@ -109,7 +118,9 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
  private:
   Kiv::String subtypeText() const;
 
-  const ExtCommClassification classification_;
+  // One octet, which the handle has left over: there are many of these objects.
+  const U8 classification_ : 7;
+  const bool variant_ : 1;
   const ExtCommContent content_;
 };
 
@@ -138,6 +149,9 @@ class OV_EXPORT ExtCommSubtyped : public ExtComm {
   using ExtComm::ExtComm;
   BgpExtCommPktSubtype pktSubtype() const override;
 };
+
+static_assert(sizeof(ExtCommSubtyped) == 16 + sizeof(void*),
+              "there are many of them: 24 octets on 64-bit builds");
 
 // New, not interned, with notification switched on.
 OV_EXPORT ExtComm::Ptr extCommFactory(ExtCommClassification classification,

@@ -36,7 +36,7 @@ void ExtCommAsNumber::formatDerivedType(std::ostream& out) const {
 
 void ExtCommAsNumber::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
   if (format.isUI()) {
-    addExtCommTypeAsString(to, fourOctetAs_ ? "-AS4" : "-AS", getContent());
+    addExtCommTypeAsString(to, fourOctetAs() ? "-AS4" : "-AS", getContent());
     to.append(':');
   }
   appendValue(to, format.strepFormatAsdot());

@@ -21,16 +21,16 @@ class OV_EXPORT ExtCommAsNumber : public ExtCommSubtyped {
  public:
   ExtCommAsNumber(ExtCommClassification classification, const ExtCommContent& content,
                   bool fourOctetAs)
-      : ExtCommSubtyped(classification, content), fourOctetAs_(fourOctetAs) {}
+      : ExtCommSubtyped(classification, content, fourOctetAs) {}
 
-  bool fourOctetAs() const noexcept { return fourOctetAs_; }
+  bool fourOctetAs() const noexcept { return variant(); }
   U32 asNumber() const noexcept {
     const U64 value = getContent().value();
-    return fourOctetAs_ ? static_cast<U32>(value >> 16) : static_cast<U16>(value >> 32);
+    return fourOctetAs() ? static_cast<U32>(value >> 16) : static_cast<U16>(value >> 32);
   }
   // The local administrator, which takes the octets that the AS number leaves.
   U32 localAdmin() const noexcept {
-    return fourOctetAs_ ? localAdmin2Octets() : localAdmin4Octets();
+    return fourOctetAs() ? localAdmin2Octets() : localAdmin4Octets();
   }
   U16 localAdmin2Octets() const noexcept { return static_cast<U16>(getContent().value()); }
   U32 localAdmin4Octets() const noexcept { return static_cast<U32>(getContent().value()); }
@@ -43,9 +43,6 @@ class OV_EXPORT ExtCommAsNumber : public ExtCommSubtyped {
 
   void formatDerivedType(std::ostream& out) const override;
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
-
- private:
-  const bool fourOctetAs_;
 };
 
 // New, not interned, with notification switched on.

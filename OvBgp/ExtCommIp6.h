@@ -37,7 +37,7 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   class StrepFormat;
 
   ExtCommIp6(ExtCommClassification classification, const ExtCommIp6Content& content)
-      : classification_(classification), extCommIp6Content_(content) {}
+      : classification_(static_cast<U8>(classification)), extCommIp6Content_(content) {}
 
   U32 hash() const override;
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
@@ -55,7 +55,9 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   // the type code and "-IP6:" in front. The other flags change nothing.
   virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
-  ExtCommClassification classification() const noexcept { return classification_; }
+  ExtCommClassification classification() const noexcept {
+    return static_cast<ExtCommClassification>(classification_);
+  }
   ExtCommIp6Content getContent() const noexcept { return extCommIp6Content_; }
   // The type octet, or extCommIp6PktTypeUnknown if it has no name.
   BgpExtCommIp6PktType pktType() const noexcept;
@@ -87,7 +89,7 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   Kiv::String subtypeName() const;
   Kiv::String subtypeText() const;
 
-  const ExtCommClassification classification_;
+  const U8 classification_;  // in an octet that the handle has left over
   const ExtCommIp6Content extCommIp6Content_;
 };
 
@@ -117,8 +119,8 @@ class OV_EXPORT ExtCommIp6Subtyped : public ExtCommIp6 {
   BgpExtCommPktSubtype pktSubtype() const override;
 };
 
-static_assert(sizeof(ExtCommIp6Subtyped) <= 32 + 2 * sizeof(void*),
-              "there are many of them: 48 octets on 64-bit builds");
+static_assert(sizeof(ExtCommIp6Subtyped) <= 32 + sizeof(void*),
+              "there are many of them: 40 octets on 64-bit builds");
 
 // New, not interned, with notification switched on.
 OV_EXPORT ExtCommIp6::Ptr extCommIp6Factory(ExtCommClassification classification,

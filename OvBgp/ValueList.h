@@ -82,6 +82,8 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   // already.  Requires: the caller holds the list by a counted pointer.
   Kiv::Ptr<const List> dedup(const Table* table);
 
+  void zeroReferencesIs() noexcept override;
+
   // The interned list of the value octets of a received attribute, in any order,
   // repeats allowed.  One hash and one probe, and nothing is decoded or built, if
   // there is one and the octets ascend, as they do from most senders.
@@ -102,6 +104,9 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   }
   // Notes what List remembers of its members; called before a list is interned.
   void flagsIs() noexcept {}
+  // Where it notes that: seven bits.
+  U8 notes() const noexcept { return notes_; }
+  void notesIs(U8 notes) noexcept { notes_ = notes & 0x7F; }
 
  private:
   template <class ListType, class ElementType>
@@ -111,12 +116,16 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   void print(std::ostream& out) const;
   void sort();
 
-  static Kiv::Ptr<const List> lookup(const Table* table, std::span<const U8> octets);
-  static Kiv::Ptr<const List> dedupDecoded(const Table* table, std::span<const U8> value);
-  static Kiv::Ptr<const List> dedupAscending(const Table* table, std::span<const Element> members);
+  static Kiv::Ptr<const List> lookup(const Table* table, std::span<const U8> octets, U32 hash);
+  static Kiv::Ptr<const List> dedupDecoded(const Table* table, std::span<const U8> value, U32 hash);
+  static Kiv::Ptr<const List> dedupAscending(const Table* table, std::span<const Element> members,
+                                             U32 hash);
 
+  // One octet, which the handle has left over.
+  bool commVectorSorted_ : 1 = false;
+  U8 notes_ : 7 = 0;
+  // Last, as the communities of received lists stand behind the object.
   KivStash::Vector<Element> commVector_;
-  bool commVectorSorted_ = false;
 };
 
 }  // namespace Routing::Bgp

@@ -12,6 +12,7 @@
 #include "BgpCommon/BgpHashMixImpl.h"
 #include "Kiv/Assert.h"
 #include "Kiv/Exception.h"
+#include "KivStash/ArrayBehind.h"
 #include "OvBgp/ListText.h"
 #include "OvBgp/NotifyingObject.h"
 #include "OvBgp/OvBgpSerialize.h"
@@ -145,17 +146,29 @@ void ValueList<Family>::sort() {
 
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::lookup(const Table* table,
-                                                                std::span<const U8> octets) {
-  return table->dedupTable()->template lookup<List>(CommListContent(octets), wireHash(octets));
+                                                                std::span<const U8> octets,
+                                                                U32 hash) {
+  return table->dedupTable()->template lookup<List>(CommListContent(octets), hash);
+}
+
+// A list that will not grow takes one piece of memory, communities and all.
+template <class Family>
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAscending(
+    const Table* table, std::span<const Element> members, U32 hash) {
+  static_assert(sizeof(List) == sizeof(ValueList), "the array is the object's last member");
+  const std::size_t behind = KivStash::Vector<Element>::inPlaceBytes(members.size());
+  const Kiv::Ptr<List> list(::new (KivStash::allocateWithArray<List, Element>(behind)) List);
+  list->hasNotificationActiveIs(true);
+  list->commVector_.inPlaceIs(members);
+  list->commVectorSorted_ = true;
+  list->flagsIs();
+  return Kiv::staticPtrCast<const List>(table->dedupTable()->dedup(list, hash));
 }
 
 template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAscending(
-    const Table* table, std::span<const Element> members) {
-  const Kiv::Ptr<List> list = notifyingObject<List>();
-  list->commVector_.assign(members);
-  list->commVectorSorted_ = true;
-  return list->dedup(table);
+void ValueList<Family>::zeroReferencesIs() noexcept {
+  const std::size_t behind = commVector_.isInPlace() ? commVector_.storageBytes() : 0;
+  KivStash::destroyWithArray<List, Element>(static_cast<List&>(*this), behind);
 }
 
 // What equals a list as it stands is in order, so order is looked at only after
@@ -169,24 +182,27 @@ Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
                               " is no multiple of " + std::to_string(sizeof(Element)) + ": " +
                               std::to_string(value.size()));
   }
-  if (auto list = lookup(table, value)) return list;
-  return dedupDecoded(table, value);
+  const U32 hash = wireHash(value);
+  if (auto list = lookup(table, value, hash)) return list;
+  return dedupDecoded(table, value, hash);
 }
 
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupDecoded(const Table* table,
-                                                                      std::span<const U8> value) {
+                                                                      std::span<const U8> value,
+                                                                      U32 hash) {
   const std::size_t count = value.size() / sizeof(Element);
   std::array<Element, 256 / sizeof(Element)> room;
   std::vector<Element> largeRoom(count > room.size() ? count : 0);
   const std::span<Element> all(largeRoom.empty() ? room.data() : largeRoom.data(), count);
-  if (decode(value, all)) return dedupAscending(table, all);
+  if (decode(value, all)) return dedupAscending(table, all, hash);
   std::ranges::sort(all);
   const std::span<Element> members(all.begin(), std::unique(all.begin(), all.end()));
   wireOrderSwap(wordsOf(members));
-  if (auto list = lookup(table, octetsOf(members))) return list;
+  const U32 sortedHash = wireHash(octetsOf(members));
+  if (auto list = lookup(table, octetsOf(members), sortedHash)) return list;
   wireOrderSwap(wordsOf(members));
-  return dedupAscending(table, members);
+  return dedupAscending(table, members, sortedHash);
 }
 
 }  // namespace Routing::Bgp

@@ -78,7 +78,7 @@ void DedupBuckets::grow() {
   DedupBuckets larger;
   larger.buckets_ = bucketsNew(count_ + count_ / 2 + 1);
   larger.count_ = count_ + count_ / 2 + 1;
-  larger.limit_ = static_cast<U32>(U64{larger.count_} * DedupBucket::slots * 4 / 5);
+  larger.limit_ = static_cast<U32>(U64{larger.count_} * DedupBucket::slots * 6 / 7);
   for (U32 at = 0; at < count_; ++at) {
     for (U32 i = 0; i < DedupBucket::slots; ++i) {
       if (buckets_[at].member[i]) larger.insert(buckets_[at].hash[i], buckets_[at].member[i]);

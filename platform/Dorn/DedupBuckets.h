@@ -8,7 +8,7 @@
 // went past, and removal needs no markers and moves nobody.
 //
 // Cost: a hit or miss usually touches one bucket, 12.8 bytes a slot on 64-bit
-// builds, filled to 80 % before it grows by half.
+// builds, filled to six sevenths before it grows by half.
 #ifndef DORN_DEDUPBUCKETS_H
 #define DORN_DEDUPBUCKETS_H
 

@@ -1,6 +1,7 @@
 #include "Dorn/DedupHandle.h"
 
 #include "Dorn/DedupHashTable.h"
+#include "Dorn/DedupTableNumbers.h"
 
 namespace Dorn {
 
@@ -23,20 +24,22 @@ bool DedupHandle::compareByContent(const DedupContentHandle&) const { return fal
 U32 DedupHandle::probeHash() const { return hash(); }
 
 void DedupHandle::dedupStateIs(DedupHandleState state) noexcept {
-  const U32 flags = state_.load(std::memory_order_relaxed) & beingDetachedBit;
-  state_.store(flags | static_cast<U32>(state) << stateShift, std::memory_order_relaxed);
+  stateIs(static_cast<U8>((this->state() & beingDetachedBit) | static_cast<U8>(state)));
 }
 
 void DedupHandle::beingDetachedIs(bool being) noexcept {
-  const U32 rest = state_.load(std::memory_order_relaxed) & ~beingDetachedBit;
-  state_.store(being ? rest | beingDetachedBit : rest, std::memory_order_relaxed);
+  const auto rest = static_cast<U8>(state() & ~beingDetachedBit);
+  stateIs(being ? static_cast<U8>(rest | beingDetachedBit) : rest);
 }
 
 // The caller still owns the reference that it gives up here, so a member stays
 // one until its table's lock is taken.
 U32 DedupHandle::doRemoveFromDedupTable() const noexcept {
   auto* const self = const_cast<DedupHandle*>(this);
-  if (isDeduped()) return table_->memberRelease(*self);
+  if (isDeduped()) {
+    const U16 table = table_.load(std::memory_order_relaxed);
+    return DedupTableNumbers::table(table).memberRelease(*self);
+  }
   const U32 left = referenceSubtract() & countMask;
   if (left == 0) self->zeroReferencesIs();
   return left;

@@ -65,7 +65,7 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   virtual U32 probeHash() const;
 
   DedupHandleState dedupState() const noexcept {
-    return static_cast<DedupHandleState>(state() >> stateShift);
+    return static_cast<DedupHandleState>(state() & ~beingDetachedBit);
   }
   bool beingDetached() const noexcept { return (state() & beingDetachedBit) != 0; }
   bool haveLifeTimeNotifier() const noexcept { return (word() & lifeTimeNotifierFlag) != 0; }
@@ -90,24 +90,21 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
  private:
   friend class DedupHashTable;
 
-  static constexpr U32 beingDetachedBit = 1;
-  static constexpr U32 stateShift = 8;
+  static constexpr U8 beingDetachedBit = 0x80;
 
   // The references that keep a member in its table though nobody uses it.
   static constexpr U32 idleReferences(U32 word) noexcept {
     return 1 + ((word & lifeTimeNotifierFlag) != 0 ? 1 : 0);
   }
-  U32 state() const noexcept { return state_.load(std::memory_order_relaxed); }
+  U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
+  void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
   void beingDetachedIs(bool being) noexcept;
   U32 doRemoveFromDedupTable() const noexcept;
 
-  // Changes only while one thread has the handle, or under the table's lock.
-  std::atomic<U32> state_{0};
-  // The table, while a member; the next one in line while waiting to be dropped.
-  union {
-    DedupHashTable* table_ = nullptr;
-    DedupHandle* nextDetached_;
-  };
+  // Both change only while one thread has the handle, or under the table's lock.
+  // What a subclass has of one octet comes right behind them, before the padding.
+  std::atomic<U16> table_{0};  // its number, while a member
+  std::atomic<U8> state_{0};   // a DedupHandleState, and the bit
 };
 
 // Fast while others still use the handle: one compare-and-exchange (one store

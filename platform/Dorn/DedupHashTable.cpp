@@ -1,7 +1,9 @@
 #include "Dorn/DedupHashTable.h"
 
+#include <new>
 #include <utility>
 
+#include "Dorn/DedupTableNumbers.h"
 #include "Kiv/Assert.h"
 
 namespace Dorn {
@@ -27,14 +29,29 @@ class DedupHashTable::NotificationLock {
   NotificationLock(const NotificationLock&) = delete;
   NotificationLock& operator=(const NotificationLock&) = delete;
   ~NotificationLock() {
-    DedupHandle* detached = nullptr;
-    if (--table_.notificationDepth_ == 0) detached = std::exchange(table_.detached_, nullptr);
+    DedupHandle* first = nullptr;
+    std::vector<DedupHandle*> others;
+    if (--table_.notificationDepth_ == 0) {
+      first = std::exchange(table_.firstDetached_, nullptr);
+      others.swap(table_.otherDetached_);
+    }
     if (table_.threadSafe_) table_.notificationMutex_.unlock();
-    while (detached) tableReferenceDrop(*std::exchange(detached, detached->nextDetached_));
+    if (first) tableReferenceDrop(*first);
+    for (DedupHandle* const member : others) tableReferenceDrop(*member);
   }
 
+  // Without memory to remember it, the member goes at once: what it holds is in
+  // tables below, whose locks may be taken under this one.
   void dropLater(DedupHandle& member) noexcept {
-    member.nextDetached_ = std::exchange(table_.detached_, &member);
+    if (!table_.firstDetached_) {
+      table_.firstDetached_ = &member;
+      return;
+    }
+    try {
+      table_.otherDetached_.push_back(&member);
+    } catch (const std::bad_alloc&) {
+      tableReferenceDrop(member);
+    }
   }
 
  private:
@@ -43,18 +60,25 @@ class DedupHashTable::NotificationLock {
 
 DedupHashTable::DedupHashTable(bool threadSafe)
     : shardMask_(threadSafe ? threadSafeShards - 1 : 0),
-      threadSafe_(threadSafe),
-      shards_(new Shard[shardMask_ + 1]) {}
+      number_(DedupTableNumbers::numberOf(*this)),
+      threadSafe_(threadSafe) {
+  try {
+    shards_.reset(new Shard[shardMask_ + 1]);
+  } catch (...) {
+    DedupTableNumbers::numberDel(number_);
+    throw;
+  }
+}
 
-DedupHashTable::~DedupHashTable() = default;
+DedupHashTable::~DedupHashTable() { DedupTableNumbers::numberDel(number_); }
 
 DedupHandle::Ptr DedupHashTable::lookupByContent(const DedupContentHandle& key, U32 hash) const {
   return lookupBy(hash,
                   [&key](const DedupHandle* member) { return member->compareByContent(key); });
 }
 
-DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle) {
-  const U32 mixed = mixed32(handle->probeHash());
+DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, U32 hash) {
+  const U32 mixed = mixed32(hash);
   Shard& shard = shardOf(mixed);
   {
     const ShardLock lock(*this, shard);
@@ -97,7 +121,7 @@ void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
              "!isDeduped() && dedupState() != rebuilt", "Dorn/DedupHashTable");
   shard.buckets.reserveOne();
   handle.referenceAdd();
-  handle.table_ = this;
+  handle.table_.store(number_, std::memory_order_relaxed);
   handle.dedupStateIs(DedupHandleState::deduped);
   shard.buckets.insert(mixed, &handle);
 }

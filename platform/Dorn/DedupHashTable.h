@@ -36,6 +36,7 @@
 #include "Dorn/DumpContext.h"
 #include "Kiv/Export.h"
 #include "Kiv/PtrInterface.h"
+#include "Kiv/SpinLock.h"
 
 namespace Dorn {
 
@@ -61,7 +62,12 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // All handles of one table are of one type. Throws std::bad_alloc, or what the
   // observer's handleInsert throws, and leaves the table as it was. Requires: the
   // handle is in no other table.
-  DedupHandle::Ptr dedup(DedupHandle::Ptr handle);
+  DedupHandle::Ptr dedup(DedupHandle::Ptr handle) {
+    const U32 hash = handle->probeHash();
+    return dedup(std::move(handle), hash);
+  }
+  // The same for callers who know what the handle probes with.
+  DedupHandle::Ptr dedup(DedupHandle::Ptr handle, U32 hash);
 
   // Observes the table from now on; a former observer is stopped first. Members
   // that are there already are announced. Null stops the observer.
@@ -100,7 +106,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   class NotificationLock;
 
   struct alignas(64) Shard {
-    mutable std::mutex mutex;
+    mutable Kiv::SpinLock lock;
     DedupBuckets buckets;
   };
 
@@ -108,17 +114,17 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   class ShardLock {
    public:
     ShardLock(const DedupHashTable& table, const Shard& shard)
-        : mutex_(table.threadSafe_ ? &shard.mutex : nullptr) {
-      if (mutex_) mutex_->lock();
+        : lock_(table.threadSafe_ ? &shard.lock : nullptr) {
+      if (lock_) lock_->lock();
     }
     ShardLock(const ShardLock&) = delete;
     ShardLock& operator=(const ShardLock&) = delete;
     ~ShardLock() {
-      if (mutex_) mutex_->unlock();
+      if (lock_) lock_->unlock();
     }
 
    private:
-    std::mutex* const mutex_;
+    Kiv::SpinLock* const lock_;
   };
 
   enum class Release : U8 { stays, leaves, dies };
@@ -161,6 +167,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   DedupHandle::Ptr memberFrom(const Shard& shard, U32& place, U32& places) const;
 
   const U32 shardMask_;
+  const U16 number_;
   const bool threadSafe_;
   bool closing_ = false;
   std::unique_ptr<Shard[]> shards_;
@@ -170,8 +177,10 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   std::recursive_mutex notificationMutex_;
   bool stopping_ = false;  // the observer is being told to stop
   U32 notificationDepth_ = 0;
-  U32 registrations_ = 0;            // tells an end or a new beginning of observation
-  DedupHandle* detached_ = nullptr;  // removed; dropped once the lock is free
+  U32 registrations_ = 0;  // tells an end or a new beginning of observation
+  // Removed; dropped once the lock is free.  Seldom more than one.
+  DedupHandle* firstDetached_ = nullptr;
+  std::vector<DedupHandle*> otherDetached_;
 };
 
 // The table that every interning table of the library is built on.

@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "Kiv/Assert.h"
 #include "Kiv/Types.h"
 #include "KivStash/PtrInterface.h"
 
@@ -27,9 +28,12 @@ OV_EXPORT Kiv::Type& arrayType<U32>() noexcept;
 // one and then by doubling, as most lists are short.  Running out of memory
 // raises std::bad_alloc, too many elements std::length_error; both leave the
 // array as it was.  One thread, or any number of readers.
+//
+// The elements can also stand in place: in the array's last word and on from there.
+// The array is then the last member of an object that was allocated with
+// inPlaceBytes() behind it (KivStash/ArrayBehind.h), and does not change any more.
 template <class T>
-requires std::is_nothrow_move_constructible_v<T>
-class Vector {
+requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)) class Vector {
  public:
   using value_type = T;
 
@@ -39,33 +43,34 @@ class Vector {
   Vector(const Vector&) = delete;
   Vector& operator=(const Vector&) = delete;
   ~Vector() {
-    clear();
-    deallocate(data_, capacity_);
+    std::destroy(begin(), end());
+    deallocate();
   }
 
   U32 size() const noexcept { return size_; }
-  U32 capacity() const noexcept { return capacity_; }
+  U32 capacity() const noexcept { return isInPlace() ? size_ : capacity_; }
   bool empty() const noexcept { return size_ == 0; }
-  T* data() noexcept { return data_; }
-  const T* data() const noexcept { return data_; }
-  T* begin() noexcept { return data_; }
-  T* end() noexcept { return data_ + size_; }
-  const T* begin() const noexcept { return data_; }
-  const T* end() const noexcept { return data_ + size_; }
-  T& operator[](U32 i) noexcept { return data_[i]; }
-  const T& operator[](U32 i) const noexcept { return data_[i]; }
+  T* data() noexcept { return const_cast<T*>(std::as_const(*this).data()); }
+  const T* data() const noexcept {
+    return capacity_ != 0 ? elements_ : reinterpret_cast<const T*>(&elements_);
+  }
+  T* begin() noexcept { return data(); }
+  T* end() noexcept { return data() + size_; }
+  const T* begin() const noexcept { return data(); }
+  const T* end() const noexcept { return data() + size_; }
+  T& operator[](U32 i) noexcept { return data()[i]; }
+  const T& operator[](U32 i) const noexcept { return data()[i]; }
 
   void append(T value) {
-    if (size_ == capacity_) capacityIs(grown());
-    std::construct_at(data_ + size_, std::move(value));
+    if (size_ >= capacity_) capacityIs(grown());  // greater: in place
+    std::construct_at(elements_ + size_, std::move(value));
     ++size_;
   }
 
-  // Makes the capacity at least `capacity`, in one step.
+  // Makes room for at least `capacity` elements in all.
   void reserve(U32 capacity) {
-    if (capacity <= capacity_) return;
     if (capacity > maxSize) throw std::length_error("KivStash::Vector");
-    capacityIs(capacity);
+    if (capacity > capacity_) capacityIs(capacity);
   }
 
   // Replaces the contents, with capacity for exactly them.
@@ -73,8 +78,23 @@ class Vector {
     if (values.size() > maxSize) throw std::length_error("KivStash::Vector");
     clear();
     capacityIs(static_cast<U32>(values.size()));
-    std::uninitialized_copy(values.begin(), values.end(), data_);
-    size_ = capacity_;
+    std::uninitialized_copy(values.begin(), values.end(), data());
+    size_ = static_cast<U32>(values.size());
+  }
+
+  // What `count` elements in place need behind the object.
+  static constexpr std::size_t inPlaceBytes(std::size_t count) noexcept {
+    return count * sizeof(T) > sizeof(T*) ? count * sizeof(T) - sizeof(T*) : 0;
+  }
+  // Copies the elements into place.  Requires: never had any, and the memory is there.
+  void inPlaceIs(std::span<const T> values) noexcept {
+    std::uninitialized_copy(values.begin(), values.end(), data());
+    size_ = static_cast<U32>(values.size());
+  }
+  bool isInPlace() const noexcept { return capacity_ == 0; }
+  // What the elements take beyond the object itself.
+  std::size_t storageBytes() const noexcept {
+    return isInPlace() ? inPlaceBytes(size_) : capacity_ * sizeof(T);
   }
 
   // Replaces the contents by `size` elements, for the caller to write each of them
@@ -89,7 +109,9 @@ class Vector {
 
   // Drops the elements from position `size` on; keeps the storage.
   void truncate(U32 size) noexcept {
-    std::destroy(data_ + size, data_ + size_);
+    if (size == size_) return;
+    assertMayChange();
+    std::destroy(data() + size, end());
     size_ = size;
   }
   void clear() noexcept { truncate(0); }
@@ -105,27 +127,32 @@ class Vector {
     return capacity_ == 0 ? 1 : static_cast<U32>(std::min(U64{capacity_} * 2, U64{maxSize}));
   }
 
-  static void deallocate(T* data, U32 capacity) noexcept {
-    if (capacity == 0) return;
-    PtrInterface::kivMemDealloc(data, capacity * sizeof(T), arrayType<T>());
+  void assertMayChange() const noexcept {
+    KIV_ASSERT(size_ == 0 || !isInPlace(), "size_ == 0 || !isInPlace()", "KivStash/Vector");
+  }
+
+  void deallocate() noexcept {
+    if (capacity_ == 0) return;
+    PtrInterface::kivMemDealloc(elements_, capacity_ * sizeof(T), arrayType<T>());
   }
 
   // Moves the elements, which must fit, to storage for exactly `capacity`.
   void capacityIs(U32 capacity) {
+    assertMayChange();
     T* larger = nullptr;
     if (capacity != 0) {
       larger = static_cast<T*>(PtrInterface::kivMemAlloc(capacity * sizeof(T), arrayType<T>()));
     }
     std::uninitialized_move(begin(), end(), larger);
     std::destroy(begin(), end());
-    deallocate(data_, capacity_);
-    data_ = larger;
+    deallocate();
+    elements_ = larger;
     capacity_ = capacity;
   }
 
-  T* data_ = nullptr;
   U32 size_ = 0;
-  U32 capacity_ = 0;
+  U32 capacity_ = 0;       // of other storage; 0: the elements, if any, are in place
+  T* elements_ = nullptr;  // or the first of those in place
 };
 
 }  // namespace KivStash

@@ -19,10 +19,10 @@ namespace {
 using Format = ExtComm::StrepFormat;
 
 // Interned by the million.
-static_assert(sizeof(void*) != 8 || sizeof(ExtComm) == 40);
-static_assert(sizeof(void*) != 8 || sizeof(ExtCommSubtyped) == 40);
-static_assert(sizeof(void*) != 8 || sizeof(ExtCommIpv4Address) == 40);
-static_assert(sizeof(void*) != 8 || sizeof(ExtCommAsNumber) <= 48);
+static_assert(sizeof(void*) != 8 || sizeof(ExtComm) == 24);
+static_assert(sizeof(void*) != 8 || sizeof(ExtCommSubtyped) == 24);
+static_assert(sizeof(void*) != 8 || sizeof(ExtCommIpv4Address) == 24);
+static_assert(sizeof(void*) != 8 || sizeof(ExtCommAsNumber) == 24);
 
 constexpr ExtCommClassification unSpecified = extCommClassificationUnSpecified;
 

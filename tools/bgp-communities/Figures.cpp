@@ -87,8 +87,8 @@ class KindCount {
 
  private:
   static U64 listBytes(const List& list) {
-    U64 bytes = objectBytes(list) + storageBytes(commsOf(list));
-    if constexpr (!Flat<List>) bytes += storageBytes(list.classificationListVector());
+    U64 bytes = objectBytes(list) + commsOf(list).storageBytes();
+    if constexpr (!Flat<List>) bytes += list.classificationListVector().storageBytes();
     return bytes;
   }
 
@@ -116,7 +116,7 @@ class KindCount {
     }
     addShared(figures.values, values, [](const Value& value) { return objectBytes(value); });
     addShared(figures.subLists, subLists, [](const SubList& subList) {
-      return objectBytes(subList) + storageBytes(subList.commVector());
+      return objectBytes(subList) + subList.commVector().storageBytes();
     });
   }
 

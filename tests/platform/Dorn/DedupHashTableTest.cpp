@@ -292,6 +292,23 @@ TEST_P(DedupHashTableTest, DumpsItsSize) {
   EXPECT_EQ("DedupHashTable members #1;\n   DedupHashTable members #1;\n", out.str());
 }
 
+TEST(DedupHashTable, MembersFindTheirTableAmongAnyNumberOfOthers) {
+  const auto first = newTable();
+  const Number::Ptr member = intern(first, 1);
+  for (U32 i = 0; i < 0x10003; ++i) {
+    const auto table = newTable();
+    const Number::Ptr other = intern(table, 1);
+    EXPECT_NE(member, other);
+  }
+  std::vector<Dorn::DedupHashTable::Ptr> tables{first};
+  try {
+    for (;;) tables.push_back(newTable());
+  } catch (const std::length_error&) {
+  }
+  EXPECT_EQ(0x10000U, tables.size());
+  EXPECT_EQ(1U, first->size());
+}
+
 TEST(DedupHandleDeathTest, MisuseStopsTheProcess) {
   const auto table = newTable();
   const auto observer = observe(table);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <span>
 #include <stdexcept>
 #include <vector>
 
@@ -58,6 +59,35 @@ TEST(Vector, GivesBackWhatItDoesNotNeed) {
     words.append(1);
   }
   EXPECT_EQ(before, KivStash::arrayType<U32>().bytes());
+}
+
+struct Owner {
+  Words words;
+  U32 behind[3] = {9, 9, 9};  // as an allocation of the right size would have
+};
+
+TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
+  const U64 before = KivStash::arrayType<U32>().bytes();
+  for (const U32 count : {0U, 1U, 2U, 4U}) {
+    Owner owner;
+    const std::array<U32, 4> values{1, 2, 3, 4};
+    owner.words.inPlaceIs(std::span(values).first(count));
+    EXPECT_EQ(std::vector<U32>(values.begin(), values.begin() + count), contents(owner.words));
+    EXPECT_EQ(count, owner.words.capacity());
+    EXPECT_EQ(Words::inPlaceBytes(count), owner.words.storageBytes());
+    owner.words.shrinkToFit();
+    EXPECT_EQ(count, owner.words.size());
+    EXPECT_EQ(9U, owner.behind[2]);
+  }
+  EXPECT_EQ(0U, Words::inPlaceBytes(sizeof(void*) / sizeof(U32)));
+  EXPECT_EQ(before, KivStash::arrayType<U32>().bytes());
+  EXPECT_DEATH(
+      {
+        Owner owner;
+        owner.words.inPlaceIs(std::array<U32, 1>{1});
+        owner.words.append(2);
+      },
+      "size_ == 0 \\|\\| !isInPlace");
 }
 
 }  // namespace
