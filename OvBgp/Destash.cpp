@@ -20,13 +20,13 @@ LargeCommList::Ptr LargeCommList::destash(const void* stored,
 }
 
 ExtComm::Ptr ExtComm::destash(const void* stored, KivStash::StoreManager* storeManager) {
-  const Ptr comm = destashExtComm<ExtComm>(stored, storeManager);
+  Ptr comm = destashExtComm<ExtComm>(stored, storeManager);
   comm->dedupStateIs(Dorn::DedupHandleState::rebuilt);
   return comm;
 }
 
 ExtCommIp6::Ptr ExtCommIp6::destash(const void* stored, KivStash::StoreManager* storeManager) {
-  const Ptr comm = destashExtComm<ExtCommIp6>(stored, storeManager);
+  Ptr comm = destashExtComm<ExtCommIp6>(stored, storeManager);
   comm->dedupStateIs(Dorn::DedupHandleState::rebuilt);
   return comm;
 }
@@ -34,7 +34,7 @@ ExtCommIp6::Ptr ExtCommIp6::destash(const void* stored, KivStash::StoreManager* 
 ExtCommList::Ptr ExtCommList::destash(const void* stored, KivStash::StoreManager* storeManager) {
   traceDestashing<ExtCommList>();
   const StoredReader<ExtCommList> reader(stored, storeManager);
-  const Ptr list = extCommListFactory();
+  Ptr list = extCommListFactory();
   appendDestashed(reader, storeManager, *list);
   list->createClassificationListVector(false);
   traceDestashed(*list);
@@ -45,7 +45,7 @@ ExtCommIp6List::Ptr ExtCommIp6List::destash(const void* stored,
                                             KivStash::StoreManager* storeManager) {
   traceDestashing<ExtCommIp6List>();
   const StoredReader<ExtCommIp6List> reader(stored, storeManager);
-  const Ptr list = extCommIp6ListFactory();
+  Ptr list = extCommIp6ListFactory();
   if (reader.sorted()) list->commVectorSortedIs();
   appendDestashed(reader, storeManager, *list);
   traceDestashed(*list);

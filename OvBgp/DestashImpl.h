@@ -37,7 +37,7 @@ template <class ListType, class ElementType>
 Kiv::Ptr<ListType> destashCommList(const void* stored, KivStash::StoreManager* storeManager) {
   traceDestashing<ListType>();
   const StoredReader<ListType> reader(stored, storeManager);
-  const auto list = notifyingObject<ListType>();
+  auto list = notifyingObject<ListType>();
   list->commVectorSorted_ = reader.sorted();
   const auto elements = reader.template elements<ElementType>();
   if (elements.count() == 0) return list;
@@ -62,8 +62,7 @@ Kiv::Ptr<Value> destashExtComm(const void* stored, KivStash::StoreManager* store
   const StoredReader<Value> reader(stored, storeManager);
   const auto content =
       reader.template content<decltype(std::declval<const Value&>().getContent())>();
-  const auto value =
-      notifyingObject<Value>(checkedClassification(reader.classification()), content);
+  auto value = notifyingObject<Value>(checkedClassification(reader.classification()), content);
   traceDestashed(*value);
   return value;
 }
@@ -77,6 +76,7 @@ template <class List>
 void appendDestashed(const StoredReader<List>& stored, KivStash::StoreManager* storeManager,
                      List& list) {
   const auto elements = stored.template elements<const void*>();
+  if (elements.count() == 0) return;
   std::vector<const void*> members(elements.count());
   elements.copyTo(members);
   list.expectedCommunityCountIs(elements.count());

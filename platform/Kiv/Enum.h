@@ -1,8 +1,9 @@
 // Enumerations with names: declared once, as rows, and everything else follows.
 //
 //   // What the enumeration is about; RFC.
-//   #define COLOR_ROWS(enumMember, enumMarker) enumMember(colorRed, 1) enumMarker(colorUnknown,
-//   256) KIV_ENUM(Color, COLOR_ROWS) #undef COLOR_ROWS
+//   #define COLOR_ROWS(member, marker) member(colorRed, 1) marker(colorUnknown, 256)
+//   KIV_ENUM(Color, COLOR_ROWS)
+//   #undef COLOR_ROWS
 //
 // declares `enum class Color : U32` and, for every such enumeration alike:
 //   stringValue(e), valueToStrep(e), os << e   the member's name

@@ -104,7 +104,7 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
     clear();
     capacityIs(size);
     size_ = size;
-    return {data_, size_};
+    return {data(), size_};
   }
 
   // Drops the elements from position `size` on; keeps the storage.

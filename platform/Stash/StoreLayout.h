@@ -1,4 +1,4 @@
-// What a store's octets mean.  docs/store.md explains the whole.
+// What a store's octets mean.  docs/store-format.md explains the whole.
 //
 // Everything shared is read and written through the atomic functions below, in
 // words (the size of an address) or halves of that, so that no access is a data
