@@ -1,5 +1,8 @@
 #include "tools/bgp-communities/CommunityTables.h"
 
+#include <algorithm>
+#include <functional>
+
 #include "Kiv/Type.h"
 
 namespace CommTool {
@@ -12,6 +15,22 @@ U64 bytesAllocated() {
   U64 bytes = 0;
   Kiv::forEachType([&](const Kiv::Type& type) { bytes += type.bytes(); });
   return bytes;
+}
+
+template <class Members, class Content = std::identity>
+bool ascends(const Members& members, const Content& content = {}) {
+  return std::adjacent_find(members.begin(), members.end(), [&](const auto& a, const auto& b) {
+           return !(content(a) < content(b));
+         }) == members.end();
+}
+
+// To intern a list that says to be sorted would not sort it.
+template <class List>
+Kiv::Ptr<const List> internPlain(const Kiv::Ptr<List>& list, const Kiv::Ptr<List>& another,
+                                 const typename List::Table& table) {
+  if (inOrder(*list)) return list->dedup(&table);
+  for (const auto& comm : *list->commVectorRawPtr()) another->commIs(comm);
+  return another->dedup(&table);
 }
 
 }  // namespace
@@ -42,6 +61,38 @@ RouteCommunities CommunityTables::intern(const CommunityAttributes& attributes) 
         ExtCommIp6List::dedupAttributeValue(extCommIp6Lists_.ptr(), extCommIp6s_.ptr(), *value);
   }
   return lists;
+}
+
+CommList::PtrConst CommunityTables::intern(const CommList::Ptr& list) const {
+  return internPlain(list, commListFactory(), *commLists_);
+}
+
+LargeCommList::PtrConst CommunityTables::intern(const LargeCommList::Ptr& list) const {
+  return internPlain(list, largeCommListFactory(), *largeCommLists_);
+}
+
+ExtCommList::PtrConst CommunityTables::intern(const ExtCommList::Ptr& list) const {
+  return ExtCommList::dedupDestashed(extCommLists_.ptr(), extComms_.ptr(), *list);
+}
+
+ExtCommIp6List::PtrConst CommunityTables::intern(const ExtCommIp6List::Ptr& list) const {
+  return ExtCommIp6List::dedupDestashed(extCommIp6Lists_.ptr(), extCommIp6s_.ptr(), *list);
+}
+
+bool inOrder(const CommList& list) {
+  return !list.commVectorSorted() || ascends(*list.commVectorRawPtr());
+}
+
+bool inOrder(const LargeCommList& list) {
+  return !list.commVectorSorted() || ascends(*list.commVectorRawPtr());
+}
+
+// Was sorted when it was rebuilt.
+bool inOrder(const ExtCommList&) { return true; }
+
+bool inOrder(const ExtCommIp6List& list) {
+  return !list.commVectorSorted() ||
+         ascends(list.comms(), [](const auto& comm) { return comm->getContent(); });
 }
 
 U32 CommunityTables::lists(CommunityKind kind) const {

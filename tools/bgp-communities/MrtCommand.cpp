@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "tools/bgp-communities/HeldRoutes.h"
-#include "tools/bgp-communities/MrtDecoder.h"
+#include "tools/bgp-communities/MrtFiles.h"
 #include "tools/bgp-communities/RouteLines.h"
 #include "tools/bgp-communities/Running.h"
 #include "tools/bgp-communities/Summary.h"
@@ -26,15 +26,15 @@ bool matches(const Routing::Bgp::ExtCommIp6List& list, const Routing::RouteMap::
 class MrtRun : public RouteSink {
  public:
   MrtRun(const MrtOptions& options, int out, std::ostream& errors)
-      : options_(options), errors_(errors), out_(out), lines_(out_) {}
+      : options_(options), out_(out), lines_(out_), files_(*this, errors) {}
 
   ExitStatus run() {
     const auto start = std::chrono::steady_clock::now();
     for (const std::string& path : options_.files) {
-      readFile(path);
+      files_.read(path);
     }
-    if (!options_.routes && counts_.files > 0) {
-      printSummary(counts_, held_, std::chrono::steady_clock::now() - start, out_);
+    if (!options_.routes && files_.counts().files > 0) {
+      printSummary(files_.counts(), held_, std::chrono::steady_clock::now() - start, out_);
     }
     out_.flush();
     return status();
@@ -43,7 +43,7 @@ class MrtRun : public RouteSink {
   void handleRoutes(const RouteBatch& batch) override {
     const RouteCommunities communities = held_.tables().intern(batch.communities);
     if (options_.verify) {
-      verify(batch.communities, communities, problems_);
+      verify(batch.communities, communities, files_.problems());
     }
     if (!isWanted(communities)) return held_.drop(batch);
     wanted_ = true;
@@ -64,64 +64,17 @@ class MrtRun : public RouteSink {
     return wanted;
   }
 
-  void readFile(const std::string& path) {
-    const std::string name = path == "-" ? "standard input" : path;
-    try {
-      Input input(path);
-      ++counts_.files;
-      readRecords(input, name);
-    } catch (const CannotOpen& reason) {
-      ++counts_.unopened;
-      printError(name + ": " + reason.what());
-    }
-  }
-
-  // A record that cannot be decoded is reported and the next one read; where
-  // the frame is broken, this file has ended.
-  void readRecords(Input& input, const std::string& name) {
-    MrtReader reader(input);
-    MrtDecoder decoder(*this, counts_);
-    try {
-      while (const MrtRecord* record = reader.next()) {
-        decoder.decode(*record, problems_);
-        if (!problems_.empty()) {
-          report(name, *record, problems_.text());
-          problems_.clear();
-        }
-      }
-    } catch (const Malformed& malformed) {
-      ++counts_.damaged;
-      report(name, reader.position(), malformed.what());
-    }
-  }
-
-  void report(const std::string& name, const MrtRecord& record, const std::string& what) {
-    printError(name + ": record " + std::to_string(record.number) + " at octet " +
-               std::to_string(record.offset) + ": " + what);
-  }
-
-  // In one piece, as others may write to the same terminal or log.
-  void printError(const std::string& text) {
-    errors_ << std::string(programPrefix).append(text).append("\n") << std::flush;
-  }
-
   ExitStatus status() const {
-    if (counts_.files == 0 && counts_.unopened > 0) {
-      return ExitStatus::impossible;
-    }
-    if (counts_.damaged + counts_.unopened > 0) {
-      return ExitStatus::damaged;
-    }
+    const ExitStatus ofFiles = files_.status();
+    if (ofFiles != ExitStatus::fine) return ofFiles;
     return options_.match && !wanted_ ? ExitStatus::noMatch : ExitStatus::fine;
   }
 
   const MrtOptions& options_;
-  std::ostream& errors_;
   TextOutput out_;
   RouteLines lines_;
   HeldRoutes held_;
-  InputCounts counts_;
-  Problems problems_;    // of the record that is being decoded
+  MrtFiles files_;
   bool wanted_ = false;  // whether any route was
 };
 

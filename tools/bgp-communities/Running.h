@@ -4,6 +4,8 @@
 
 #include <new>
 #include <ostream>
+#include <string>
+#include <string_view>
 
 #include "tools/bgp-communities/ExitStatus.h"
 #include "tools/bgp-communities/TextOutput.h"
@@ -11,6 +13,11 @@
 namespace CommTool {
 
 inline constexpr const char* programPrefix = "bgp-communities: ";
+
+// In one piece, as others may write to the same terminal or log.
+inline void printError(std::ostream& errors, std::string_view text) {
+  errors << std::string(programPrefix).append(text).append("\n") << std::flush;
+}
 
 // Runs `command`, which writes output and returns an ExitStatus. A reader of the
 // output who has gone is no error.

@@ -1,49 +1,14 @@
 #include "tools/bgp-communities/Summary.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 
 #include "tools/bgp-communities/Figures.h"
+#include "tools/bgp-communities/SummaryLines.h"
 
 namespace CommTool {
 
 namespace {
-
-class Lines {
- public:
-  explicit Lines(TextOutput& out) : out_(out) {}
-
-  void print(std::string_view name, U64 value) { print(name, std::to_string(value)); }
-  void print(std::string_view name, const std::string& value) {
-    out_.append(name);
-    fill(name.size(), nameWidth);
-    field(value);
-    out_.append('\n');
-  }
-  // A field a kind; a column has its place whether or not there is anything in it.
-  template <class TextOf>
-  void printKinds(std::string_view name, const TextOf& textOf) {
-    out_.append(name);
-    fill(name.size(), nameWidth);
-    for (const CommunityKindRow& row : communityKindRows) field(textOf(row));
-    out_.append('\n');
-  }
-
- private:
-  static constexpr std::size_t nameWidth = 30;
-  static constexpr std::size_t fieldWidth = 14;
-
-  void field(const std::string& value) {
-    fill(value.size(), fieldWidth);
-    out_.append(value);
-  }
-  void fill(std::size_t from, std::size_t to) {
-    for (; from < to; ++from) out_.append(' ');
-  }
-
-  TextOutput& out_;
-};
 
 std::string decimal(double value, int places) {
   char text[64];
@@ -51,7 +16,7 @@ std::string decimal(double value, int places) {
   return text;
 }
 
-void printInput(const InputCounts& input, Lines& lines) {
+void printInput(const InputCounts& input, SummaryLines& lines) {
   lines.print("files", input.files);
   lines.print("records", input.records);
   lines.print("  damaged", input.damaged);
@@ -62,7 +27,7 @@ void printInput(const InputCounts& input, Lines& lines) {
   lines.print("  address families not decoded", input.familiesSkipped);
 }
 
-void printRoutes(const RouteCounts& counts, const HeldFigures& held, Lines& lines) {
+void printRoutes(const RouteCounts& counts, const HeldFigures& held, SummaryLines& lines) {
   lines.print("routes announced", counts.announced);
   lines.print("routes withdrawn", counts.withdrawn);
   lines.print("routes in tables", counts.tableEntries);
@@ -74,7 +39,7 @@ std::string factor(U64 unshared, U64 shared) {
   return decimal(static_cast<double>(unshared) / static_cast<double>(shared), 1);
 }
 
-void printCommunities(const HeldFigures& held, Lines& lines) {
+void printCommunities(const HeldFigures& held, SummaryLines& lines) {
   const auto print = [&](std::string_view name, const auto& figure) {
     lines.printKinds(name, [&](const CommunityKindRow& row) {
       return std::to_string(figure(held.of(row.kind)));
@@ -95,7 +60,7 @@ void printCommunities(const HeldFigures& held, Lines& lines) {
   });
 }
 
-void printMemory(const HeldFigures& held, Lines& lines) {
+void printMemory(const HeldFigures& held, SummaryLines& lines) {
   lines.print("octets of all, with tables", held.bytes);
   lines.print("  saved by sharing, factor", factor(held.bytesUnshared(), held.bytes));
 }
@@ -105,7 +70,7 @@ void printMemory(const HeldFigures& held, Lines& lines) {
 void printSummary(const InputCounts& input, const HeldRoutes& routes,
                   std::chrono::nanoseconds elapsed, TextOutput& out) {
   const HeldFigures held = figuresOf(routes);
-  Lines lines(out);
+  SummaryLines lines(out);
   printInput(input, lines);
   printRoutes(routes.counts(), held, lines);
   printCommunities(held, lines);

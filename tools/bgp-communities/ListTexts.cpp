@@ -1,0 +1,44 @@
+#include "tools/bgp-communities/ListTexts.h"
+
+namespace CommTool {
+
+using namespace Routing::Bgp;
+
+namespace {
+
+template <class Value>
+typename Value::StrepFormat withClassification() {
+  typename Value::StrepFormat format;
+  format.strepFormatClassificationIs(true);
+  return format;
+}
+
+}  // namespace
+
+void appendListText(OvFmt::DynamicBufferInterface& to, const CommList& list) {
+  list.appendText(to);
+}
+
+void appendListText(OvFmt::DynamicBufferInterface& to, const LargeCommList& list) {
+  list.appendText(to);
+}
+
+void appendListText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6List& list) {
+  list.appendPolicyText(to, withClassification<ExtCommIp6>());
+}
+
+void appendListText(OvFmt::DynamicBufferInterface& to, const ExtCommList& list) {
+  const ExtComm::StrepFormat format = withClassification<ExtComm>();
+  const char* separator = "";
+  for (const ExtComm::PtrConst& member : list.commVector()) {
+    to.append(separator);
+    separator = " ";
+    const std::size_t before = to.size();
+    member->appendForPolicy(to, format);
+    if (to.size() != before) continue;
+    to.append("0x");
+    to.appendHex(member->getContent().value(), 16);
+  }
+}
+
+}  // namespace CommTool
