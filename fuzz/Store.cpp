@@ -1,0 +1,182 @@
+// Arbitrary octets as a shared-memory store, for every operation that rebuilds from
+// one.  Whatever they are, it ends, in objects or in a StoreException, leaves nothing
+// behind, and allocates no more at a time than the store has octets.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "Kiv/Type.h"
+#include "KivStash/StoreManager.h"
+#include "OvBgp/Destash.h"
+#include "OvBgp/ExtCommDedupTable.h"
+#include "OvBgp/ExtCommIp6DedupTable.h"
+#include "OvBgp/OvBgpCommunityList.h"
+#include "OvBgp/Parse/ExtComm.h"
+#include "Stash/StoreException.h"
+#include "Stash/StoreLayout.h"
+#include "fuzz/Allocations.h"
+
+namespace {
+
+using namespace Routing::Bgp;
+using KivStash::StoreManager;
+using Stash::StoreHeader;
+
+// A file in memory that has the octets.
+class MemoryFile {
+ public:
+  explicit MemoryFile(const std::vector<std::uint8_t>& octets) : fd_(::memfd_create("store", 0)) {
+    const auto size = static_cast<ssize_t>(octets.size());
+    if (fd_ < 0 || ::pwrite(fd_, octets.data(), octets.size(), 0) != size) {
+      throw std::system_error(errno, std::generic_category(), "no file in memory");
+    }
+  }
+  ~MemoryFile() { ::close(fd_); }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+
+  Stash::StoreName name() const { return Stash::StoreName("/proc/self/fd/" + std::to_string(fd_)); }
+
+ private:
+  const int fd_;
+};
+
+// What a reader interns into.
+struct Tables {
+  const BgpParseExtCommContainerSm::Ptr parser = bgpParseExtCommContainerSmFactory();
+  const ExtCommDedupTable::Ptr values = extCommDedupTableFactory(parser->extCommParser());
+  const ExtCommIp6DedupTable::Ptr ip6Values = extCommIp6DedupTableFactory(parser->extCommParser());
+  const CommListDedupTable::Ptr standard = commListDedupTableFactory();
+  const LargeCommListDedupTable::Ptr large = largeCommListDedupTableFactory();
+  const ExtCommListDedupTable::Ptr extended = extCommListDedupTableFactory();
+  const ExtCommIp6ListDedupTable::Ptr ip6 = extCommIp6ListDedupTableFactory();
+};
+
+const Tables& tables() {
+  static const Tables all;
+  return all;
+}
+
+// All that a reader does with what it was given.
+void use(CommList& list) { (void)list.dedup(tables().standard.ptr())->noExport(); }
+void use(LargeCommList& list) { (void)list.dedup(tables().large.ptr())->serialize(); }
+void use(ExtComm& comm) { (void)comm.toStrepForUI(true, true, false); }
+void use(ExtCommList& list) {
+  (void)ExtCommList::dedupDestashed(tables().extended.ptr(), tables().values.ptr(), list);
+}
+void use(ExtCommIp6& comm) { (void)comm.hash(); }
+void use(ExtCommIp6List& list) {
+  (void)ExtCommIp6List::dedupDestashed(tables().ip6.ptr(), tables().ip6Values.ptr(), list);
+}
+
+bool fits(const LargeCommList& list) { return list.fitsAttribute(); }
+bool fits(const auto&) { return true; }
+
+template <class T>
+typename T::Ptr destash(const void* stored, const StoreManager::Ptr& manager) {
+  // Few octets more, as objects and messages are no smaller in a small store.
+  const Fuzz::AllocationLimit limit(manager->store().length() + 512);
+  return T::destash(stored, manager.ptr());
+}
+
+template <class T>
+void destashAndUse(const void* stored, const StoreManager::Ptr& manager) {
+  try {
+    const typename T::Ptr object = destash<T>(stored, manager);
+    (void)object->toStrep();
+    if (fits(*object)) use(*object);
+  } catch (const Stash::StoreException&) {
+  }
+}
+
+void destashAll(const void* stored, const StoreManager::Ptr& manager) {
+  destashAndUse<CommList>(stored, manager);
+  destashAndUse<LargeCommList>(stored, manager);
+  destashAndUse<ExtComm>(stored, manager);
+  destashAndUse<ExtCommList>(stored, manager);
+  destashAndUse<ExtCommIp6>(stored, manager);
+  destashAndUse<ExtCommIp6List>(stored, manager);
+}
+
+void walk(const StoreManager::Ptr& manager) {
+  KivStash::StoreCursor cursor(manager);
+  for (bool more = true; more;) {
+    try {
+      const auto image = cursor.next();
+      more = image.has_value();
+      if (more) destashAll(image->stored, manager);
+    } catch (const Stash::StoreException&) {
+    }
+  }
+}
+
+// Where no image is, or where one is only by the octets' own word.
+void jump(const std::vector<std::uint8_t>& octets, const StoreManager::Ptr& manager) {
+  std::array<Stash::Word, 8> words{};
+  const std::size_t size = std::min(sizeof words, octets.size());
+  std::memcpy(words.data(), octets.data() + octets.size() - size, size);
+  for (const Stash::Word word : words) {
+    destashAll(manager->store().storedAddress(word), manager);
+    destashAll(manager->store().storedAddress(word % (octets.size() + 1) & ~Stash::Word{7}),
+               manager);
+  }
+}
+
+void read(const std::vector<std::uint8_t>& octets) {
+  const MemoryFile file(octets);
+  try {
+    const StoreManager::Ptr manager = KivStash::storeManagerFactory(file.name());
+    walk(manager);
+    jump(octets, manager);
+    (void)manager->store().header();
+  } catch (const Stash::StoreException&) {
+  }
+}
+
+// Makes the header one that readers go on from; where they go stays open.
+void openHeader(std::vector<std::uint8_t>& octets) {
+  octets.resize(
+      std::max(octets.size(), Stash::firstDirectoryBlock + sizeof(Stash::DirectoryBlock)));
+  StoreHeader header;
+  std::memcpy(&header, octets.data(), sizeof header);
+  header.magic = Stash::storeMagic;
+  header.byteOrder = Stash::storeByteOrder;
+  header.version = Stash::storeVersion;
+  header.wordSize = Stash::wordSize;
+  header.maximum = octets.size() * 2;
+  header.length = octets.size();
+  std::memcpy(octets.data(), &header, sizeof header);
+}
+
+U64 bytesAllocated() {
+  U64 bytes = 0;
+  Kiv::forEachType([&](const Kiv::Type& type) { bytes += type.bytes(); });
+  return bytes;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::vector<std::uint8_t> octets(data, data + size);
+  read(octets);
+  openHeader(octets);
+  read(octets);
+  // The interning tables may have grown, but must hold nothing.
+  const Tables& all = tables();
+  const U32 left = all.values->size() + all.ip6Values->size() + all.standard->size() +
+                   all.large->size() + all.extended->size() + all.ip6->size();
+  if (left != 0 || ExtComm::kivType().objects() + ExtCommIp6::kivType().objects() != 0) {
+    std::fprintf(stderr, "%u interned objects left, %llu octets\n", left,
+                 static_cast<unsigned long long>(bytesAllocated()));
+    std::abort();
+  }
+  return 0;
+}
