@@ -202,7 +202,7 @@ Kiv::String ExtCommClassificationListBase<Family>::toStrep() const {
 
 template <class Family>
 void ExtCommClassificationListBase<Family>::writeText(std::ostream& out) const {
-  write(out, stringValue(classification_));
+  write(out, stringValue(classification()));
   write(out, " : ");
   writeJoined(out, commVector_);
 }

@@ -52,7 +52,9 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   using ClassificationList = typename Family::ClassificationList;
   using ListTable = typename Family::ListTable;
 
-  ExtCommClassification classification() const noexcept { return classification_; }
+  ExtCommClassification classification() const noexcept {
+    return static_cast<ExtCommClassification>(classification_);
+  }
   const ExtCommVector<Value>& commVector() const noexcept { return commVector_; }
   bool empty() const noexcept { return commVector_.empty(); }
   // Room for that many members.
@@ -76,7 +78,7 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
 
  protected:
   explicit ExtCommClassificationListBase(ExtCommClassification classification) noexcept
-      : classification_(classification) {}
+      : classification_(static_cast<U8>(classification)) {}
   ~ExtCommClassificationListBase() override;
 
   ValuePtr lookupExtComm(const Content& content) const {
@@ -96,8 +98,8 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   // For a part of a list that will not be interned: nor will this one ever be.
   void neverInterned() noexcept { dedupStateIs(Dorn::DedupHandleState::rebuilt); }
 
+  const U8 classification_;  // in an octet that the handle has left over
   ExtCommVector<Value> commVector_;
-  const ExtCommClassification classification_;
 };
 
 // The extended communities of a path: all members, sorted, and the same grouped
