@@ -37,6 +37,8 @@ endfunction()
 #
 # Only what the sources mark for export leaves the library; calls within it are
 # direct.  Users see the headers below INCLUDE_ROOT.
+# Before version 1.0 each minor version may change the ABI, and says so in the
+# name by which programs find the library.
 function(ovbgp_add_shared_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "INCLUDE_ROOT" "SOURCES")
   ovbgp_sources(sources ${arg_SOURCES})
@@ -56,12 +58,16 @@ function(ovbgp_add_shared_library name)
   target_include_directories(
     ${name} PUBLIC "$<BUILD_INTERFACE:${include_root}>"
                    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/ovbgp>")
+  set(abi_version ${PROJECT_VERSION_MAJOR})
+  if(PROJECT_VERSION_MAJOR EQUAL 0)
+    string(APPEND abi_version ".${PROJECT_VERSION_MINOR}")
+  endif()
   set_target_properties(
     ${name}
     PROPERTIES CXX_VISIBILITY_PRESET hidden
                VISIBILITY_INLINES_HIDDEN ON
                VERSION ${PROJECT_VERSION}
-               SOVERSION ${PROJECT_VERSION_MAJOR}
+               SOVERSION ${abi_version}
                INSTALL_RPATH "$ORIGIN")
 endfunction()
 

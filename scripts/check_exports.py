@@ -3,8 +3,14 @@
 
 Instantiations of the standard library's templates pass as long as they are
 weak: its headers mark them visible, and the linker merges them.
+
+With --lists FOLDER, also that they export just the names in FOLDER/LIBRARY.txt;
+--update writes these files instead.  CONTRIBUTING.md says who may.
 """
 
+import argparse
+import difflib
+import pathlib
 import re
 import subprocess
 import sys
@@ -35,20 +41,65 @@ def exported(library):
     return [(line.split()[1], line.split()[0]) for line in listing.splitlines()]
 
 
+def ours(symbols):
+    """The names of ours among SYMBOLS as C++ writes them, sorted, each once.
+
+    Two symbols may have one name (the kinds of a constructor, say), and which of
+    them there are is up to the compiler.
+    """
+    mangled = "\n".join(name for _, name in symbols if OURS.match(name))
+    names = subprocess.run(
+        ["c++filt"], input=mangled, check=True, capture_output=True, text=True
+    ).stdout
+    return sorted(set(names.splitlines()))
+
+
+def strangers(library, symbols):
+    """Says what LIBRARY exports that is not ours; how many there are."""
+    found = 0
+    if not any(OURS.match(name) for _, name in symbols):
+        print(f"{library}: exports nothing of ours")
+        found += 1
+    for kind, name in symbols:
+        if OURS.match(name) or (kind in WEAK and STANDARD.match(name)):
+            continue
+        print(f"{library}: exports {name} ({kind})")
+        found += 1
+    return found
+
+
+def differences(names, listed):
+    """Says how NAMES differ from the file LISTED; how often."""
+    before = listed.read_text(encoding="utf-8").splitlines() if listed.is_file() else []
+    lines = [line for line in difflib.unified_diff(before, names, lineterm="", n=0)][2:]
+    changed = [line for line in lines if not line.startswith("@@")]
+    for line in changed:
+        print(f"{listed.name}: {line}")
+    return len(changed)
+
+
 def main():
-    strangers = 0
-    for library in sys.argv[1:]:
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("libraries", nargs="+", type=pathlib.Path)
+    parser.add_argument("--lists", type=pathlib.Path)
+    parser.add_argument("--update", action="store_true")
+    options = parser.parse_args()
+    problems = changes = 0
+    for library in {library.resolve() for library in options.libraries}:
         symbols = exported(library)
-        if not any(OURS.match(name) for _, name in symbols):
-            print(f"{library}: exports nothing of ours")
-            strangers += 1
-        for kind, name in symbols:
-            if OURS.match(name) or (kind in WEAK and STANDARD.match(name)):
-                continue
-            print(f"{library}: exports {name} ({kind})")
-            strangers += 1
-        print(f"{library}: {len(symbols)} symbols")
-    return 1 if strangers or len(sys.argv) < 2 else 0
+        problems += strangers(library, symbols)
+        print(f"{library.name}: {len(symbols)} symbols")
+        if not options.lists:
+            continue
+        listed = options.lists / (library.name.partition(".so")[0].removeprefix("lib") + ".txt")
+        names = ours(symbols)
+        if options.update:
+            listed.write_text("\n".join(names) + "\n", encoding="utf-8")
+        else:
+            changes += differences(names, listed)
+    if changes:
+        print(f"{changes} names came or went: CONTRIBUTING.md says what that takes")
+    return 1 if problems or changes else 0
 
 
 if __name__ == "__main__":

@@ -12,7 +12,7 @@ import sys
 # Lowest first.  A folder stands on its own floor and on those below it.  Tests,
 # benchmarks and examples stand outside the house and may look into all of it.
 FLOORS = ["platform", "BgpCommon", "OvBgp", "tools"]
-OUTSIDE = ["tests", "bench", "examples"]
+OUTSIDE = ["tests", "bench", "fuzz", "examples", "gdb"]
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)
 
 

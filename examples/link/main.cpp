@@ -1,19 +1,18 @@
-// Two routes with the same communities share one list.
+// The least that shows the point: two routes with the same communities share one
+// list.
 #include <iostream>
 
+// [embedding]
 #include "OvBgp/OvBgpCommunityList.h"
-
-namespace {
 
 using namespace Routing::Bgp;
 
 CommList::PtrConst listOf(const CommListDedupTable::Ptr& table, std::initializer_list<U32> values) {
   const CommList::Ptr list = commListFactory();
-  for (const U32 value : values) list->commIs(value);
-  return list->dedup(table.ptr());
+  for (const U32 value : values) list->commIs(value);  // any order, repeats allowed
+  return list->dedup(table.ptr());                     // from now on shared, read-only
 }
-
-}  // namespace
+// [/embedding]
 
 int main() {
   const CommListDedupTable::Ptr table = commListDedupTableFactory();

@@ -1,0 +1,82 @@
+// Which routes a policy takes: by a member, by a set, and by an expression on the
+// list's text.
+#include <array>
+#include <iostream>
+#include <string_view>
+
+#include "Kiv/Exception.h"
+#include "OvBgp/OvBgpCommunity.h"
+#include "OvBgp/OvBgpCommunityList.h"
+#include "OvBgp/Parse/ExtComm.h"
+#include "Routing/RouteMap/PosixRegex.h"
+
+namespace {
+
+using namespace Routing::Bgp;
+using Routing::RouteMap::PosixRegex;
+
+int failures = 0;
+
+void check(std::string_view what, bool holds) {
+  std::cout << what << ": " << (holds ? "yes" : "no") << "\n";
+  failures += holds ? 0 : 1;
+}
+
+void standard() {
+  const auto table = commListDedupTableFactory();
+  const std::array<U8, 12> octets{0xFF, 0xFF, 0xFF, 0x01, 0x7A, 0xC0,
+                                  0x04, 0xEC, 0x7A, 0xC0, 0x00, 0x01};
+  // [standard]
+  const auto list = CommList::dedupAttributeValue(table.ptr(), octets);
+  const bool toCustomers = list->comm(31424u << 16 | 1260);  // a binary search
+  const bool keep = list->noExport();                        // noted when interned
+  const PosixRegex anyOfOurs("(^| )31424:[0-9]+( |$)");      // compiled once a policy
+  const bool ours = list->matchCommunitiesRegex(&anyOfOurs);
+  const PosixRegex byName("no-export");
+  const bool named = list->matchCommunitiesRegex(&byName);
+  // [/standard]
+  std::cout << list->toStrep() << "\n";
+  check("has 31424:1260", toCustomers);
+  check("stays in this AS", keep);
+  check("has one of ours", ours);
+  check("has no-export by name", named);
+}
+
+void extended() {
+  const auto parser = bgpParseExtCommContainerSmFactory();
+  const auto values = extCommDedupTableFactory(parser->extCommParser());
+  const auto table = extCommListDedupTableFactory();
+  const std::array<U8, 16> octets{0x00, 0x02, 0xFD, 0xE8, 0x00, 0x00, 0x00, 0x64,
+                                  0x03, 0x0B, 0x00, 0x00, 0x00, 0x00, 0x00, 0x07};
+  // [extended]
+  const auto list = ExtCommList::dedupAttributeValue(table.ptr(), values.ptr(), octets);
+  const PosixRegex target("RT:65000:100|65000:100");
+  const bool imported = list->matchCommunitiesRegex(&target);
+  // Routes that differ in their colors share this part, and it is compared as a word.
+  const auto targets = list->classificationList(extCommClassificationRouteTarget);
+  // [/extended]
+  std::cout << list->toStrep() << "\n";
+  check("has the route target", imported);
+  check("has a sub-list of route targets", targets && targets->commVector().size() == 1);
+}
+
+void refused() {
+  // [refused]
+  try {
+    const PosixRegex broken("65000:(");
+  } catch (const Kiv::RangeException& error) {
+    std::cout << "refused: " << error.what() << "\n";
+    return;
+  }
+  // [/refused]
+  check("refused", false);
+}
+
+}  // namespace
+
+int main() {
+  standard();
+  extended();
+  refused();
+  return failures == 0 ? 0 : 1;
+}
