@@ -76,6 +76,33 @@ TEST_F(FiguresTest, CountPlainValues) {
   EXPECT_GT(figures.bytes, standard.bytes() + large.bytes());  // tables, too
 }
 
+TEST_F(FiguresTest, NameTheListsInMostUse) {
+  hold(2, Bytes().u32(2), {}, color(1), {});
+  hold(3, Bytes().u32(5).u32(6).u32(7), {}, {}, {});
+  hold(2, Bytes().u32(1).u32(9), {}, {}, {});
+  const HeldFigures figures = figuresOf(held, 3);
+  ASSERT_EQ(figures.top.size(), 3U);
+  EXPECT_EQ(figures.top[0].text, "0:5 0:6 0:7");
+  EXPECT_EQ(figures.top[0].references, 3U);
+  EXPECT_EQ(figures.top[1].text, "0:1 0:9");  // as often as the next, and before it
+  EXPECT_EQ(figures.top[2].text, "0:2");
+  EXPECT_EQ(figuresOf(held, 4).top[3].kind, CommunityKind::extended);
+  EXPECT_EQ(figuresOf(held, 9).top.size(), 4U);
+  EXPECT_TRUE(figuresOf(held).top.empty());
+  const auto& lengths = figures.of(CommunityKind::standard).lengths;
+  EXPECT_EQ(lengths, (std::array<U64, lengthClasses>{1, 1, 1}));
+}
+
+TEST(LengthClasses, GrowByPowersOfTwo) {
+  const std::size_t classes[] = {0, 1, 2, 2, 3, 3, 3, 3, 4};
+  for (U64 members = 1; members <= 9; ++members) {
+    EXPECT_EQ(lengthClassOf(members), classes[members - 1]) << members;
+  }
+  EXPECT_EQ(lengthClassOf(64), lengthClasses - 2);
+  EXPECT_EQ(lengthClassOf(65), lengthClasses - 1);
+  EXPECT_EQ(lengthClassOf(16383), lengthClasses - 1);
+}
+
 TEST_F(FiguresTest, CountValuesAndSubListsThatListsShare) {
   hold(2, {}, {}, routeTarget(1).add(routeTarget(2)).add(color(7)), {});
   hold(1, {}, {}, routeTarget(2).add(routeTarget(1)).add(color(8)), {});

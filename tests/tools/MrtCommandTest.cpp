@@ -4,6 +4,7 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <gtest/gtest.h>
+#include <rapidjson/document.h>
 
 #include <algorithm>
 #include <csignal>
@@ -187,7 +188,9 @@ TEST(MrtCommand, SummaryShowsTheFigures) {
   const TempFile input(goodFile());
   const Outcome outcome = run({input.path()}, false);
   EXPECT_EQ(outcome.status, ExitStatus::fine);
-  std::istringstream lines(outcome.out);
+  const std::size_t top = outcome.out.find("lists in most use");
+  EXPECT_NE(outcome.out.find("\n         1  standard: 1:1 1:2\n", top), std::string::npos);
+  std::istringstream lines(outcome.out.substr(0, top));
   std::map<std::string, std::string> figures;
   for (std::string line; std::getline(lines, line);) {
     const std::size_t name = line.find("  ", line.find_first_not_of(' '));
@@ -202,7 +205,8 @@ TEST(MrtCommand, SummaryShowsTheFigures) {
                                                        {"routes held", "1"},
                                                        {"  routes with a list", "1"},
                                                        {"  distinct lists", "1"},
-                                                       {"  distinct communities", "2"}};
+                                                       {"  distinct communities", "2"},
+                                                       {"  distinct lists of 2", "1"}};
   for (const auto& [name, value] : expected) {
     EXPECT_EQ(figures[name], value) << name << "\n" << outcome.out;
   }
@@ -262,6 +266,166 @@ TEST(MrtCommand, VerifiesEveryKind) {
   const Outcome outcome = run(options);
   EXPECT_EQ(outcome.status, ExitStatus::fine);
   EXPECT_EQ(outcome.errors, "");
+}
+
+std::vector<rapidjson::Document> objectsOf(const std::string& text) {
+  std::vector<rapidjson::Document> objects;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    objects.emplace_back();
+    objects.back().Parse<rapidjson::kParseValidateEncodingFlag>(line.c_str());
+    EXPECT_FALSE(objects.back().HasParseError()) << line;
+  }
+  return objects;
+}
+
+TEST(MrtCommand, FiltersCombine) {
+  const Bytes withdrawal = messageAs4(update({8, 10, 8, 12}, {}, {}));
+  const Bytes two = messageAs4(update({}, communities({5}), {16, 10, 1, 16, 11, 1}));
+  const TempFile input(announcement(10).add(everyKind()).add(two).add(withdrawal));
+  using enum CommunityKind;
+  struct Row {
+    std::vector<CommunityKind> kinds;
+    const char* within;
+    std::optional<U32> peerAs;
+    const char* match;
+    int routes;
+  };
+  for (const Row& row :
+       {Row{{}, "", {}, "", 6}, Row{{}, "10.0.0.0/8", {}, "", 3}, Row{{}, "10.1.0.0/16", {}, "", 1},
+        Row{{}, "::/0", {}, "", 0}, Row{{}, "", 65001, "", 6}, Row{{}, "", 65002, "", 0},
+        Row{{standard}, "", {}, "", 4}, Row{{large}, "", {}, "", 1},
+        Row{{large, extended}, "", {}, "^4200", 1}, Row{{extended}, "", {}, "^4200", 0},
+        Row{{ip6Extended}, "12.0.0.0/8", 65001, "2001", 1},
+        Row{{ip6Extended}, "10.0.0.0/8", 65001, "2001", 0},
+        Row{{standard}, "10.0.0.0/8", {}, "0:5", 1}}) {
+    MrtOptions options;
+    options.files = {input.path()};
+    options.routes = true;
+    for (const CommunityKind kind : row.kinds) {
+      if (!options.filter.kinds) options.filter.kinds.emplace();
+      options.filter.kinds->add(kind);
+    }
+    options.filter.within = readPrefixText(row.within);
+    options.filter.peerAs = row.peerAs;
+    if (*row.match != 0) options.match.emplace(row.match);
+    const Outcome outcome = run(options);
+    EXPECT_EQ(std::ranges::count(outcome.out, '\n'), row.routes)
+        << row.within << row.match << outcome.out;
+    EXPECT_EQ(outcome.status, row.routes > 0 ? ExitStatus::fine : ExitStatus::noMatch);
+  }
+}
+
+TEST(MrtCommand, OtherKindsAreLeftOut) {
+  const TempFile input(everyKind());
+  MrtOptions options;
+  options.files = {input.path()};
+  options.filter.kinds.emplace().add(CommunityKind::large);
+  const std::string summary = run(options).out;
+  EXPECT_NE(summary.find("large"), std::string::npos);
+  EXPECT_EQ(summary.find("standard"), std::string::npos);
+  options.routes = true;
+  EXPECT_EQ(run(options).out, "1000|A|192.0.2.1|65001|12.0.0.0/8||4200000000:1:2||\n");
+  options.json = true;
+  const auto objects = objectsOf(run(options).out);
+  ASSERT_EQ(objects.size(), 1U);
+  EXPECT_TRUE(objects[0]["communities"].Empty());
+  EXPECT_EQ(objects[0]["large_communities"].Size(), 1U);
+  EXPECT_EQ(objects[0]["raw"].MemberCount(), 1U);
+}
+
+TEST(MrtCommand, JsonHasEveryMember) {
+  const TempFile input(everyKind());
+  MrtOptions options;
+  options.files = {input.path()};
+  options.json = true;
+  EXPECT_EQ(run(options).out,
+            R"({"v":1,"file":")" + input.path() +
+                R"(","record":1,"offset":0,"time":"1970-01-01T00:16:40Z","action":"announce",)"
+                R"("peer":{"ip":"192.0.2.1","as":65001},"prefix":"12.0.0.0/8","path_id":null,)"
+                R"("communities":["1:1","no-export"],"large_communities":["4200000000:1:2"],)"
+                R"("extended_communities":[{"text":"RT:65000:100","hex":"0002fde800000064"},)"
+                R"({"text":"Color:CO(01):7","hex":"030b400000000007"},)"
+                R"({"text":"0x06ff000000000001","hex":"06ff000000000001"}],)"
+                R"("ipv6_extended_communities":[{"text":"2001:::9",)"
+                R"("hex":"0002200100000000000000000000000000000009"}],)"
+                R"("raw":{"8":"00010001ffffff01","32":"fa56ea000000000100000002",)"
+                R"("16":"0002fde800000064030b40000000000706ff000000000001",)"
+                R"("25":"0002200100000000000000000000000000000009"},"errors":[]})"
+                "\n");
+}
+
+// Routes that were read before the record's error was found tell of it, too.
+TEST(MrtCommand, JsonTellsTheErrorsOfTheRecord) {
+  const Bytes entry = ribEntry(0, communities({0x10002}));
+  Bytes file = peerIndex();
+  file.add(rib(8, {8, 10}, 2, Bytes().u16(1).u32(0).u32(7).u16(0).add(ribEntry(9, {}))));
+  file.add(rib(2, {8, 11}, 1, entry)).add(messageAs4(update({}, attribute(8, {1}), {8, 12})));
+  const TempFile input(file);
+  MrtOptions options;
+  options.files = {input.path()};
+  options.json = true;
+  const Outcome outcome = run(options);
+  EXPECT_EQ(outcome.status, ExitStatus::damaged);
+  const auto objects = objectsOf(outcome.out);
+  ASSERT_EQ(objects.size(), 3U);
+  EXPECT_EQ(objects[0]["path_id"].GetUint(), 7U);
+  EXPECT_STREQ(objects[0]["action"].GetString(), "table");
+  ASSERT_EQ(objects[0]["errors"].Size(), 1U);
+  EXPECT_EQ(objects[1]["errors"].Size(), 0U);
+  EXPECT_STREQ(objects[2]["action"].GetString(), "withdraw");
+  EXPECT_STREQ(objects[2]["errors"][0].GetString(),
+               "COMMUNITIES attribute of 1 octets is not one or more members of 4");
+  EXPECT_EQ(objects[2]["raw"].MemberCount(), 0U);
+  EXPECT_TRUE(objects[2]["communities"].Empty());
+}
+
+TEST(MrtCommand, JsonSummaryIsOneObject) {
+  Bytes flagged = communities({7, 8, 9});
+  flagged[0] = 0xE0;
+  Bytes extendedLength{0xD0, 8};
+  extendedLength.u16(4).u32(7);
+  const TempFile input(everyKind()
+                           .add(messageAs4(update({}, flagged, {8, 30, 8, 31})))
+                           .add(messageAs4(update({}, extendedLength, {8, 32})))
+                           .add(mrt(99, 0, {}))
+                           .add(mrt(98, 0, {})));
+  MrtOptions options;
+  options.files = {input.path(), "/nonexistent/file"};
+  options.json = options.summary = options.verify = true;
+  options.top = 1;
+  const auto objects = objectsOf(run(options).out);
+  ASSERT_EQ(objects.size(), 1U);
+  const rapidjson::Document& summary = objects[0];
+  EXPECT_EQ(summary["v"].GetUint(), 1U);
+  EXPECT_EQ(summary["records"].GetUint(), 5U);
+  EXPECT_EQ(summary["routes"].GetUint(), 4U);
+  EXPECT_EQ(summary["errors"]["unknown record type N"].GetUint(), 2U);
+  EXPECT_EQ(summary["errors"]["No such file or directory"].GetUint(), 1U);
+  EXPECT_EQ(summary["standard"]["lists"]["references"].GetUint(), 4U);
+  EXPECT_EQ(summary["standard"]["values"]["occurrences"].GetUint(), 9U);
+  EXPECT_EQ(summary["ipv6_extended"]["values"]["unique"].GetUint(), 1U);
+  ASSERT_EQ(summary["top"].Size(), 1U);
+  EXPECT_STREQ(summary["top"][0]["kind"].GetString(), "standard");
+  EXPECT_STREQ(summary["top"][0]["text"].GetString(), "0:7 0:8 0:9");
+  EXPECT_EQ(summary["top"][0]["references"].GetUint(), 2U);
+  EXPECT_EQ(summary["flags"]["partial"]["standard"].GetUint(), 1U);
+  EXPECT_EQ(summary["flags"]["extended_length"]["standard"].GetUint(), 1U);
+  EXPECT_EQ(summary["flags"]["partial"]["large"].GetUint(), 0U);
+}
+
+// With --routes, the summary follows them, in text and in JSON.
+TEST(MrtCommand, RoutesAndSummaryGoTogether) {
+  const TempFile input(goodFile());
+  MrtOptions options;
+  options.files = {input.path()};
+  options.routes = options.summary = true;
+  EXPECT_EQ(run(options).out.find(goodLines + "files "), 0U);
+  options.json = true;
+  const auto objects = objectsOf(run(options).out);
+  ASSERT_EQ(objects.size(), 4U);
+  EXPECT_TRUE(objects[2].HasMember("prefix"));
+  EXPECT_TRUE(objects[3].HasMember("top"));
 }
 
 TEST(MrtCommand, EndsQuietlyWhenTheReaderGoes) {

@@ -99,16 +99,77 @@ TEST(ShowCommand, JsonIsAnObjectALine) {
   EXPECT_EQ((std::vector<std::string>{"extended", "standard", "ipv6_extended"}), kinds);
 }
 
+TEST(ShowCommand, JsonHasTheDecodedFields) {
+  struct Row {
+    const char* value;
+    const char* fields;
+  };
+  for (const Row& row :
+       {Row{"0x0002fde800000064", R"("as_number":65000,"local_administrator":100,)"},
+        Row{"0x0202fa56ea000007", R"("as_number":4200000000,"local_administrator":7,)"},
+        Row{"0x01020a0000010005", R"("address":"10.0.0.1","local_administrator":5,)"},
+        Row{"0x030b800000000064", R"("color":100,"color_only":2,)"},
+        Row{"0x40040001447a0000", R"("as_number":1,"bandwidth":1000.0,)"},
+        Row{"0x400400017f800000", R"("as_number":1,"bandwidth":null,)"},
+        Row{"0x030c000000000008", R"("tunnel_type":8,"tunnel_type_name":"tunnelTypeVxlan",)"},
+        Row{"0x030c000000000063", R"("tunnel_type":99,"tunnel_type_name":null,)"},
+        Row{"0x4300000000000002", R"("validation_state":"invalid",)"},
+        Row{"0x000220010db8000000000000000000000001000A",
+            R"("address":"2001:db8::1","local_administrator":10,)"},
+        Row{"0x06ff000000000001", R"("transitive":true,"text":)"}}) {
+    ShowOptions options{{row.value}};
+    options.json = true;
+    const std::string out = show(options).out;
+    EXPECT_NE(out.find(row.fields), std::string::npos) << out;
+  }
+}
+
+// Policies' names and the registry's.
+TEST(ShowCommand, ReadsNamesInAnyCase) {
+  struct Row {
+    std::vector<std::string> names;
+    const char* hex;
+  };
+  for (const Row& row :
+       {Row{{"GSHUT", "gshut", "GRACEFUL_SHUTDOWN", "graceful-shutdown"}, "ffff0000"},
+        Row{{"no-export", "NO_EXPORT", "No_Export"}, "ffffff01"},
+        Row{{"NO_ADVERTISE", "no-advertise"}, "ffffff02"},
+        Row{{"local-as", "LOCAL_AS", "NO_EXPORT_SUBCONFED", "no-export-subconfed"}, "ffffff03"},
+        Row{{"llgr-stale", "LLGR_STALE"}, "ffff0006"}, Row{{"no-llgr", "NO_LLGR"}, "ffff0007"},
+        Row{{"internet", "Internet"}, "00000000"}}) {
+    for (const std::string& name : row.names) {
+      EXPECT_EQ(show({{name}}).out.find(std::string("0x") + row.hex + "\n"), 0U) << name;
+    }
+  }
+}
+
 TEST(ShowCommand, TerminalsGetNoControlOctets) {
   const Shown shown = show({{"0x001b20010db8000000000000000000000001000a"}});
   EXPECT_NE(std::string::npos, shown.out.find("type=\\x00;subtype=\\x1b;")) << shown.out;
 }
 
 TEST(ShowCommand, RefusesWhatIsNoCommunityAndShowsNothing) {
-  for (const char* bad :
-       {"", "x", "1", "1:", ":1", "1:65536", "65536:1", "-1:1", "1: 1", "1:1:", "1:2:3:4",
-        "4294967296:1:1", "0x", "0x1", "0x000000001", "0xzz00000000000000", "0x+00000000000000f",
-        "0x00022001-db8000000000000000000000001000a", "00000001"}) {
+  for (const char* bad : {"",
+                          "x",
+                          "no export",
+                          "noexport",
+                          "1",
+                          "1:",
+                          ":1",
+                          "1:65536",
+                          "65536:1",
+                          "-1:1",
+                          "1: 1",
+                          "1:1:",
+                          "1:2:3:4",
+                          "4294967296:1:1",
+                          "0x",
+                          "0x1",
+                          "0x000000001",
+                          "0xzz00000000000000",
+                          "0x+00000000000000f",
+                          "0x00022001-db8000000000000000000000001000a",
+                          "00000001"}) {
     const Shown shown = show({{"1:1", bad}});
     EXPECT_EQ(ExitStatus::wrongUsage, shown.status) << bad;
     EXPECT_EQ("", shown.out) << bad;

@@ -1,9 +1,12 @@
 #include "tools/bgp-communities/CommunityArgument.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <vector>
 
+#include "OvBgp/OvBgpCommunityList.h"
 #include "Ovnet/Ip6Addr.h"
 
 namespace CommTool {
@@ -74,9 +77,49 @@ std::optional<CommunityArgument> readParts(std::string_view text) {
   return Acl::CommunityValue(*admin, *data1, *data2);
 }
 
+// The names of the registry of well-known communities (RFC 1997, RFC 3765, RFC 7611,
+// RFC 7999, RFC 8326, RFC 9494), which are not always those of policies.
+struct RegisteredName {
+  std::string_view name;
+  U32 value;
+};
+constexpr RegisteredName registeredNames[] = {
+    {"graceful-shutdown", 0xFFFF0000},
+    {"accept-own", 0xFFFF0001},
+    {"llgr-stale", 0xFFFF0006},
+    {"no-llgr", 0xFFFF0007},
+    {"blackhole", 0xFFFF029A},
+    {"no-export", 0xFFFFFF01},
+    {"no-advertise", 0xFFFFFF02},
+    {"no-export-subconfed", 0xFFFFFF03},
+    {"nopeer", 0xFFFFFF04},
+    {"internet", 0},
+};
+
+std::string normalized(std::string_view name) {
+  std::string text(name);
+  std::ranges::transform(text, text.begin(), [](unsigned char c) {
+    return c == '_' ? '-' : static_cast<char>(std::tolower(c));
+  });
+  return text;
+}
+
+// What is printed can be read again: policies' names count, too.
+std::optional<CommunityArgument> readName(std::string_view text) {
+  const std::string name = normalized(text);
+  for (const RegisteredName& row : registeredNames) {
+    const std::string known = Routing::Bgp::CommList::wellKnownName(row.value);
+    if (name == row.name || (!known.empty() && name == normalized(known))) {
+      return StandardCommunity{row.value};
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<CommunityArgument> readCommunity(std::string_view text) {
+  if (const auto named = readName(text)) return named;
   if (text.starts_with("0x") || text.starts_with("0X")) return readHex(text.substr(2));
   return readParts(text);
 }

@@ -23,7 +23,8 @@ using CommunityArgument =
 
 // What readCommunity takes, for a person who wrote something else.
 inline constexpr std::string_view communityForms =
-    "AS:local or 0x and 8 hexadecimal digits for a standard community, a:b:c for a large one, "
+    "AS:local, a well-known name or 0x and 8 hexadecimal digits for a standard community, "
+    "a:b:c for a large one, "
     "0x and 16 digits for an extended one, 0x and 40 for an IPv6 extended one";
 
 // Nothing if `text` is none of these.

@@ -2,9 +2,15 @@
 #ifndef TOOLS_BGP_COMMUNITIES_COUNTS_H
 #define TOOLS_BGP_COMMUNITIES_COUNTS_H
 
-#include "Kiv/Types.h"
+#include "tools/bgp-communities/CommunityKinds.h"
 
 namespace CommTool {
+
+// How many attributes of each kind had a flag, by CommunityKind.
+struct FlagCounts {
+  std::array<U64, communityKinds> partial{};
+  std::array<U64, communityKinds> extendedLength{};
+};
 
 struct InputCounts {
   U64 files = 0;            // opened

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Kiv/Type.h"
+#include "tools/bgp-communities/ListTexts.h"
 
 namespace CommTool {
 
@@ -22,8 +23,6 @@ U64 objectBytes(const Kiv::PtrInterface& object) {
   const Kiv::Type& type = object.fwkType();
   return type.bytes() / type.objects();
 }
-
-U64 storageBytes(const auto& vector) { return U64{vector.capacity()} * sizeof(*vector.data()); }
 
 const auto& commsOf(const auto& list) {
   if constexpr (Flat<std::decay_t<decltype(list)>>) {
@@ -66,6 +65,20 @@ U64 distinct(std::vector<Value>& values) {
   return static_cast<U64>(std::unique(values.begin(), values.end()) - values.begin());
 }
 
+// The order among lists that equally many routes hold: that of their members.
+bool comesFirst(const auto& list, const auto& other) {
+  const auto& one = commsOf(list);
+  const auto& two = commsOf(other);
+  return std::lexicographical_compare(one.begin(), one.end(), two.begin(), two.end(),
+                                      [](const auto& a, const auto& b) {
+                                        if constexpr (requires { a->getContent(); }) {
+                                          return a->getContent() < b->getContent();
+                                        } else {
+                                          return a < b;
+                                        }
+                                      });
+}
+
 // The figures of one kind of list, from how many routes hold each.
 template <class List>
 class KindCount {
@@ -76,6 +89,7 @@ class KindCount {
     KindFigures figures;
     for (const auto& [list, routes] : holders_) {
       add(figures.lists, routes, routes, listBytes(*list));
+      ++figures.lengths[lengthClassOf(commsOf(*list).size())];
     }
     if constexpr (Flat<List>) {
       addFlatValues(figures.values);
@@ -83,6 +97,17 @@ class KindCount {
       addExtended(figures);
     }
     return figures;
+  }
+
+  void addTop(std::size_t count, CommunityKind kind, std::vector<ListUse>& to) const {
+    using Use = std::pair<const List*, U64>;
+    std::vector<Use> uses(std::min(count, holders_.size()));
+    std::partial_sort_copy(holders_.begin(), holders_.end(), uses.begin(), uses.end(),
+                           [](const Use& a, const Use& b) {
+                             if (a.second != b.second) return a.second > b.second;
+                             return comesFirst(*a.first, *b.first);
+                           });
+    for (const auto& [list, routes] : uses) to.push_back({kind, listText(*list), routes});
   }
 
  private:
@@ -128,6 +153,23 @@ class KindCount {
   std::unordered_map<const List*, U64> holders_;
 };
 
+using KindCounts = std::tuple<KindCount<CommList>, KindCount<LargeCommList>, KindCount<ExtCommList>,
+                              KindCount<ExtCommIp6List>>;
+
+// In the order of the kinds where equally many routes hold lists of several.
+std::vector<ListUse> topOf(const KindCounts& counts, std::size_t count) {
+  std::vector<ListUse> top;
+  std::apply(
+      [&](const auto&... kindCounts) {
+        std::size_t kind = 0;
+        (kindCounts.addTop(count, static_cast<CommunityKind>(kind++), top), ...);
+      },
+      counts);
+  std::ranges::stable_sort(top, std::greater<>(), &ListUse::references);
+  top.resize(std::min(top.size(), count));
+  return top;
+}
+
 }  // namespace
 
 U64 HeldFigures::bytesUnshared() const {
@@ -136,10 +178,8 @@ U64 HeldFigures::bytesUnshared() const {
   return unshared;
 }
 
-HeldFigures figuresOf(const HeldRoutes& routes) {
-  std::tuple<KindCount<CommList>, KindCount<LargeCommList>, KindCount<ExtCommList>,
-             KindCount<ExtCommIp6List>>
-      counts;
+HeldFigures figuresOf(const HeldRoutes& routes, std::size_t top) {
+  KindCounts counts;
   for (const auto& [key, communities] : routes.routes()) {
     communities.forEachList([&counts](CommunityKind, const auto& list) {
       std::get<KindCount<std::decay_t<decltype(list)>>>(counts).addRoute(list);
@@ -153,6 +193,7 @@ HeldFigures figuresOf(const HeldRoutes& routes) {
       },
       counts);
   figures.bytes = routes.tables().bytes();
+  figures.top = topOf(counts, top);
   return figures;
 }
 

@@ -26,6 +26,8 @@ class Input {
 
   // What ended the stream early; empty after a clean end.
   const std::string& damage() const { return damage_; }
+  // Octets read from the file up to now, compressed as they are there.
+  U64 bytesRead() const { return file_.bytesRead(); }
 
  private:
   bool nextBlock();

@@ -15,6 +15,18 @@ typename Value::StrepFormat withClassification() {
 
 }  // namespace
 
+void appendMemberText(OvFmt::DynamicBufferInterface& to, const ExtComm& member) {
+  const std::size_t before = to.size();
+  member.appendForPolicy(to, withClassification<ExtComm>());
+  if (to.size() != before) return;
+  to.append("0x");
+  to.appendHex(member.getContent().value(), 16);
+}
+
+void appendMemberText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6& member) {
+  member.appendForPolicy(to, withClassification<ExtCommIp6>());
+}
+
 void appendListText(OvFmt::DynamicBufferInterface& to, const CommList& list) {
   list.appendText(to);
 }
@@ -28,16 +40,11 @@ void appendListText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6List& lis
 }
 
 void appendListText(OvFmt::DynamicBufferInterface& to, const ExtCommList& list) {
-  const ExtComm::StrepFormat format = withClassification<ExtComm>();
   const char* separator = "";
   for (const ExtComm::PtrConst& member : list.commVector()) {
     to.append(separator);
     separator = " ";
-    const std::size_t before = to.size();
-    member->appendForPolicy(to, format);
-    if (to.size() != before) continue;
-    to.append("0x");
-    to.appendHex(member->getContent().value(), 16);
+    appendMemberText(to, *member);
   }
 }
 

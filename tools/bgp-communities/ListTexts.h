@@ -2,6 +2,8 @@
 #ifndef TOOLS_BGP_COMMUNITIES_LIST_TEXTS_H
 #define TOOLS_BGP_COMMUNITIES_LIST_TEXTS_H
 
+#include <string>
+
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvFmt/DynamicBuffer.h"
 
@@ -14,6 +16,17 @@ void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::CommL
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::LargeCommList& list);
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtCommList& list);
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtCommIp6List& list);
+
+// What one member adds to that text.
+void appendMemberText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtComm& member);
+void appendMemberText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtCommIp6& member);
+
+// The text of any of the lists.
+std::string listText(const auto& list) {
+  OvFmt::StackBackedBuffer<1024> text;
+  appendListText(text, list);
+  return text.str();
+}
 
 }  // namespace CommTool
 

@@ -11,9 +11,11 @@ void MrtFiles::read(const std::string& path) {
     Input input(path);
     ++counts_.files;
     readRecords(input, name);
+    bytesBefore_ += input.bytesRead();
   } catch (const CannotOpen& reason) {
     ++counts_.unopened;
-    printError(errors_, name + ": " + reason.what());
+    errorCounts_.add(reason.what());
+    complain(name + ": " + reason.what());
   }
 }
 
@@ -24,21 +26,36 @@ void MrtFiles::readRecords(Input& input, const std::string& name) {
   MrtDecoder decoder(sink_, counts_);
   try {
     while (const MrtRecord* record = reader.next()) {
-      decoder.decode(*record, problems_);
-      if (!problems_.empty()) {
-        report(name, *record, problems_.text());
-        problems_.clear();
+      decode(*record, decoder, name);
+      if (progress_ != nullptr) {
+        progress_->update(bytesBefore_ + input.bytesRead(), counts_.records);
       }
     }
   } catch (const Malformed& malformed) {
     ++counts_.damaged;
+    errorCounts_.add(malformed.what());
     report(name, reader.position(), malformed.what());
   }
 }
 
+void MrtFiles::decode(const MrtRecord& record, MrtDecoder& decoder, const std::string& name) {
+  if (output_ != nullptr) output_->recordBegins(name, record);
+  decoder.decode(record, problems_);
+  if (output_ != nullptr) output_->recordEnds(problems_);
+  if (problems_.empty()) return;
+  errorCounts_.add(problems_);
+  report(name, record, problems_.text());
+  problems_.clear();
+}
+
+void MrtFiles::complain(const std::string& text) {
+  if (progress_ != nullptr) progress_->erase();
+  printError(errors_, text);
+}
+
 void MrtFiles::report(const std::string& name, const MrtRecord& record, const std::string& what) {
-  printError(errors_, name + ": record " + std::to_string(record.number) + " at octet " +
-                          std::to_string(record.offset) + ": " + what);
+  complain(name + ": record " + std::to_string(record.number) + " at octet " +
+           std::to_string(record.offset) + ": " + what);
 }
 
 ExitStatus MrtFiles::status() const {

@@ -6,31 +6,17 @@ namespace CommTool {
 
 namespace {
 
-constexpr U8 extendedLengthFlag = 0x10;
 constexpr U8 mpReachType = 14;
 constexpr U8 mpUnreachType = 15;
 
-// Of the flags octet (RFC 4271, section 4.3): what those of communities must be.
-constexpr U8 optionalTransitive = 0xC0;
-
-struct Attribute {
-  U8 flags;
-  U8 type;
-  Octets value;
-};
-
-Attribute readAttribute(OctetReader& reader) {
-  const U8 flags = reader.u8();
-  const U8 type = reader.u8();
-  const std::size_t length = (flags & extendedLengthFlag) != 0 ? reader.u16() : reader.u8();
-  return {flags, type, reader.octets(length)};
-}
+// What the flags of communities must be.
+constexpr U8 optionalTransitive = optionalFlag | transitiveFlag;
 
 class Collector {
  public:
   explicit Collector(Problems& problems) : problems_(problems) {}
 
-  void add(const Attribute& attribute) {
+  void add(const PathAttribute& attribute) {
     if (seen_.test(attribute.type)) {
       addRepeated(attribute.type);
       return;
@@ -53,26 +39,16 @@ class Collector {
     found.repeatedMp |= type == mpReachType || type == mpUnreachType;
   }
 
-  void addCommunities(const Attribute& attribute) {
-    for (const CommunityKindRow& row : communityKindRows) {
-      if (row.attributeType != attribute.type) {
-        continue;
-      }
-      if ((attribute.flags & optionalTransitive) != optionalTransitive) {
-        problems_.add(std::string(row.attribute) +
-                      " attribute that is not optional and transitive");
-        found.treatAsWithdraw = true;
-        return;
-      }
-      const std::size_t length = attribute.value.size();
-      if (length == 0 || length % row.memberSize != 0) {
-        problems_.add(std::string(row.attribute) + " attribute of " + std::to_string(length) +
-                      " octets is not one or more members of " + std::to_string(row.memberSize));
-        found.treatAsWithdraw = true;
-        return;
-      }
-      found.communities[row.kind] = attribute.value;
+  void addCommunities(const PathAttribute& attribute) {
+    const CommunityKindRow* const row = communityKindOf(attribute.type);
+    if (row == nullptr) return;
+    if (std::string defect = defectOf(attribute, *row); !defect.empty()) {
+      problems_.add(std::move(defect));
+      found.treatAsWithdraw = true;
+      return;
     }
+    found.communities[row->kind] = attribute.value;
+    found.communities.flagsIs(row->kind, attribute.flags);
   }
 
   Problems& problems_;
@@ -81,12 +57,36 @@ class Collector {
 
 }  // namespace
 
+PathAttribute readPathAttribute(OctetReader& reader) {
+  const U8 flags = reader.u8();
+  const U8 type = reader.u8();
+  const std::size_t length = (flags & extendedLengthFlag) != 0 ? reader.u16() : reader.u8();
+  return {flags, type, reader.octets(length)};
+}
+
+const CommunityKindRow* communityKindOf(U8 attributeType) {
+  for (const CommunityKindRow& row : communityKindRows) {
+    if (row.attributeType == attributeType) return &row;
+  }
+  return nullptr;
+}
+
+std::string defectOf(const PathAttribute& attribute, const CommunityKindRow& row) {
+  if ((attribute.flags & optionalTransitive) != optionalTransitive) {
+    return std::string(row.attribute) + " attribute that is not optional and transitive";
+  }
+  const std::size_t length = attribute.value.size();
+  if (length != 0 && length % row.memberSize == 0) return {};
+  return std::string(row.attribute) + " attribute of " + std::to_string(length) +
+         " octets is not one or more members of " + std::to_string(row.memberSize);
+}
+
 PathAttributes readPathAttributes(Octets octets, Problems& problems) {
   Collector collector(problems);
   OctetReader reader(octets, "path attributes");
   try {
     while (!reader.atEnd()) {
-      collector.add(readAttribute(reader));
+      collector.add(readPathAttribute(reader));
     }
   } catch (const Malformed& malformed) {
     problems.add(malformed.what());

@@ -8,6 +8,30 @@
 
 namespace CommTool {
 
+// Bits of the flags octet (RFC 4271, section 4.3).
+enum AttributeFlag : U8 {
+  optionalFlag = 0x80,
+  transitiveFlag = 0x40,
+  partialFlag = 0x20,
+  extendedLengthFlag = 0x10,
+};
+
+// One attribute. The value is borrowed.
+struct PathAttribute {
+  U8 flags;
+  U8 type;
+  Octets value;
+};
+
+// Reads a header and as many octets as it announces; throws Malformed.
+PathAttribute readPathAttribute(OctetReader& reader);
+
+// The kind of community that an attribute type carries, if it is one that does.
+const CommunityKindRow* communityKindOf(U8 attributeType);
+
+// What keeps an attribute of the row's type from being used (RFC 7606), or empty.
+std::string defectOf(const PathAttribute& attribute, const CommunityKindRow& row);
+
 // Spans are borrowed from the octets given.
 struct PathAttributes {
   CommunityAttributes communities;

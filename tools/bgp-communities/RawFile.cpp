@@ -58,6 +58,7 @@ std::size_t RawFile::read(std::size_t at) {
   if (got < 0) {
     throw Malformed(std::string("cannot read: ") + std::strerror(errno));
   }
+  bytesRead_ += static_cast<U64>(got);
   return static_cast<std::size_t>(got);
 }
 

@@ -33,12 +33,16 @@ class RawFile {
   // if the file cannot be read on.
   Octets next();
 
+  // How much was read up to now.
+  U64 bytesRead() const { return bytesRead_; }
+
  private:
   std::size_t read(std::size_t at);
 
   int fd_ = -1;
   std::unique_ptr<U8[]> room_;
   Octets peeked_;
+  U64 bytesRead_ = 0;
 };
 
 }  // namespace CommTool

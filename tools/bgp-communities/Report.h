@@ -18,20 +18,19 @@ namespace CommTool {
 class Report {
  public:
   // null: known to be absent.
-  using Value = std::variant<std::nullptr_t, bool, U32, std::string>;
+  using Value =
+      std::variant<std::nullptr_t, bool, U32, double, std::string, std::vector<std::string>>;
 
   explicit Report(std::string title) : title_(std::move(title)) {}
 
-  void add(std::string_view name, Value value) { fields_.emplace_back(name, std::move(value)); }
-  void addText(std::string_view form, std::string text) {
-    texts_.emplace_back(form, std::move(text));
-  }
+  void add(std::string_view name, Value value);
+  void addText(std::string_view form, std::string text);
 
   // A title, a line a field and one a text; an empty text is left out, and octets
   // that are no printable ASCII are escaped.
   void print(TextOutput& out) const;
-  // One line, one object: the fields, and the texts as an object under "text".
-  // Octets that are no UTF-8 text are escaped as the characters of that number.
+  // One line, one object: the fields, and the texts as an object under "text" (see
+  // Json.h for what is no text or no number there).
   void printJson(TextOutput& out) const;
 
  private:

@@ -28,7 +28,7 @@ void RouteLines::print(const RouteBatch& batch, const RouteCommunities& communit
   };
   communities.forEachList([&](CommunityKind kind, const auto& list) {
     separateUpTo(indexOf(kind));
-    appendListText(text, list);
+    text.append(texts_.of(list, [](const auto& made) { return listText(made); }));
   });
   separateUpTo(communityKinds - 1);
   const std::string head = headOf(batch);

@@ -2,8 +2,8 @@
 #ifndef TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 #define TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 
-#include "tools/bgp-communities/Route.h"
-#include "tools/bgp-communities/RouteCommunities.h"
+#include "tools/bgp-communities/PerList.h"
+#include "tools/bgp-communities/RouteOutput.h"
 #include "tools/bgp-communities/TextOutput.h"
 
 namespace CommTool {
@@ -11,19 +11,19 @@ namespace CommTool {
 // Prints fields with | between them: seconds of the record; A (announced), W
 // (withdrawn) or B (in a table); the peer's address and AS; the prefix; and the
 // route's lists: standard, large, extended, IPv6 extended, each empty where there
-// is none. Lists are as policies see them, with a blank between members: names of
-// well-known communities, classifications of extended ones. An extended community
-// that policies have no text for prints as its 16 hexadecimal digits.
+// is none, and as ListTexts.h has them.
 //
-// What the routes of a batch share is formatted once.
-class RouteLines {
+// What the routes of a batch share is put together once, and the text of a list is
+// written once for all the routes that have it.
+class RouteLines : public RouteOutput {
  public:
   explicit RouteLines(TextOutput& out) : out_(out) {}
 
-  void print(const RouteBatch& batch, const RouteCommunities& communities);
+  void print(const RouteBatch& batch, const RouteCommunities& communities) override;
 
  private:
   TextOutput& out_;
+  PerList<std::string> texts_;
 };
 
 }  // namespace CommTool

@@ -9,6 +9,7 @@
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
 #include "tools/bgp-communities/CommunityArgument.h"
+#include "tools/bgp-communities/DecodedFields.h"
 #include "tools/bgp-communities/Report.h"
 #include "tools/bgp-communities/Running.h"
 
@@ -63,6 +64,8 @@ class Describer {
   Report operator()(const StandardCommunity& community) const {
     Report report = begun("standard", hexOf(community.value, 8));
     const std::string name = CommList::wellKnownName(community.value);
+    report.add("as_number", community.value >> 16);
+    report.add("local_value", community.value & 0xFFFF);
     report.add("well_known", name.empty() ? Report::Value(nullptr) : Report::Value(name));
     report.addText("policy", CommList::getStringValue(community.value));
     report.addText("list", name.empty() ? CommList::getStringValue(community.value) : name);
@@ -127,6 +130,7 @@ class Describer {
     report.add("subtype", U32{subtypeOf(content)});
     report.add("subtype_name", subtypeNameOf(community));
     report.add("transitive", content.transitiveFlag());
+    addDecodedFields(report, community);
   }
   static U8 typeOf(const ExtCommContent& content) { return content.typeOctet(); }
   static U8 typeOf(const ExtCommIp6Content& content) { return content.type(); }

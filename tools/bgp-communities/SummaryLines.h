@@ -13,7 +13,8 @@ namespace CommTool {
 // A line a figure: name, blanks, value; or values, a column a kind.
 class SummaryLines {
  public:
-  explicit SummaryLines(TextOutput& out) : out_(out) {}
+  explicit SummaryLines(TextOutput& out, KindSet kinds = KindSet::all())
+      : out_(out), kinds_(kinds) {}
 
   void print(std::string_view name, U64 value) { print(name, std::to_string(value)); }
   void print(std::string_view name, const std::string& value) {
@@ -22,12 +23,18 @@ class SummaryLines {
     field(value);
     out_.append('\n');
   }
-  // A field a kind; a column has its place whether or not there is anything in it.
+  void print(std::string_view line) {
+    out_.append(line);
+    out_.append('\n');
+  }
+  // A field for each of the kinds, whether or not there is anything in it.
   template <class TextOf>
   void printKinds(std::string_view name, const TextOf& textOf) {
     out_.append(name);
     fill(name.size(), nameWidth);
-    for (const CommunityKindRow& row : communityKindRows) field(textOf(row));
+    for (const CommunityKindRow& row : communityKindRows) {
+      if (kinds_.has(row.kind)) field(textOf(row));
+    }
     out_.append('\n');
   }
 
@@ -44,6 +51,7 @@ class SummaryLines {
   }
 
   TextOutput& out_;
+  KindSet kinds_;
 };
 
 }  // namespace CommTool

@@ -1,0 +1,79 @@
+#include "tools/bgp-communities/DecodedFields.h"
+
+#include <algorithm>
+
+#include "OvBgp/ExtCommAsNumber.h"
+#include "OvBgp/ExtCommIp6.h"
+#include "OvBgp/ExtCommIpv4Address.h"
+#include "OvBgp/Parse/ExtCommColor.h"
+#include "OvBgp/Parse/ExtCommLinkBandwidth.h"
+#include "OvBgp/Parse/ExtCommOriginValidationState.h"
+#include "OvBgp/Parse/ExtCommTunnelEncap.h"
+#include "Rpki/OriginValidationState.h"
+#include "tools/bgp-communities/AddressText.h"
+
+namespace CommTool {
+
+using namespace Routing::Bgp;  // NOLINT(google-build-using-namespace): all of it is about them
+
+namespace {
+
+void add(Report& report, const ExtCommLinkBandwidth& community) {
+  report.add("as_number", community.asNumber());
+  report.add("bandwidth", double{community.linkBandwidth().bytesPerSecond()});
+}
+void add(Report& report, const ExtCommAsNumber& community) {
+  report.add("as_number", community.asNumber());
+  report.add("local_administrator", community.localAdmin());
+}
+void add(Report& report, const ExtCommIpv4Address& community) {
+  Address address;
+  for (unsigned i = 0; i < 4; ++i) {
+    address.octets[i] = static_cast<U8>(community.address() >> (24 - 8 * i));
+  }
+  report.add("address", std::string(AddressText(address).view()));
+  report.add("local_administrator", U32{community.localAdmin()});
+}
+void add(Report& report, const ExtCommColor& community) {
+  report.add("color", community.color());
+  report.add("color_only", U32{community.colorOnly()});
+}
+void add(Report& report, const ExtCommTunnelEncap& community) {
+  const bool named = community.tunnelType() != tunnelTypeUnknown;
+  report.add("tunnel_type", U32{community.tunnelTypeNumber()});
+  report.add("tunnel_type_name",
+             named ? Report::Value(stringValue(community.tunnelType())) : Report::Value(nullptr));
+}
+void add(Report& report, const ExtCommOriginValidationState& community) {
+  report.add("validation_state", std::string(Rpki::originValidationStateText(community.state())));
+}
+
+template <class Class>
+bool addIf(Report& report, const ExtComm& community) {
+  const auto* const typed = dynamic_cast<const Class*>(&community);
+  if (typed != nullptr) add(report, *typed);
+  return typed != nullptr;
+}
+
+// The first class that fits, so derived ones come before their bases.
+template <class... Classes>
+void addFirst(Report& report, const ExtComm& community) {
+  static_cast<void>((addIf<Classes>(report, community) || ...));
+}
+
+}  // namespace
+
+void addDecodedFields(Report& report, const ExtComm& community) {
+  addFirst<ExtCommLinkBandwidth, ExtCommAsNumber, ExtCommIpv4Address, ExtCommColor,
+           ExtCommTunnelEncap, ExtCommOriginValidationState>(report, community);
+}
+
+void addDecodedFields(Report& report, const ExtCommIp6& community) {
+  Address address;
+  address.family = Family::ipv6;
+  std::ranges::copy(community.getContent().addr().octets(), address.octets.begin());
+  report.add("address", std::string(AddressText(address).view()));
+  report.add("local_administrator", U32{community.getContent().localAdmin()});
+}
+
+}  // namespace CommTool
