@@ -258,7 +258,8 @@ DedupHandle::Ptr DedupHashTable::memberFrom(const Shard& shard, U32& place, U32&
     place = 0;
   }
   while (place < places) {
-    if (DedupHandle* const member = shard.buckets.memberAt(place++)) return DedupHandle::Ptr(member);
+    if (DedupHandle* const member = shard.buckets.memberAt(place++))
+      return DedupHandle::Ptr(member);
   }
   return nullptr;
 }
