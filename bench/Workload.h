@@ -1,12 +1,17 @@
 // What the benchmarks run on: the COMMUNITIES attributes of a file of routing
-// data, in the order in which they were received, and lists made up by length.
+// data, in the order in which they were received, and lists made up like them.
 #ifndef BENCH_WORKLOAD_H
 #define BENCH_WORKLOAD_H
 
 #include <malloc.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <filesystem>
+#include <map>
 #include <random>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -16,60 +21,142 @@
 
 namespace Bench {
 
-// Attribute values, back to back.
+// Attribute values, back to back, as they come from a socket.
 class Attributes {
  public:
   void add(std::span<const U8> value) {
     octets_.insert(octets_.end(), value.begin(), value.end());
-    ends_.push_back(octets_.size());
+    ends_.push_back(static_cast<U32>(octets_.size()));
   }
-  std::size_t size() const { return ends_.size(); }
+  std::size_t size() const { return ends_.size() - 1; }
   std::span<const U8> operator[](std::size_t i) const {
-    const std::size_t begin = i == 0 ? 0 : ends_[i - 1];
-    return std::span(octets_).subspan(begin, ends_[i] - begin);
+    return {octets_.data() + ends_[i], octets_.data() + ends_[i + 1]};
   }
 
  private:
   std::vector<U8> octets_;
-  std::vector<std::size_t> ends_;
+  std::vector<U32> ends_{0};
 };
 
-// Reads the file that OVBGP_BENCH_MRT names, or the sample.
-inline const Attributes& received() {
+inline std::string nameOf(const std::string& file) {
+  return std::filesystem::path(file).filename().string();
+}
+
+// The attributes in `file`: one for each UPDATE or table entry that has one. Read
+// once.
+inline const Attributes& received(const std::string& file) {
   struct Collector : CommTool::RouteSink {
     void handleRoutes(const CommTool::RouteBatch& batch) override {
       const auto& value = batch.communities[CommTool::CommunityKind::standard];
-      for (std::size_t i = 0; value && i < batch.routes.size(); ++i) attributes.add(*value);
+      if (value) attributes.add(*value);
     }
     Attributes attributes;
   };
-  static const Attributes attributes = [] {
-    const char* const named = std::getenv("OVBGP_BENCH_MRT");
-    CommTool::Input input(named ? named : OVBGP_SAMPLES_DIR "/speakers-updates.mrt.gz");
-    CommTool::MrtReader reader(input);
-    Collector collector;
-    CommTool::InputCounts counts;
-    CommTool::Problems problems;
-    CommTool::MrtDecoder decoder(collector, counts);
-    while (const CommTool::MrtRecord* record = reader.next()) decoder.decode(*record, problems);
-    return std::move(collector.attributes);
-  }();
-  return attributes;
+  static std::map<std::string, Attributes> read;
+  const auto [found, isNew] = read.try_emplace(file);
+  if (!isNew) return found->second;
+  CommTool::Input input(file);
+  CommTool::MrtReader reader(input);
+  Collector collector;
+  CommTool::InputCounts counts;
+  CommTool::Problems problems;
+  CommTool::MrtDecoder decoder(collector, counts);
+  while (const CommTool::MrtRecord* record = reader.next()) decoder.decode(*record, problems);
+  return found->second = std::move(collector.attributes);
 }
 
-// `count` lists of `length` communities each, all different, in random order.
+// A list in the order of the wire: ascending, without repeats, as nearly all are.
+inline void addRandomList(Attributes& to, std::size_t length, std::mt19937& random) {
+  std::set<U32> comms;
+  while (comms.size() < length) comms.insert(static_cast<U32>(random()));
+  std::vector<U8> value;
+  for (const U32 c : comms) {
+    for (const int shift : {24, 16, 8, 0}) value.push_back(static_cast<U8>(c >> shift));
+  }
+  to.add(value);
+}
+
+// `count` lists of `length` communities each, all different.
 inline Attributes made(std::size_t count, std::size_t length) {
   Attributes attributes;
   std::mt19937 random(1);
-  std::vector<U8> value(4 * length);
+  for (std::size_t i = 0; i < count; ++i) addRandomList(attributes, length, random);
+  return attributes;
+}
+
+// `count` lists, all different, of the lengths that those in `like` have.
+inline Attributes madeLike(const Attributes& like, std::size_t count) {
+  std::vector<std::size_t> lengths;
+  for (std::size_t i = 0; i < like.size(); ++i) {
+    if (!like[i].empty()) lengths.push_back(like[i].size() / 4);
+  }
+  Attributes attributes;
+  std::mt19937 random(2);
+  // Two lists of one community may turn out equal; so few that they do not matter.
   for (std::size_t i = 0; i < count; ++i) {
-    for (U8& octet : value) octet = static_cast<U8>(random());
-    attributes.add(value);
+    addRandomList(attributes, lengths[random() % lengths.size()], random);
   }
   return attributes;
 }
 
-// Bytes in use on the heap, allocator's overhead included.
+// Numbers below `count`, the popularity of rank r falling as 1 / (r + 1)^exponent.
+inline std::vector<U32> zipf(std::size_t count, double exponent, std::size_t draws) {
+  std::vector<double> sums(count);
+  double sum = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    sums[i] = sum += std::pow(static_cast<double>(i + 1), -exponent);
+  }
+  std::mt19937_64 random(3);
+  std::uniform_real_distribution<double> even(0, sum);
+  std::vector<U32> ranks(draws);
+  for (U32& rank : ranks) {
+    rank = static_cast<U32>(std::ranges::upper_bound(sums, even(random)) - sums.begin());
+    rank = std::min(rank, static_cast<U32>(count - 1));
+  }
+  return ranks;
+}
+
+// Lists drawn from `lists`, of that popularity.
+inline Attributes drawn(const Attributes& lists, double exponent, std::size_t draws) {
+  Attributes attributes;
+  for (const U32 rank : zipf(lists.size(), exponent, draws)) attributes.add(lists[rank]);
+  return attributes;
+}
+
+// A sequence of `lists` different lists, some of them popular. In a fifth as many
+// slots as there are lists, 58 % of the slots hold a list that no other one has.
+inline const Attributes& scaled(const Attributes& like, std::size_t lists) {
+  static const Attributes sequence = drawn(madeLike(like, lists), 0.82, 2 * lists);
+  return sequence;
+}
+
+// Each list new.
+inline const Attributes& distinct(const Attributes& like, std::size_t lists) {
+  static const Attributes sequence = madeLike(like, lists);
+  return sequence;
+}
+
+// Extended communities, all different: route targets, route origins, colors and
+// values of unknown types.
+inline std::vector<U64> valuesOf(std::size_t count) {
+  constexpr U64 types[] = {0x0002, 0x0202, 0x0103, 0x030B, 0x4004, 0x0399, 0x0600};
+  std::mt19937_64 random(3);
+  std::vector<U64> values;
+  for (std::size_t i = 0; i < count; ++i) {
+    values.push_back(types[i % std::size(types)] << 48 | (random() & 0xFFFF00000000) | i);
+  }
+  return values;
+}
+
+// A sequence of `count` different ones, some of them popular.
+inline std::vector<U64> zipfValues(std::size_t count, std::size_t draws) {
+  const std::vector<U64> values = valuesOf(count);
+  std::vector<U64> sequence;
+  for (const U32 rank : zipf(count, 1.0, draws)) sequence.push_back(values[rank]);
+  return sequence;
+}
+
+// Bytes in use on the heap, the allocator's overhead included.
 inline double heapBytes() {
   const struct mallinfo2 info = mallinfo2();
   return static_cast<double>(info.uordblks + info.hblkhd);

@@ -1,0 +1,81 @@
+// Extended communities, interned from their eight octets: intern(value) -> handle.
+#ifndef BENCH_VALUEPEERS_H
+#define BENCH_VALUEPEERS_H
+
+#include <absl/container/flat_hash_map.h>
+#include <absl/hash/hash.h>
+
+#include <boost/flyweight.hpp>
+#include <boost/flyweight/no_locking.hpp>
+#include <memory>
+
+#include "OvBgp/ExtCommDedupTable.h"
+#include "OvBgp/Parse/ExtComm.h"
+#include "bench/ListPeers.h"
+#include "bench/Peers.h"
+#include "bench/SharedPtrSet.h"
+
+namespace Bench {
+
+template <class Count>
+struct ValueNode {
+  using Key = U64;
+
+  static ValueNode* make(void* owner, Key value) { return new ValueNode{owner, {0}, value}; }
+  static void destroy(ValueNode* node) { delete node; }
+  Key key() const { return value; }
+  static std::size_t hash(Key value) { return absl::Hash<U64>{}(value); }
+  static bool equal(Key a, Key b) { return a == b; }
+
+  void* const owner;
+  Count count;
+  const U64 value;
+};
+
+using ValueP1 = PlainSet<ValueNode<U32>>;
+using ValueP2 = ShardedSet<ValueNode<std::atomic<U32>>>;
+
+class ValueP3 {
+ public:
+  using Handle = boost::flyweight<U64, boost::flyweights::no_locking,
+                                  boost::flyweights::hashed_factory<absl::Hash<U64>>>;
+  Handle intern(U64 value) { return Handle(value); }
+};
+
+using ValueP4 = SharedPtrSet<U64, absl::Hash<U64>>;
+
+// F: the floor.  It neither counts nor lets go; `intern` of what is held is a find.
+class ValueFloor {
+ public:
+  using Handle = const U64*;
+  Handle intern(U64 value) {
+    const auto found = values_.find(value);
+    if (found != values_.end()) return &found->second;
+    return &values_.emplace(value, value).first->second;
+  }
+
+ private:
+  absl::flat_hash_map<U64, U64> values_;
+};
+
+template <bool Threads>
+class OurValues {
+ public:
+  using Handle = Routing::Bgp::ExtComm::PtrConst;
+
+  Handle intern(U64 value) {
+    return Routing::Bgp::ExtComm::dedupContent(table_.ptr(), Routing::Bgp::ExtCommContent(value));
+  }
+
+ private:
+  static Routing::Bgp::ExtCommDedupTable::Ptr tableNew() {
+    threadsAre(Threads);
+    const auto container = Routing::Bgp::bgpParseExtCommContainerSmFactory();
+    return Routing::Bgp::extCommDedupTableFactory(container->extCommParser());
+  }
+  Routing::Bgp::ExtCommDedupTable::Ptr table_ = tableNew();
+};
+
+}  // namespace Bench
+
+#endif

@@ -1,0 +1,124 @@
+// Interning as a daemon does it: what arrives is interned and kept in the slot of
+// its route, and so releases what the slot had.
+#ifndef BENCH_RATIOS_REPLAY_H
+#define BENCH_RATIOS_REPLAY_H
+
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+#include "bench/Workload.h"
+#include "bench/ratios/Crew.h"
+#include "bench/ratios/Row.h"
+
+namespace Bench {
+
+// One thread's routes. It takes each `stride`-th item of the sequence, from `first`
+// on, over and over.
+template <class Peer, class Sequence>
+class Routes {
+ public:
+  using Handle = typename Peer::Handle;
+
+  Routes(const Sequence& sequence, std::size_t slots, std::size_t first, std::size_t stride)
+      : sequence_(sequence), slots_(slots), next_(first), stride_(stride), random_(first + 1) {}
+
+  // Every slot once, so that all are taken.
+  void fill(Peer& peer) {
+    for (Handle& slot : slots_) slot = peer.intern(item());
+  }
+  // Slots at random, as routes change in no order.
+  void replay(Peer& peer, std::size_t items) {
+    for (std::size_t i = 0; i < items; ++i) slots_[slot()] = peer.intern(item());
+  }
+  const std::vector<Handle>& slots() const { return slots_; }
+
+ private:
+  decltype(auto) item() {
+    const std::size_t at = next_;
+    next_ += stride_;
+    if (next_ >= sequence_.size()) next_ -= sequence_.size();
+    return sequence_[at];
+  }
+  std::size_t slot() {
+    random_ = random_ * 6364136223846793005 + 1442695040888963407;
+    return static_cast<std::size_t>((random_ >> 32) * slots_.size() >> 32);
+  }
+
+  const Sequence& sequence_;
+  std::vector<Handle> slots_;
+  std::size_t next_;
+  const std::size_t stride_;
+  U64 random_;
+};
+
+// `Peer::identity(handle)` tells objects apart where bytes an object are asked for.
+template <class Peer>
+concept HasIdentity = requires(const typename Peer::Handle& handle) {
+  Peer::identity(handle);
+};
+
+// All routes of one thread.
+template <class Peer, class Sequence>
+class Replay final : public Trial {
+ public:
+  // `sequence` must outlive the trial.
+  Replay(const Sequence* sequence, U32 slots, U32 operations)
+      : routes_(*sequence, slots, 0, 1), before_(heapBytes()), operations_(operations) {
+    peer_ = std::make_unique<Peer>();
+    routes_.fill(*peer_);
+    routes_.replay(*peer_, 2 * operations);
+  }
+
+  double sample() override {
+    routes_.replay(*peer_, operations_ / 8);  // others had the caches
+    return nanoseconds([this] { routes_.replay(*peer_, operations_); }) / operations_;
+  }
+
+  double bytes() override {
+    if constexpr (HasIdentity<Peer>) {
+      const double used = heapBytes() - before_;
+      std::unordered_set<const void*> objects;
+      for (const auto& handle : routes_.slots()) objects.insert(Peer::identity(handle));
+      return used / static_cast<double>(objects.size());
+    }
+    return 0;
+  }
+
+ private:
+  Routes<Peer, Sequence> routes_;
+  const double before_;
+  std::unique_ptr<Peer> peer_;
+  const U32 operations_;
+};
+
+// The same, the routes and the sequence dealt out to threads that share the peer;
+// time is wall time.
+template <class Peer, class Sequence>
+class SharedReplay final : public Trial {
+ public:
+  SharedReplay(const Sequence* sequence, U32 slots, U32 operations, U32 threads)
+      : operations_(operations),
+        share_(operations / threads),
+        crew_(threads, [this](U32 thread) { routes_[thread]->replay(peer_, share_); }) {
+    for (U32 i = 0; i < threads; ++i) {
+      routes_.push_back(
+          std::make_unique<Routes<Peer, Sequence>>(*sequence, slots / threads, i, threads));
+      routes_.back()->fill(peer_);
+    }
+    crew_.work();
+  }
+
+  double sample() override { return crew_.work() / operations_; }
+
+ private:
+  const U32 operations_;
+  const U32 share_;
+  Peer peer_;
+  std::vector<std::unique_ptr<Routes<Peer, Sequence>>> routes_;
+  Crew crew_;  // last: its threads use the rest
+};
+
+}  // namespace Bench
+
+#endif

@@ -1,0 +1,145 @@
+#include <algorithm>
+#include <random>
+
+#include "bench/ValuePeers.h"
+#include "bench/Workload.h"
+#include "bench/ratios/Replay.h"
+#include "bench/ratios/Rows.h"
+
+namespace Bench {
+namespace {
+
+using Values = std::vector<U64>;
+using Shared = std::shared_ptr<const Values>;
+
+// All values are held, and found again in random order.
+template <class Peer>
+class ValueHits final : public Trial {
+ public:
+  ValueHits(const Values& values, U32 operations) : asked_(values), operations_(operations) {
+    held_.reserve(values.size());
+    const double before = heapBytes();
+    peer_ = std::make_unique<Peer>();
+    for (const U64 value : values) held_.push_back(peer_->intern(value));
+    bytes_ = (heapBytes() - before) / static_cast<double>(values.size());
+    std::shuffle(asked_.begin(), asked_.end(), std::mt19937(5));
+  }
+  double sample() override {
+    ask(operations_ / 8);
+    return nanoseconds([this] { ask(operations_); }) / operations_;
+  }
+  double bytes() override { return bytes_; }
+
+ private:
+  void ask(U32 times) {
+    for (U32 i = 0; i < times; ++i) {
+      kept_ = peer_->intern(asked_[next_]);
+      if (++next_ == asked_.size()) next_ = 0;
+    }
+  }
+
+  Values asked_;
+  const U32 operations_;
+  std::unique_ptr<Peer> peer_;
+  std::vector<typename Peer::Handle> held_;
+  typename Peer::Handle kept_{};
+  std::size_t next_ = 0;
+  double bytes_ = 0;
+};
+
+// A new table takes all values, each new.
+template <class Peer>
+class ValueGrowth final : public Trial {
+ public:
+  explicit ValueGrowth(const Values& values) : values_(values) {}
+  double sample() override {
+    Peer peer;
+    std::vector<typename Peer::Handle> held;
+    held.reserve(values_.size());
+    return nanoseconds([&] {
+             for (const U64 value : values_) held.push_back(peer.intern(value));
+           }) /
+           static_cast<double>(values_.size());
+  }
+
+ private:
+  const Values& values_;
+};
+
+template <class Peer>
+Contender hits(const char* name, const Shared& values, const Scale& scale) {
+  const U32 operations = scale.of(200'000);
+  return {name, [=] { return std::make_unique<ValueHits<Peer>>(*values, operations); }};
+}
+
+Row hitRow(U32 held, const Scale& scale) {
+  const auto contenders = [=]() -> std::vector<Contender> {
+    const auto values = std::make_shared<const Values>(valuesOf(held));
+    return {hits<OurValues<false>>("ours", values, scale), hits<ValueP1>("P1", values, scale),
+            hits<ValueP3>("P3", values, scale), hits<ValueP4>("P4", values, scale),
+            hits<ValueFloor>("F", values, scale)};
+  };
+  Row row{
+      "value hit, " + std::to_string(held) + " held", contenders, {{Measure::time, 1.0, {"P1"}}}};
+  row.series = "value hit by number held";
+  row.x = held;
+  return row;
+}
+
+template <class Peer>
+Contender growth(const char* name, const Shared& values) {
+  return {name, [=] { return std::make_unique<ValueGrowth<Peer>>(*values); }};
+}
+
+template <class Peer>
+Contender replay(const char* name, const Shared& sequence, const Scale& scale) {
+  const U32 slots = scale.of(100'000);
+  const U32 operations = scale.of(200'000);
+  return {name, [=] {
+            return std::make_unique<Replay<Peer, Values>>(sequence.get(), slots, operations);
+          }};
+}
+
+Row growRow(const Scale& scale) {
+  const auto contenders = [=]() -> std::vector<Contender> {
+    const auto values = std::make_shared<const Values>(valuesOf(scale.of(1'000'000)));
+    return {growth<OurValues<false>>("ours", values), growth<ValueP1>("P1", values),
+            growth<ValueP2>("P2", values), growth<ValueP3>("P3", values),
+            growth<ValueP4>("P4", values)};
+  };
+  Row row{"value grow", contenders, {{Measure::time, 0.75, {"P1", "P2"}}}};
+  row.rounds = 7;
+  return row;
+}
+
+// `make` makes the sequence.
+template <class Make>
+Row replayRow(const char* name, const Scale& scale, const Make& make) {
+  const auto contenders = [=]() -> std::vector<Contender> {
+    const auto sequence = std::make_shared<const Values>(make());
+    return {replay<OurValues<false>>("ours", sequence, scale),
+            replay<ValueP1>("P1", sequence, scale), replay<ValueP2>("P2", sequence, scale),
+            replay<ValueP3>("P3", sequence, scale), replay<ValueP4>("P4", sequence, scale)};
+  };
+  return {name, contenders, {}};
+}
+
+}  // namespace
+
+std::vector<Row> valueRows(const Scale& scale) {
+  std::vector<Row> rows;
+  for (const U32 held : {1'000U, 10'000U, 100'000U, 1'000'000U}) {
+    if (held > scale.of(1'000'000)) break;
+    rows.push_back(hitRow(held, scale));
+  }
+  rows[1].goals.clear();  // for the curve
+  rows.back().goals.push_back({Measure::bytes, 48, {}});
+  rows.push_back(growRow(scale));
+  rows.push_back(replayRow("value churn", scale, [=] { return valuesOf(scale.of(1'000'000)); }));
+  rows.back().goals.push_back({Measure::time, 0.85, {"P1", "P2"}});
+  rows.push_back(replayRow("value Zipf", scale,
+                           [=] { return zipfValues(scale.of(200'000), scale.of(1'000'000)); }));
+  return rows;
+}
+
+}  // namespace Bench
