@@ -98,7 +98,6 @@ class CommsSet {
     const DecodedComms decoded(wire);
     return set_.intern(decoded.comms());
   }
-  static const void* identity(const Handle& handle) { return handle.get(); }
 
  private:
   Set<CommsNode<Count>> set_;
@@ -122,14 +121,12 @@ class CommsP3 {
   using Handle = boost::flyweight<Comms, boost::flyweights::no_locking,
                                   boost::flyweights::hashed_factory<CommsHash>>;
   Handle intern(std::span<const U8> wire) { return Handle(commsOf(wire)); }
-  static const void* identity(const Handle& handle) { return &handle.get(); }
 };
 
 class CommsP4 {
  public:
   using Handle = std::shared_ptr<const Comms>;
   Handle intern(std::span<const U8> wire) { return set_.intern(commsOf(wire)); }
-  static const void* identity(const Handle& handle) { return handle.get(); }
 
  private:
   SharedPtrSet<Comms, CommsHash> set_;
@@ -150,7 +147,6 @@ class OurComms {
   Handle intern(std::span<const U8> wire) {
     return Routing::Bgp::CommList::dedupAttributeValue(table_.ptr(), wire);
   }
-  static const void* identity(const Handle& handle) { return handle.ptr(); }
 
  private:
   static Routing::Bgp::CommListDedupTable::Ptr tableNew() {

@@ -56,6 +56,7 @@ class ExtListReplay final : public Trial {
     routes_.replay(peer_, operations_ / 8);
     return nanoseconds([this] { routes_.replay(peer_, operations_); }) / operations_;
   }
+  double objects() override { return differentObjects(routes_.slots()); }
 
  private:
   const U32 operations_;

@@ -28,6 +28,7 @@ class Hits final : public Trial {
            }) /
            static_cast<double>(asked_.size());
   }
+  double objects() override { return differentObjects(held_); }
 
  private:
   const Attributes& asked_;

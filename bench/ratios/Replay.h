@@ -4,11 +4,11 @@
 #define BENCH_RATIOS_REPLAY_H
 
 #include <memory>
-#include <unordered_set>
 #include <vector>
 
 #include "bench/Workload.h"
 #include "bench/ratios/Crew.h"
+#include "bench/ratios/Objects.h"
 #include "bench/ratios/Row.h"
 
 namespace Bench {
@@ -52,12 +52,6 @@ class Routes {
   U64 random_;
 };
 
-// `Peer::identity(handle)` tells objects apart where bytes an object are asked for.
-template <class Peer>
-concept HasIdentity = requires(const typename Peer::Handle& handle) {
-  Peer::identity(handle);
-};
-
 // All routes of one thread.
 template <class Peer, class Sequence>
 class Replay final : public Trial {
@@ -75,15 +69,8 @@ class Replay final : public Trial {
     return nanoseconds([this] { routes_.replay(*peer_, operations_); }) / operations_;
   }
 
-  double bytes() override {
-    if constexpr (HasIdentity<Peer>) {
-      const double used = heapBytes() - before_;
-      std::unordered_set<const void*> objects;
-      for (const auto& handle : routes_.slots()) objects.insert(Peer::identity(handle));
-      return used / static_cast<double>(objects.size());
-    }
-    return 0;
-  }
+  double bytes() override { return (heapBytes() - before_) / objects(); }
+  double objects() override { return differentObjects(routes_.slots()); }
 
  private:
   Routes<Peer, Sequence> routes_;

@@ -11,6 +11,22 @@
 namespace Bench {
 namespace {
 
+// A time counts for nothing if the work was not done.
+void agreementCheck(const Row& row, const std::vector<ContenderResult>& results,
+                    std::deque<Worker>& workers) {
+  double held = 0;
+  for (std::size_t i = 0; i < workers.size(); ++i) {
+    const double objects = workers[i].objects();
+    if (objects == 0) continue;
+    if (held != 0 && objects != held) {
+      throw std::runtime_error(row.name + ": " + results[i].name + " holds " +
+                               std::to_string(objects) + " objects, others " +
+                               std::to_string(held));
+    }
+    held = objects;
+  }
+}
+
 std::vector<ContenderResult> contendersRun(const Row& row, U32 rounds, const std::string& only) {
   std::deque<Worker> workers;
   std::vector<ContenderResult> results;
@@ -27,6 +43,7 @@ std::vector<ContenderResult> contendersRun(const Row& row, U32 rounds, const std
     for (const std::size_t i : order) results[i].samples.push_back(workers[i].sample());
   }
   for (std::size_t i = 0; i < workers.size(); ++i) results[i].bytes = workers[i].bytes();
+  agreementCheck(row, results, workers);
   return results;
 }
 

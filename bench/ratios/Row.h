@@ -2,9 +2,8 @@
 #ifndef BENCH_RATIOS_ROW_H
 #define BENCH_RATIOS_ROW_H
 
-#include <time.h>
-
 #include <chrono>
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,9 +22,11 @@ class Trial {
   virtual ~Trial() = default;
   // Does a fixed amount of work; returns its time, in the row's unit.
   virtual double sample() = 0;
-  // What one held object takes, in bytes; 0 where that is no question. Asked for
-  // once, after all samples.
+  // What one held object takes, in bytes, and how many different ones are held; 0
+  // where that is no question. Asked for once, after all samples. Contenders that
+  // did the same work must hold the same number: else one of them is wrong.
   virtual double bytes() { return 0; }
+  virtual double objects() { return 0; }
 };
 
 struct Contender {

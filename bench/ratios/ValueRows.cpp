@@ -29,6 +29,7 @@ class ValueHits final : public Trial {
     return nanoseconds([this] { ask(operations_); }) / operations_;
   }
   double bytes() override { return bytes_; }
+  double objects() override { return differentObjects(held_); }
 
  private:
   void ask(U32 times) {
@@ -56,14 +57,17 @@ class ValueGrowth final : public Trial {
     Peer peer;
     std::vector<typename Peer::Handle> held;
     held.reserve(values_.size());
-    return nanoseconds([&] {
-             for (const U64 value : values_) held.push_back(peer.intern(value));
-           }) /
-           static_cast<double>(values_.size());
+    const double time = nanoseconds([&] {
+      for (const U64 value : values_) held.push_back(peer.intern(value));
+    });
+    objects_ = differentObjects(held);
+    return time / static_cast<double>(values_.size());
   }
+  double objects() override { return objects_; }
 
  private:
   const Values& values_;
+  double objects_ = 0;
 };
 
 template <class Peer>

@@ -71,6 +71,17 @@ double Worker::answer() {
   return value;
 }
 
+double Worker::answerOf(Trial& trial, Request request) {
+  switch (request) {
+    case Request::sample:
+      return trial.sample();
+    case Request::bytes:
+      return trial.bytes();
+    default:
+      return trial.objects();
+  }
+}
+
 // Answers once when ready, and then every request.
 void Worker::serve(const Contender& contender, int requests, int answers) {
   try {
@@ -78,7 +89,7 @@ void Worker::serve(const Contender& contender, int requests, int answers) {
     double value = 0;
     Request request{};
     while (send(answers, value) && receive(requests, request) && request != Request::leave) {
-      value = request == Request::sample ? trial->sample() : trial->bytes();
+      value = answerOf(*trial, request);
     }
     _exit(0);
   } catch (const std::exception& reason) {

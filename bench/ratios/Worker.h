@@ -19,15 +19,17 @@ class Worker {
   Worker& operator=(const Worker&) = delete;
   ~Worker();
 
-  // Both throw std::runtime_error if the process has died.
+  // All throw std::runtime_error if the process has died.
   double sample() { return ask(Request::sample); }
   double bytes() { return ask(Request::bytes); }
+  double objects() { return ask(Request::objects); }
 
  private:
-  enum class Request : char { sample, bytes, leave };
+  enum class Request : char { sample, bytes, objects, leave };
 
   double ask(Request request);
   double answer();
+  static double answerOf(Trial& trial, Request request);
   [[noreturn]] static void serve(const Contender& contender, int requests, int answers);
 
   pid_t process_ = -1;

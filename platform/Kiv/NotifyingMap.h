@@ -171,6 +171,7 @@ class OV_EXPORT NotifyingMap {
   // The entry, and with it its key and value, outlives the notice.
   bool erase(typename Members::const_iterator position) {
     if (position == members_.end()) return false;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the entry
     const typename Member::Ptr member = *position;
     members_.erase(position);
     notify(member->key());

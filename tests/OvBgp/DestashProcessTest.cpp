@@ -1,11 +1,11 @@
 // Two processes that rebuild what a third one is changing at full speed, and a
 // writer that is killed.  OVBGP_STRESS_SECONDS says for how long; two by default.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <random>

@@ -319,7 +319,7 @@ TEST(HostileDestash, EndsInAnExceptionThatSaysWhy) {
     const std::string error = errorOfCorrupted(octets, row.image, recordAt(row.image));
     EXPECT_NE(error.npos, error.find(row.error)) << row.what << ": " << error;
     if (!row.listError) continue;
-    const Image list = static_cast<Image>(row.image + 1);
+    const auto list = static_cast<Image>(row.image + 1);
     const std::string listError = errorOfCorrupted(octets, list, recordAt(list));
     EXPECT_NE(error.npos, listError.find(row.listError)) << row.what << ": " << listError;
   }

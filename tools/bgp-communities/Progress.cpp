@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <ostream>
 
@@ -32,7 +33,7 @@ std::string progressText(U64 bytes, U64 total, U64 records, std::chrono::duratio
   text += ", " + std::to_string(records) + " records";
   if (done > 0) {
     const double left = elapsed.count() * (1 - done) / done;
-    text += ", " + std::to_string(static_cast<U64>(left + 0.5)) + " s left";
+    text += ", " + std::to_string(std::llround(left)) + " s left";
   }
   return text;
 }
