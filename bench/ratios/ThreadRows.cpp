@@ -60,7 +60,7 @@ std::vector<Row> threadRows(const Files& files, const Scale& scale) {
     append<OurComms<true>, CommsP2>(rows, "real, " + nameOf(file), scale,
                                     [=]() -> const Attributes& { return received(file); });
   }
-  const std::string like = files.front();
+  const std::string& like = files.front();
   append<OurComms<true>, CommsP2>(rows, "scaled", scale, [=]() -> const Attributes& {
     return scaled(received(like), scale.of(519'000));
   });

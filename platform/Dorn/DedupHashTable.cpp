@@ -63,7 +63,7 @@ DedupHashTable::DedupHashTable(bool threadSafe)
       number_(DedupTableNumbers::numberOf(*this)),
       threadSafe_(threadSafe) {
   try {
-    shards_.reset(new Shard[shardMask_ + 1]);
+    shards_ = std::make_unique<Shard[]>(shardMask_ + 1);
   } catch (...) {
     DedupTableNumbers::numberDel(number_);
     throw;

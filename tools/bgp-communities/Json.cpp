@@ -32,7 +32,7 @@ std::string charactersOf(std::string_view octets) {
 struct Utf8Form {
   U8 mask;
   U8 lead;
-  std::size_t followers;
+  U8 followers;
   U32 least;  // that needs so many octets
 };
 
