@@ -58,10 +58,12 @@ void CommList::appendText(OvFmt::DynamicBufferInterface& to) const {
   appendNamedCommunities(to, members());
 }
 
+// Where no member has a name, both texts are the same, and so is the answer.
 bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
-  return anyTextMatches(
-      *regex, [this](auto& text) { appendCommunities(text, members()); },
-      [this](auto& text) { appendNamedCommunities(text, members()); });
+  const auto numbers = [this](auto& text) { appendCommunities(text, members()); };
+  const auto names = [this](auto& text) { appendNamedCommunities(text, members()); };
+  return anyTextMatches(*regex, numbers) ||
+         (anyCommunityHasName(members()) && anyTextMatches(*regex, names));
 }
 
 void CommList::flagsIs() {

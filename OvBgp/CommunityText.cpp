@@ -1,5 +1,6 @@
 #include "OvBgp/CommunityText.h"
 
+#include <algorithm>
 #include <array>
 
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
@@ -84,6 +85,12 @@ void appendList(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms, c
 }  // namespace
 
 std::string_view wellKnownCommunityName(U32 community) { return nameOf(community, llgrIsOn()); }
+
+bool anyCommunityHasName(std::span<const U32> comms) {
+  const bool withLlgr = llgrIsOn();
+  return std::ranges::any_of(
+      comms, [withLlgr](U32 community) { return !nameOf(community, withLlgr).empty(); });
+}
 
 void appendCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms) {
   appendList(to, comms, writeCommunity);

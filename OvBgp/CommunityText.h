@@ -28,6 +28,9 @@ inline char* writeCommunity(char* at, U32 community) {
 // The well-known name, or empty.
 std::string_view wellKnownCommunityName(U32 community);
 
+// Whether one of them has a well-known name.
+bool anyCommunityHasName(std::span<const U32> comms);
+
 // One blank between communities, none before or after.
 void appendCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms);
 // The same with names for those that have one.
