@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "tests/OvBgp/DestashKit.h"
+#include "tests/platform/KivStash/StoreChurn.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -53,28 +54,9 @@ std::vector<Member> membersOf(U32 seed) {
   return members;
 }
 
-class Churner {
+class Churner : public StoreTest::ChurnerBase<Churner> {
  public:
-  explicit Churner(StoreWriter& writer) : writer_(writer) {}
-
-  void step() {
-    const U32 choice = next() % 8;
-    if (ids_.size() > 100 || (choice == 0 && !ids_.empty())) {
-      const std::size_t index = next() % ids_.size();
-      writer_.remove(ids_[index].first);
-      ids_[index] = ids_.back();
-      ids_.pop_back();
-    } else if (choice < 3 || ids_.empty()) {
-      const U32 kind = next() % 4;
-      ids_.emplace_back(put(kind, nullptr), kind);
-    } else {
-      const auto& [id, kind] = ids_[next() % ids_.size()];
-      put(kind, &id);
-    }
-  }
-
- private:
-  U32 next() { return static_cast<U32>(random_()); }
+  using ChurnerBase::ChurnerBase;
 
   ImageId put(U32 kind, const ImageId* old) {
     const U32 seed = next() & 0xFFFFFF;
@@ -90,6 +72,7 @@ class Churner {
     }
   }
 
+ private:
   template <class Element>
   ImageId put(ImageKind kind, U32 seed, std::span<const Element> elements, const ImageId* old) {
     if (!old) return writer_.putList(kind, sortedOf(seed), elements);
@@ -110,10 +93,6 @@ class Churner {
     for (const ImageId value : values) writer_.remove(value);
     return id;
   }
-
-  StoreWriter& writer_;
-  std::mt19937 random_{42};
-  std::vector<std::pair<ImageId, U32>> ids_;
 };
 
 // Whether all of the list is from one seed.

@@ -1,13 +1,14 @@
 // Readers and a writer at work at the same time: in two processes, in two threads,
 // and with a writer that is killed.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/wait.h>
 
 #include <chrono>
+#include <csignal>
 #include <random>
 #include <thread>
 
+#include "tests/platform/KivStash/StoreChurn.h"
 #include "tests/platform/KivStash/StoreImages.h"
 
 namespace StoreTest {
@@ -17,28 +18,9 @@ using Clock = std::chrono::steady_clock;
 
 // Changes lists of all kinds at full speed.  All parts of a list are made from one
 // number, so that a reader can tell a whole one.
-class Churner {
+class Churner : public ChurnerBase<Churner> {
  public:
-  explicit Churner(StoreWriter& writer) : writer_(writer) {}
-
-  void step() {
-    const U32 choice = next() % 8;
-    if (ids_.size() > 100 || (choice == 0 && !ids_.empty())) {
-      const std::size_t index = next() % ids_.size();
-      writer_.remove(ids_[index].first);
-      ids_[index] = ids_.back();
-      ids_.pop_back();
-    } else if (choice < 3 || ids_.empty()) {
-      const U32 kind = next() % 4;
-      ids_.emplace_back(put(kind, nullptr), kind);
-    } else {
-      const auto& [id, kind] = ids_[next() % ids_.size()];
-      put(kind, &id);
-    }
-  }
-
- private:
-  U32 next() { return static_cast<U32>(random_()); }
+  using ChurnerBase::ChurnerBase;
 
   ImageId put(U32 kind, const ImageId* old) {
     const U32 seed = next();
@@ -64,16 +46,13 @@ class Churner {
     return id;
   }
 
+ private:
   template <class E>
   ImageId plain(ImageKind kind, bool sorted, const std::vector<E>& elements, const ImageId* old) {
     if (!old) return writer_.putList(kind, sorted, std::span<const E>(elements));
     writer_.replaceList(*old, sorted, std::span<const E>(elements));
     return *old;
   }
-
-  StoreWriter& writer_;
-  std::mt19937 random_{42};
-  std::vector<std::pair<ImageId, U32>> ids_;
 };
 
 bool isWhole(const List& list) {

@@ -1,0 +1,51 @@
+// How tests keep a store in change: which image is put, replaced or removed next.
+#ifndef TESTS_PLATFORM_KIVSTASH_STORECHURN_H
+#define TESTS_PLATFORM_KIVSTASH_STORECHURN_H
+
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "KivStash/StoreWriter.h"
+
+namespace StoreTest {
+
+// Holds about a hundred images of four kinds. `Derived` has put(kind, old), which
+// puts a new image of the kind, or replaces `old` if that is not null, and returns
+// the image's id.
+template <class Derived>
+class ChurnerBase {
+ public:
+  explicit ChurnerBase(KivStash::StoreWriter& writer) : writer_(writer) {}
+
+  void step() {
+    const U32 choice = next() % 8;
+    if (ids_.size() > 100 || (choice == 0 && !ids_.empty())) {
+      const std::size_t index = next() % ids_.size();
+      writer_.remove(ids_[index].first);
+      ids_[index] = ids_.back();
+      ids_.pop_back();
+    } else if (choice < 3 || ids_.empty()) {
+      const U32 kind = next() % 4;
+      ids_.emplace_back(self().put(kind, nullptr), kind);
+    } else {
+      const auto& [id, kind] = ids_[next() % ids_.size()];
+      self().put(kind, &id);
+    }
+  }
+
+ protected:
+  U32 next() { return static_cast<U32>(random_()); }
+
+  KivStash::StoreWriter& writer_;
+
+ private:
+  Derived& self() { return static_cast<Derived&>(*this); }
+
+  std::mt19937 random_{42};
+  std::vector<std::pair<KivStash::ImageId, U32>> ids_;
+};
+
+}  // namespace StoreTest
+
+#endif
