@@ -12,7 +12,7 @@ namespace {
 
 template <class Snapshot, class List>
 typename Snapshot::Ptr snapshotOf(const List& list) {
-  const auto snapshot = notifyingObject<Snapshot>();
+  auto snapshot = notifyingObject<Snapshot>();
   for (const auto& community : *list.commVectorRawPtr()) snapshot->commIs(community, true);
   return snapshot;
 }

@@ -15,7 +15,7 @@ ExtCommClassificationListSnapshot::Ptr extCommClassificationListSnapshotFactory(
 }
 
 ExtCommClassificationListSnapshot::Ptr ExtCommClassificationList::commSnapshot() const {
-  const ExtCommClassificationListSnapshot::Ptr snapshot =
+  ExtCommClassificationListSnapshot::Ptr snapshot =
       extCommClassificationListSnapshotFactory(classification());
   commsCopy(*this, *snapshot);
   return snapshot;

@@ -15,7 +15,7 @@ ExtCommIp6ClassificationListSnapshot::Ptr extCommIp6ClassificationListSnapshotFa
 }
 
 ExtCommIp6ClassificationListSnapshot::Ptr ExtCommIp6ClassificationList::commSnapshot() const {
-  const ExtCommIp6ClassificationListSnapshot::Ptr snapshot =
+  ExtCommIp6ClassificationListSnapshot::Ptr snapshot =
       extCommIp6ClassificationListSnapshotFactory(classification());
   commsCopy(*this, *snapshot);
   return snapshot;

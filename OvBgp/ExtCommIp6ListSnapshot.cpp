@@ -15,7 +15,7 @@ ExtCommIp6ListSnapshot::Ptr extCommIp6ListSnapshotFactory() {
 }
 
 ExtCommIp6ListSnapshot::Ptr ExtCommIp6List::commSnapshot() const {
-  const ExtCommIp6ListSnapshot::Ptr snapshot = extCommIp6ListSnapshotFactory();
+  ExtCommIp6ListSnapshot::Ptr snapshot = extCommIp6ListSnapshotFactory();
   classificationListsCopy(*this, *snapshot);
   commsCopy(*this, *snapshot);
   return snapshot;

@@ -13,7 +13,7 @@ namespace Routing::Bgp {
 namespace {
 
 // Lists on a route have a few communities; their text fits without the heap.
-using ListText = OvFmt::StackBackedBuffer<256>;
+using MatchText = OvFmt::StackBackedBuffer<256>;
 
 ExtComm::StrepFormat formatOf(MatchMode matchMode) {
   ExtComm::StrepFormat format;
@@ -115,7 +115,7 @@ bool ExtCommList::fitsAttribute(Serialization which) const {
 // members are read where they stand.
 bool matchExtCommList(const ExtCommList* list, MatchMode matchMode,
                       const RouteMap::PosixRegex* regex) {
-  ListText strVal;
+  MatchText strVal;
   if (matchMode == MatchMode::ui) {
     appendUIText(strVal, list->commVector());
   } else {

@@ -15,7 +15,7 @@ ExtCommListSnapshot::Ptr extCommListSnapshotFactory() {
 }
 
 ExtCommListSnapshot::Ptr ExtCommList::commSnapshot() const {
-  const ExtCommListSnapshot::Ptr snapshot = extCommListSnapshotFactory();
+  ExtCommListSnapshot::Ptr snapshot = extCommListSnapshotFactory();
   classificationListsCopy(*this, *snapshot);
   commsCopy(*this, *snapshot);
   return snapshot;

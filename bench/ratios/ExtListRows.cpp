@@ -24,7 +24,7 @@ template <class Peer>
 class ExtLists {
  public:
   ExtLists(Peer& peer, const Work& work)
-      : length_(work.length), order_(zipf(work.lists, 0.9, 2 * work.lists)) {
+      : length_(work.length), order_(zipf(work.lists, 0.9, std::size_t{2} * work.lists)) {
     const std::vector<U64> contents = valuesOf(differentValues);
     std::mt19937 random(1);
     for (U32 i = 0; i < work.lists; ++i) {

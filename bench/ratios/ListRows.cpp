@@ -70,7 +70,7 @@ std::vector<Row> listRows(const Files& files, const Scale& scale) {
                     {{Measure::time, 0.75, {"P1"}}}});
   }
   const std::vector<Goal> goals = {{Measure::time, 0.95, {"P1"}}, {Measure::bytes, 0.9, {"P1"}}};
-  const std::string like = files.front();
+  const std::string& like = files.front();
   rows.push_back(
       {"list intern, scaled",
        [=] { return replays(scaled(received(like), scale.of(519'000)), slots, operations); },

@@ -8,8 +8,6 @@
 #include "bench/Workload.h"
 #include "bench/ratios/Rows.h"
 
-extern char** environ;
-
 namespace Bench {
 namespace {
 

@@ -1,11 +1,11 @@
 #include "Stash/Mapping.h"
 
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <mutex>
 #include <system_error>

@@ -48,7 +48,7 @@ void checkHeader(const RawHeader& raw, U64 fileLength) {
   require(header.version == storeVersion,
           found("its layout version", header.version, storeVersion));
   require(header.wordSize == wordSize,
-          found("its writer's word size", U64{header.wordSize} * 8, wordSize * 8));
+          found("its writer's word size", U64{header.wordSize} * 8, U64{wordSize} * 8));
   require(raw.octets == sizeof header, "it ends within its header");
   require(header.maximum <= storeMaximumLimit && header.length <= header.maximum,
           "it says that it may grow to " + std::to_string(header.maximum) + " octets and has " +

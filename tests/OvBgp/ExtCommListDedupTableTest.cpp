@@ -41,7 +41,7 @@ class Observer : public Kiv::Notifiee {
   }
   void handleChange(const Kiv::Change& change) override {
     EXPECT_EQ(Collection::rtExtCommListAttribute, change.attribute());
-    const auto notifier = change.key<Notifier::Ptr>();
+    const auto& notifier = change.key<Notifier::Ptr>();
     const bool isThere = collection_->rtExtCommListHas(notifier);
     ++(isThere ? came : went);
     if (isThere) {

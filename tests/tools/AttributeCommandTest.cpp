@@ -96,7 +96,7 @@ TEST(AttributeCommand, NamesTypesAndFlags) {
 
 // As many as an attribute can hold.
 TEST(AttributeCommand, Takes16383Values) {
-  Bytes octets = Bytes{0xD0, 8}.u16(4 * 16383);
+  Bytes octets = Bytes{0xD0, 8}.u16(std::size_t{4} * 16383);
   for (U32 i = 0; i < 16383; ++i) octets.u32(i);
   EXPECT_EQ(objectOf(octets)["members"].Size(), 16383U);
 }

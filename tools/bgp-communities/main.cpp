@@ -62,6 +62,7 @@ void addReadOption(CLI::App& app, const char* name, const char* type, const char
 
 void addKinds(CLI::App& app, CommTool::RouteFilter& filter) {
   std::vector<std::string> names;
+  names.reserve(CommTool::communityKindRows.size());
   for (const CommTool::CommunityKindRow& row : CommTool::communityKindRows) {
     names.emplace_back(row.option);
   }

@@ -1,9 +1,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <cstddef>
 #include <cstring>
 #include <fstream>
