@@ -54,10 +54,6 @@ std::string_view nameOf(U32 community, bool withLlgr) {
   return {};
 }
 
-constexpr std::size_t digits(U32 value) noexcept {
-  return std::size_t{1} + (value >= 10) + (value >= 100) + (value >= 1000) + (value >= 10000);
-}
-
 // Room for the text of `comms`, in either form. A few get the most that they can
 // need; longer lists are measured, so that one that fits the buffer stays in it.
 std::size_t textRoom(std::span<const U32> comms) {
@@ -66,7 +62,8 @@ std::size_t textRoom(std::span<const U32> comms) {
   if (comms.size() <= fewComms) return comms.size() * entryMax;
   std::size_t room = OvFmt::decimalRoomU16;
   for (const U32 c : comms) {
-    room += mayHaveName(c) ? entryMax : digits(c >> 16) + digits(c & 0xFFFF) + 2;
+    room += mayHaveName(c) ? entryMax
+                           : OvFmt::decimalDigits(c >> 16) + OvFmt::decimalDigits(c & 0xFFFF) + 2;
   }
   return room;
 }

@@ -1,8 +1,5 @@
 #include "OvBgp/LargeCommunityText.h"
 
-#include <array>
-#include <bit>
-
 namespace Routing::Bgp {
 namespace {
 
@@ -12,15 +9,6 @@ using Acl::CommunityValue;
 // one, the octet that a number may touch beyond its end.
 constexpr std::size_t entryMax = 3 * OvFmt::decimalDigitsMaxU32 + 3;
 
-// From the number of bits, which leaves two answers, and a comparison; without a
-// branch, as the numbers of a list differ in length.
-std::size_t digits(U32 value) noexcept {
-  static constexpr std::array<U32, 10> powersOfTen{
-      1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
-  const auto lower = static_cast<U32>(std::bit_width(value | 1)) * 1233 >> 12;
-  return lower + ((value | 1) >= powersOfTen[lower]);
-}
-
 // Room for the text of `comms`. A few get the most that they can need; longer
 // lists are measured, so that one that fits the buffer stays in it.
 std::size_t textRoom(std::span<const CommunityValue> comms) noexcept {
@@ -28,7 +16,8 @@ std::size_t textRoom(std::span<const CommunityValue> comms) noexcept {
   if (comms.size() <= fewComms) return comms.size() * entryMax;
   std::size_t room = sizeof(U32) - 1;  // a last number of one digit is stored as four octets
   for (const CommunityValue& c : comms) {
-    room += digits(c.globalAdmin()) + digits(c.localData1()) + digits(c.localData2()) + 3;
+    room += OvFmt::decimalDigits(c.globalAdmin()) + OvFmt::decimalDigits(c.localData1()) +
+            OvFmt::decimalDigits(c.localData2()) + 3;
   }
   return room;
 }

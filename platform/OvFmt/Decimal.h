@@ -5,6 +5,7 @@
 #ifndef OVFMT_DECIMAL_H
 #define OVFMT_DECIMAL_H
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstring>
@@ -102,7 +103,15 @@ inline char* writeDecimal(char* at, U64 value) {
   return Detail::writeGroup(at, rest % 1000);
 }
 
-// Number of decimal digits of `value`; 1 for 0.
+// Number of decimal digits of `value`; 1 for 0.  From the number of bits, which
+// leaves two answers, and a comparison; without a branch, as the numbers of a list
+// differ in length.
+inline std::size_t decimalDigits(U32 value) {
+  static constexpr std::array<U32, 10> powersOfTen{
+      1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
+  const auto lower = static_cast<U32>(std::bit_width(value | 1)) * 1233 >> 12;
+  return lower + ((value | 1) >= powersOfTen[lower]);
+}
 inline std::size_t decimalDigits(U64 value) {
   std::size_t digits = 1;
   for (; value >= 10000; value /= 10000) digits += 4;
