@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <vector>
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "Ovnet/Ip6Addr.h"
+#include "tools/bgp-communities/ReadNumber.h"
 
 namespace CommTool {
 
@@ -15,16 +15,6 @@ using Routing::Bgp::ExtCommContent;
 using Routing::Bgp::ExtCommIp6Content;
 
 namespace {
-
-// All of `text`, which must be digits and nothing else.
-template <class Number>
-std::optional<Number> readNumber(std::string_view text, int base = 10) {
-  Number number = 0;
-  const char* const end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, number, base);
-  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
-  return number;
-}
 
 std::optional<std::vector<U8>> readOctets(std::string_view digits) {
   std::vector<U8> octets;

@@ -3,25 +3,15 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <string>
 
 #include "tools/bgp-communities/Nlri.h"
+#include "tools/bgp-communities/ReadNumber.h"
 
 namespace CommTool {
 
 namespace {
-
-// All of `text`, which must be digits and nothing else.
-template <class Number>
-std::optional<Number> readNumber(std::string_view text) {
-  Number number = 0;
-  const char* const end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
-  return number;
-}
 
 std::optional<Address> readAddressText(const std::string& text) {
   Address address;
