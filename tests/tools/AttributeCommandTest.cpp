@@ -4,26 +4,15 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
-#include <sstream>
-
 #include "tests/tools/MrtBytes.h"
-#include "tests/tools/TempFile.h"
+#include "tests/tools/Outcome.h"
 #include "tools/bgp-communities/Json.h"
 
 namespace CommTool {
 namespace {
 
-struct Outcome {
-  ExitStatus status{};
-  std::string out;
-  std::string errors;
-};
-
-Outcome run(const std::vector<std::string>& octets, bool json = false) {
-  const TempFile out;
-  std::ostringstream errors;
-  const ExitStatus status = runAttribute({octets, json}, out.fd(), errors);
-  return {status, out.contents(), errors.str()};
+Outcome runAttributes(const std::vector<std::string>& octets, bool json = false) {
+  return outcomeOf([&](int out, std::ostream& e) { return runAttribute({octets, json}, out, e); });
 }
 
 std::string hexOf(const Bytes& octets) {
@@ -33,7 +22,7 @@ std::string hexOf(const Bytes& octets) {
 }
 
 rapidjson::Document objectOf(const Bytes& octets) {
-  const Outcome outcome = run({hexOf(octets)}, true);
+  const Outcome outcome = runAttributes({hexOf(octets)}, true);
   EXPECT_EQ(outcome.status, ExitStatus::fine) << outcome.errors;
   rapidjson::Document object;
   object.Parse<rapidjson::kParseValidateEncodingFlag>(outcome.out.c_str());
@@ -78,7 +67,7 @@ TEST(AttributeCommand, ReadsARunHoweverItIsWritten) {
                                                  {"40010100", "4002020000"},
                                                  {"0x40010100 0x40:02:02:00:00"},
                                                  {"40 01 01 00\n40 02", "0X02", "00 00"}}) {
-    const Outcome outcome = run(octets);
+    const Outcome outcome = runAttributes(octets);
     EXPECT_EQ(outcome.status, ExitStatus::fine) << outcome.errors;
     EXPECT_NE(outcome.out.find("Origin (type 1)\n"), std::string::npos) << octets[0];
     EXPECT_NE(outcome.out.find("AS Path (type 2)\n"), std::string::npos) << octets[0];
@@ -113,7 +102,7 @@ TEST(AttributeCommand, PrintsNothingOfMalformedRuns) {
                          Row{attribute(32, {1, 2}), "LARGE_COMMUNITY attribute of 2 octets is not"},
                          Row{attribute(16, {}), "EXTENDED COMMUNITIES attribute of 0 octets"},
                          Row{{0x80, 25, 0}, "attribute that is not optional and transitive"}}) {
-    const Outcome outcome = run({good, hexOf(row.octets)});
+    const Outcome outcome = runAttributes({good, hexOf(row.octets)});
     EXPECT_EQ(outcome.status, ExitStatus::damaged) << row.what;
     EXPECT_EQ(outcome.out, "") << row.what;
     EXPECT_NE(outcome.errors.find("attribute at octet 7: "), std::string::npos) << outcome.errors;
@@ -122,7 +111,7 @@ TEST(AttributeCommand, PrintsNothingOfMalformedRuns) {
 }
 
 TEST(AttributeCommand, TheFirstOfARepeatCounts) {
-  const Outcome outcome = run({"c0080400010002c0080400030004"});
+  const Outcome outcome = runAttributes({"c0080400010002c0080400030004"});
   EXPECT_EQ(outcome.status, ExitStatus::damaged);
   EXPECT_NE(outcome.out.find("1:2"), std::string::npos);
   EXPECT_EQ(outcome.out.find("3:4"), std::string::npos);
@@ -131,7 +120,7 @@ TEST(AttributeCommand, TheFirstOfARepeatCounts) {
 
 TEST(AttributeCommand, RefusesWhatIsNotHexadecimal) {
   for (const char* bad : {"", " ", "c", "c00", "0x", "zz", "c0 0 8", "c0-08", "c0,08"}) {
-    const Outcome outcome = run({bad});
+    const Outcome outcome = runAttributes({bad});
     EXPECT_EQ(outcome.status, ExitStatus::wrongUsage) << bad;
     EXPECT_EQ(outcome.out, "") << bad;
   }

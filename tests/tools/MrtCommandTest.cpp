@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "tests/tools/MrtBytes.h"
+#include "tests/tools/Outcome.h"
 #include "tests/tools/TempFile.h"
 #include "tools/bgp-communities/Input.h"
 #include "tools/bgp-communities/MrtReader.h"
@@ -19,17 +20,8 @@
 namespace CommTool {
 namespace {
 
-struct Outcome {
-  ExitStatus status{};
-  std::string out;
-  std::string errors;
-};
-
 Outcome run(const MrtOptions& options) {
-  const TempFile out;
-  std::ostringstream errors;
-  const ExitStatus status = runMrt(options, out.fd(), errors);
-  return {status, out.contents(), errors.str()};
+  return outcomeOf([&](int out, std::ostream& e) { return runMrt(options, out, e); });
 }
 Outcome run(const std::vector<std::string>& files, bool routes = true) {
   MrtOptions options;

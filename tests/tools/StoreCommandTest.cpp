@@ -18,6 +18,7 @@
 #include "Stash/StoreLayout.h"
 #include "tests/platform/KivStash/StoreImages.h"
 #include "tests/tools/MrtBytes.h"
+#include "tests/tools/Outcome.h"
 #include "tests/tools/TempFile.h"
 #include "tools/bgp-communities/CommunityKinds.h"
 #include "tools/bgp-communities/MrtCommand.h"
@@ -26,20 +27,6 @@ namespace CommTool {
 namespace {
 
 using StoreTest::TestName;
-
-struct Outcome {
-  ExitStatus status{};
-  std::string out;
-  std::string errors;
-};
-
-template <class Run>
-Outcome outcomeOf(const Run& run) {
-  const TempFile out;
-  std::ostringstream errors;
-  const ExitStatus status = run(out.fd(), errors);
-  return {status, out.contents(), errors.str()};
-}
 
 Outcome write(const StoreWriteOptions& options) {
   return outcomeOf([&](int out, std::ostream& e) { return runStoreWrite(options, out, e); });
