@@ -1,21 +1,28 @@
-// What is worked out once for each interned list.
-#ifndef TOOLS_BGP_COMMUNITIES_PER_LIST_H
-#define TOOLS_BGP_COMMUNITIES_PER_LIST_H
+// Answers about interned lists, each worked out once.
+//
+// A list never changes, and neither does what an expression says of it: whoever puts
+// a million routes through one policy can ask once a list.  The lists' own operations
+// keep nothing, and answer afresh each time.
+#ifndef OVBGP_PERLIST_H
+#define OVBGP_PERLIST_H
 
 #include <algorithm>
+#include <cstddef>
 #include <unordered_map>
 #include <utility>
 
 #include "Dorn/DedupHandle.h"
 #include "Kiv/Ptr.h"
 
-namespace CommTool {
+namespace Routing::Bgp {
 
-// Answers by list.  Equal lists are one object, so its address is the key; and as
-// an address may be used again, each entry holds a reference to its list.  Now and
-// then the entries go whose list nobody else holds, so that there are at most twice as
-// many as lists in use, or limitMin.  Long texts are not kept: whoever sends many such
-// must not fill the memory.  Owner thread only.
+// Answers by list: of one question, or one policy, whatever the kinds of the lists.
+// Equal lists are one object, so its address is the key; and as an address may be used
+// again, each entry holds a reference to its list.  Now and then the entries go whose
+// list nobody else holds, so that there are at most twice as many as lists in use, or
+// limitMin.  Long texts are not kept: whoever sends many such must not fill the memory.
+//
+// One thread at a time.  Requires: the lists are interned.
 template <class Answer>
 class PerList {
  public:
@@ -67,6 +74,6 @@ class PerList {
   Answer unkept_{};
 };
 
-}  // namespace CommTool
+}  // namespace Routing::Bgp
 
 #endif

@@ -8,6 +8,7 @@
 #include "OvBgp/OvBgpCommunity.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/PerList.h"
 #include "Routing/RouteMap/PosixRegex.h"
 
 namespace {
@@ -40,6 +41,32 @@ void standard() {
   check("stays in this AS", keep);
   check("has one of ours", ours);
   check("has no-export by name", named);
+}
+
+// A policy that is asked for each route, and an expression that runs once a list.
+void manyRoutes() {
+  const auto table = commListDedupTableFactory();
+  const std::array<U8, 8> ours{0x7A, 0xC0, 0x04, 0xEC, 0x7A, 0xC0, 0x00, 0x01};
+  const std::array<U8, 4> theirs{0x00, 0x01, 0x04, 0xEC};
+  const auto oursList = CommList::dedupAttributeValue(table.ptr(), ours);
+  const auto theirsList = CommList::dedupAttributeValue(table.ptr(), theirs);
+  const PosixRegex expression("(^| )31424:[0-9]+( |$)");
+  int asked = 0;
+  // [answers]
+  PerList<bool> answers;  // one policy's, for lists of any kind
+  const auto matches = [&](const CommList& list) {
+    return answers.of(list, [&](const CommList& unknown) {
+      ++asked;
+      return unknown.matchCommunitiesRegex(&expression);
+    });
+  };
+  // [/answers]
+  int taken = 0;
+  for (int route = 0; route < 1000; ++route) {
+    taken += matches(route % 4 == 0 ? *theirsList : *oursList) ? 1 : 0;
+  }
+  check("took three routes of four", taken == 750);
+  check("asked twice for a thousand routes", asked == 2);
 }
 
 void extended() {
@@ -76,6 +103,7 @@ void refused() {
 
 int main() {
   standard();
+  manyRoutes();
   extended();
   refused();
   return failures == 0 ? 0 : 1;

@@ -1,37 +1,36 @@
-// Answers that are kept by list.
-#include "tools/bgp-communities/PerList.h"
+#include "OvBgp/PerList.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/MrtBytes.h"
-#include "tools/bgp-communities/CommunityTables.h"
+#include <string>
 
-namespace CommTool {
+#include "OvBgp/OvBgpCommunityList.h"
+
+namespace Routing::Bgp {
 namespace {
 
 class PerListTest : public testing::Test {
  protected:
-  RouteCommunities listOf(U32 community) {
-    const Bytes value = Bytes().u32(community);
-    CommunityAttributes attributes;
-    attributes[CommunityKind::standard] = value;
-    return tables.intern(attributes);
+  CommList::PtrConst listOf(U32 community) const {
+    const CommList::Ptr list = commListFactory();
+    list->commIs(community);
+    return list->dedup(table.ptr());
   }
-  U32 answer(const RouteCommunities& route) {
-    return answers.of(*route.standard, [this](const auto& list) {
+  U32 answer(const CommList::PtrConst& list) {
+    return answers.of(*list, [this](const auto& asked) {
       ++made;
-      return (*list.commVectorRawPtr())[0];
+      return (*asked.commVectorRawPtr())[0];
     });
   }
 
-  const CommunityTables tables;
+  const CommListDedupTable::Ptr table = commListDedupTableFactory();
   PerList<U32> answers;
   U32 made = 0;
 };
 
 TEST_F(PerListTest, IsAskedOnceForEachList) {
-  const RouteCommunities one = listOf(1);
-  const RouteCommunities two = listOf(2);
+  const CommList::PtrConst one = listOf(1);
+  const CommList::PtrConst two = listOf(2);
   for (int round = 0; round < 3; ++round) {
     EXPECT_EQ(answer(one), 1U);
     EXPECT_EQ(answer(two), 2U);
@@ -44,7 +43,7 @@ TEST_F(PerListTest, IsAskedOnceForEachList) {
 
 // Lists come and go, and their addresses with them; answers stay right and few.
 TEST_F(PerListTest, ForgetsListsThatNobodyHolds) {
-  const RouteCommunities kept = listOf(0);
+  const CommList::PtrConst kept = listOf(0);
   EXPECT_EQ(answer(kept), 0U);
   for (U32 community = 1; community < 50000; ++community) {
     ASSERT_EQ(answer(listOf(community)), community);
@@ -53,15 +52,15 @@ TEST_F(PerListTest, ForgetsListsThatNobodyHolds) {
   EXPECT_EQ(answer(kept), 0U);
   EXPECT_EQ(made, 50000U);
   answers.clear();
-  EXPECT_EQ(tables.lists(CommunityKind::standard), 1U);
+  EXPECT_EQ(table->size(), 1U);
 }
 
 TEST_F(PerListTest, KeepsNoLongText) {
   PerList<std::string> texts;
-  const RouteCommunities one = listOf(1);
-  const RouteCommunities two = listOf(2);
-  const auto textOf = [&](const RouteCommunities& route, std::size_t size, char filler) {
-    return texts.of(*route.standard, [&](const auto&) { return std::string(size, filler); });
+  const CommList::PtrConst one = listOf(1);
+  const CommList::PtrConst two = listOf(2);
+  const auto textOf = [&](const CommList::PtrConst& list, std::size_t size, char filler) {
+    return texts.of(*list, [&](const auto&) { return std::string(size, filler); });
   };
   constexpr std::size_t longest = PerList<std::string>::longText;
   EXPECT_EQ(textOf(one, longest + 1, 'a'), std::string(longest + 1, 'a'));
@@ -73,4 +72,4 @@ TEST_F(PerListTest, KeepsNoLongText) {
 }
 
 }  // namespace
-}  // namespace CommTool
+}  // namespace Routing::Bgp

@@ -4,10 +4,10 @@
 #include <memory>
 #include <ostream>
 
+#include "OvBgp/PerList.h"
 #include "tools/bgp-communities/HeldRoutes.h"
 #include "tools/bgp-communities/MrtFiles.h"
 #include "tools/bgp-communities/PathAttributes.h"
-#include "tools/bgp-communities/PerList.h"
 #include "tools/bgp-communities/RouteLines.h"
 #include "tools/bgp-communities/RouteObjects.h"
 #include "tools/bgp-communities/Running.h"
@@ -130,7 +130,7 @@ class MrtRun : public RouteSink {
   // Routes are held for the summary alone: to find them again is most of the work.
   const bool holds_ = options_.printsSummary();
   HeldRoutes held_;
-  PerList<bool> matching_;  // whether a list matches
+  Routing::Bgp::PerList<bool> matching_;  // whether a list matches
   std::unique_ptr<RouteOutput> output_;
   MrtFiles files_;
   FlagCounts flags_;

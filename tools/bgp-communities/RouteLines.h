@@ -2,7 +2,7 @@
 #ifndef TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 #define TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 
-#include "tools/bgp-communities/PerList.h"
+#include "OvBgp/PerList.h"
 #include "tools/bgp-communities/RouteOutput.h"
 #include "tools/bgp-communities/TextOutput.h"
 
@@ -23,7 +23,7 @@ class RouteLines : public RouteOutput {
 
  private:
   TextOutput& out_;
-  PerList<std::string> texts_;
+  Routing::Bgp::PerList<std::string> texts_;
 };
 
 }  // namespace CommTool

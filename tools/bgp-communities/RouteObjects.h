@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "OvBgp/PerList.h"
 #include "tools/bgp-communities/Json.h"
-#include "tools/bgp-communities/PerList.h"
 #include "tools/bgp-communities/RouteOutput.h"
 #include "tools/bgp-communities/TextOutput.h"
 
@@ -46,7 +46,7 @@ class RouteObjects : public RouteOutput {
   TextOutput& out_;
   Json json_;
   Json membersJson_;
-  PerList<std::string> members_;  // arrays, written
+  Routing::Bgp::PerList<std::string> members_;  // arrays, written
   const std::string* file_ = nullptr;
   const MrtRecord* record_ = nullptr;
   std::vector<Waiting> waiting_;  // kept to reuse the memory; the first `used_` count
