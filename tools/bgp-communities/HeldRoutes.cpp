@@ -15,7 +15,7 @@ void HeldRoutes::add(const RouteBatch& batch, const RouteCommunities& communitie
   if (batch.action == RouteAction::withdraw) return drop(batch);
   const U32 peer = peerNumber(batch.peer);
   for (const Nlri& nlri : batch.routes) {
-    routes_.insert_or_assign(RouteKey(peer, nlri), communities);
+    routes_.insertOrAssign(RouteKey(peer, nlri), communities);
   }
 }
 

@@ -7,7 +7,7 @@
 
 #include "tools/bgp-communities/CommunityTables.h"
 #include "tools/bgp-communities/Route.h"
-#include "tools/bgp-communities/RouteKey.h"
+#include "tools/bgp-communities/RouteTable.h"
 
 namespace CommTool {
 
@@ -23,11 +23,9 @@ struct RouteCounts {
 // (address, AS, direction), address family, prefix and path identifier.
 class HeldRoutes {
  public:
-  using Routes = std::unordered_map<RouteKey, RouteCommunities, RouteKeyHash>;
-
   const CommunityTables& tables() const { return tables_; }
   const RouteCounts& counts() const { return counts_; }
-  const Routes& routes() const { return routes_; }
+  const RouteTable& routes() const { return routes_; }
 
   // Does what the batch says, and counts it: its routes come with these lists, or
   // go.
@@ -45,7 +43,7 @@ class HeldRoutes {
 
   // Before the routes, as these drop what they hold into the tables at the end.
   const CommunityTables tables_;
-  Routes routes_;
+  RouteTable routes_;
   std::unordered_map<Peer, U32, PeerHash> peers_;
   RouteCounts counts_;
 };
