@@ -21,6 +21,13 @@ function(ovbgp_compile_options target)
                CXX_EXTENSIONS OFF)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wpedantic)
+  # Files compiled in batches see each other's locals and unnamed namespaces.
+  if(CMAKE_UNITY_BUILD)
+    target_compile_options(${target} PRIVATE -Wno-shadow)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
+  endif()
   # Part of C++ since 2014, and on by default in GCC.
   target_compile_options(${target} PRIVATE -fsized-deallocation)
   if(OVBGP_WERROR)

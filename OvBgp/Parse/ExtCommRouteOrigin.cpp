@@ -7,7 +7,7 @@
 namespace Routing::Bgp {
 namespace {
 
-constexpr ExtCommRouteWords words{
+constexpr ExtCommRouteWords routeOriginWords{
     .prefix = "SoO:", .uiPrefix = "Route-Origin-", .diagnostic = "RouteOrigin"};
 
 }  // namespace
@@ -17,21 +17,21 @@ KIV_OBJECT_DEFINE(ExtCommRouteOriginIpv4Address)
 
 void ExtCommRouteOriginAs::formatDerivedType(std::ostream& out) const {
   KIV_ASSERT(isRouteAsType(pktType()), "unexpected type", "OvBgp/Parse/ExtCommRouteOrigin");
-  writeRouteDiagnostic(out, *this, words);
+  writeRouteDiagnostic(out, *this, routeOriginWords);
 }
 
 void ExtCommRouteOriginAs::appendForPolicy(OvFmt::DynamicBufferInterface& to,
                                            StrepFormat format) const {
-  appendRoutePolicyText(to, *this, words, format);
+  appendRoutePolicyText(to, *this, routeOriginWords, format);
 }
 
 void ExtCommRouteOriginIpv4Address::formatDerivedType(std::ostream& out) const {
-  writeRouteDiagnostic(out, *this, words);
+  writeRouteDiagnostic(out, *this, routeOriginWords);
 }
 
 void ExtCommRouteOriginIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
                                                     StrepFormat format) const {
-  appendRoutePolicyText(to, *this, words, format);
+  appendRoutePolicyText(to, *this, routeOriginWords, format);
 }
 
 ExtCommRouteOriginAs::Ptr extCommRouteOriginAsFactory(const ExtCommContent& content,

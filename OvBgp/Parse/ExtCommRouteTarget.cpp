@@ -7,7 +7,7 @@
 namespace Routing::Bgp {
 namespace {
 
-constexpr ExtCommRouteWords words{
+constexpr ExtCommRouteWords routeTargetWords{
     .prefix = "RT:", .uiPrefix = "Route-Target-", .diagnostic = "RouteTarget"};
 
 }  // namespace
@@ -17,21 +17,21 @@ KIV_OBJECT_DEFINE(ExtCommRouteTargetIpv4Address)
 
 void ExtCommRouteTargetAs::formatDerivedType(std::ostream& out) const {
   KIV_ASSERT(isRouteAsType(pktType()), "unexpected type", "OvBgp/Parse/ExtCommRouteTarget");
-  writeRouteDiagnostic(out, *this, words);
+  writeRouteDiagnostic(out, *this, routeTargetWords);
 }
 
 void ExtCommRouteTargetAs::appendForPolicy(OvFmt::DynamicBufferInterface& to,
                                            StrepFormat format) const {
-  appendRoutePolicyText(to, *this, words, format);
+  appendRoutePolicyText(to, *this, routeTargetWords, format);
 }
 
 void ExtCommRouteTargetIpv4Address::formatDerivedType(std::ostream& out) const {
-  writeRouteDiagnostic(out, *this, words);
+  writeRouteDiagnostic(out, *this, routeTargetWords);
 }
 
 void ExtCommRouteTargetIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
                                                     StrepFormat format) const {
-  appendRoutePolicyText(to, *this, words, format);
+  appendRoutePolicyText(to, *this, routeTargetWords, format);
 }
 
 ExtCommRouteTargetAs::Ptr extCommRouteTargetAsFactory(const ExtCommContent& content,

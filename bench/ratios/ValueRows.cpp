@@ -10,7 +10,7 @@ namespace Bench {
 namespace {
 
 using Values = std::vector<U64>;
-using Shared = std::shared_ptr<const Values>;
+using SharedValues = std::shared_ptr<const Values>;
 
 // All values are held, and found again in random order.
 template <class Peer>
@@ -71,7 +71,7 @@ class ValueGrowth final : public Trial {
 };
 
 template <class Peer>
-Contender hits(const char* name, const Shared& values, const Scale& scale) {
+Contender hits(const char* name, const SharedValues& values, const Scale& scale) {
   const U32 operations = scale.of(200'000);
   return {name, [=] { return std::make_unique<ValueHits<Peer>>(*values, operations); }};
 }
@@ -91,12 +91,12 @@ Row hitRow(U32 held, const Scale& scale) {
 }
 
 template <class Peer>
-Contender growth(const char* name, const Shared& values) {
+Contender growth(const char* name, const SharedValues& values) {
   return {name, [=] { return std::make_unique<ValueGrowth<Peer>>(*values); }};
 }
 
 template <class Peer>
-Contender replay(const char* name, const Shared& sequence, const Scale& scale) {
+Contender replay(const char* name, const SharedValues& sequence, const Scale& scale) {
   const U32 slots = scale.of(100'000);
   const U32 operations = scale.of(200'000);
   return {name, [=] {

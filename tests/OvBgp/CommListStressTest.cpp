@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "OvBgp/OvBgpCommunityList.h"
-#include "OvBgpGlobals/OvBgpGlobals.h"
+#include "tests/OvBgp/MultiThreaded.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -71,8 +71,7 @@ void work(const CommListDedupTable::Ptr& table, unsigned seed, int& wrong) {
 }
 
 TEST(CommListStress, ThreadsShareAFewObservedLists) {
-  Kiv::VFPtrInterface::threadSafePointers = true;
-  OvBgpGlobals::multiThreadedIs(true);
+  const MultiThreaded several;
   {
     const auto table = commListDedupTableFactory();
     const ListObserver::Ptr observer(new ListObserver);
@@ -89,8 +88,6 @@ TEST(CommListStress, ThreadsShareAFewObservedLists) {
     EXPECT_EQ(0U, table->size());
   }
   EXPECT_EQ(0U, CommList::kivType().objects());
-  OvBgpGlobals::multiThreadedIs(false);
-  Kiv::VFPtrInterface::threadSafePointers = false;
 }
 
 }  // namespace

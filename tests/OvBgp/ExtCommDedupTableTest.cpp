@@ -14,22 +14,18 @@
 
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "OvBgpGlobals/OvBgpGlobals.h"
+#include "tests/OvBgp/ExtCommValues.h"
+#include "tests/OvBgp/MultiThreaded.h"
 
 namespace Routing::Bgp {
 namespace {
 
-constexpr U64 routeTargetA = 0x0002'fde8'0000'0064;
-constexpr U64 routeTargetB = 0x0102'c000'0201'0064;
-constexpr U64 color = 0x030b'0000'0000'0001;
-constexpr U64 qos = 0x0401'0000'0000'0001;
-
 // Counts what it is asked to parse.
-class QosRule final : public BgpParseExtendedCommunityTypeRuleBase {
-  KIV_OBJECT(QosRule)
+class CountingQosRule final : public BgpParseExtendedCommunityTypeRuleBase {
+  KIV_OBJECT(CountingQosRule)
 
  public:
-  QosRule()
+  CountingQosRule()
       : BgpParseExtendedCommunityTypeRuleBase(BgpParseExtCommControl(),
                                               extCommPktTypeTransQosMarking) {}
   ExtComm::Ptr inhale(const ExtCommContent& content) const override {
@@ -41,13 +37,14 @@ class QosRule final : public BgpParseExtendedCommunityTypeRuleBase {
   mutable int parsed = 0;
   mutable std::function<void()> meanwhile;
 };
-KIV_OBJECT_DEFINE(QosRule)
+KIV_OBJECT_DEFINE(CountingQosRule)
 
 // Runs the test's handler under the table's notification lock, and keeps a picture
 // of the list by what it hears.
-class Observer : public Kiv::Notifiee {
+class TargetObserver : public Kiv::Notifiee {
  public:
-  explicit Observer(const ExtCommDedupTable::Ptr& table) : list_(table->producerRtList().ptr()) {
+  explicit TargetObserver(const ExtCommDedupTable::Ptr& table)
+      : list_(table->producerRtList().ptr()) {
     notifierIs(list_->notifieeList());
   }
   void handleChange(const Kiv::Change& change) override {
@@ -108,7 +105,7 @@ TEST_F(ExtCommDedupTableTest, EqualValuesShareOneObjectForAsLongAsItIsUsed) {
 }
 
 TEST_F(ExtCommDedupTableTest, ParsesOnAMissAlone) {
-  const QosRule::Ptr rule(new QosRule);
+  const CountingQosRule::Ptr rule(new CountingQosRule);
   parser_->extCommParser()->typeRuleIs(rule);
   const auto held = intern(qos);
   EXPECT_EQ(1, rule->parsed);
@@ -117,7 +114,7 @@ TEST_F(ExtCommDedupTableTest, ParsesOnAMissAlone) {
 }
 
 TEST_F(ExtCommDedupTableTest, WhoIsInternedWhileAnotherIsBuiltIsTheOne) {
-  const QosRule::Ptr rule(new QosRule);
+  const CountingQosRule::Ptr rule(new CountingQosRule);
   parser_->extCommParser()->typeRuleIs(rule);
   ExtComm::PtrConst first;
   rule->meanwhile = [&] { first = intern(qos); };
@@ -128,12 +125,12 @@ TEST_F(ExtCommDedupTableTest, WhoIsInternedWhileAnotherIsBuiltIsTheOne) {
 }
 
 TEST_F(ExtCommDedupTableTest, TheListHoldsTheRouteTargetsThatAreInterned) {
-  Observer observer(table_);
+  TargetObserver observer(table_);
   auto a = intern(routeTargetA);
   auto again = intern(routeTargetA);
   auto b = intern(routeTargetB);
   const auto c = intern(0x0202'0001'0000'0001);
-  const std::vector<ExtComm::PtrConst> notTargets = {intern(color), intern(0x0003'fde8'0000'0064),
+  const std::vector<ExtComm::PtrConst> notTargets = {intern(colorA), intern(0x0003'fde8'0000'0064),
                                                      intern(0x0602'0000'0000'0000),
                                                      intern(0x4002'fde8'0000'0064), intern(0)};
   EXPECT_EQ((std::set<U64>{routeTargetA, routeTargetB, 0x0202'0001'0000'0001}), listed());
@@ -149,7 +146,7 @@ TEST_F(ExtCommDedupTableTest, TheListHoldsTheRouteTargetsThatAreInterned) {
 }
 
 TEST_F(ExtCommDedupTableTest, AnObserverMayBringARouteTargetBack) {
-  Observer observer(table_);
+  TargetObserver observer(table_);
   std::vector<ExtComm::PtrConst> kept;
   observer.handler = [&](U64 value, bool isThere) {
     if (isThere || !kept.empty()) return;
@@ -170,12 +167,12 @@ TEST_F(ExtCommDedupTableTest, AnObserverMayBringARouteTargetBack) {
 }
 
 TEST_F(ExtCommDedupTableTest, AnObserverMayInternAndReleaseOthers) {
-  Observer observer(table_);
+  TargetObserver observer(table_);
   std::vector<ExtComm::PtrConst> kept;
   observer.handler = [&](U64 value, bool isThere) {
     if (value != routeTargetA) return;
     if (isThere) {
-      kept = {intern(routeTargetB), intern(color), intern(routeTargetA)};
+      kept = {intern(routeTargetB), intern(colorA), intern(routeTargetA)};
     } else {
       kept.clear();
     }
@@ -191,8 +188,8 @@ TEST_F(ExtCommDedupTableTest, AnObserverMayInternAndReleaseOthers) {
 
 // Neither table nor list keeps what was refused, and those told of it hear that.
 TEST_F(ExtCommDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
-  Observer before(table_);
-  Observer throwing(table_);
+  TargetObserver before(table_);
+  TargetObserver throwing(table_);
   throwing.handler = [](U64, bool isThere) {
     if (isThere) throw std::runtime_error("refused");
   };
@@ -207,7 +204,7 @@ TEST_F(ExtCommDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
 }
 
 TEST_F(ExtCommDedupTableTest, ATableThatGoesLeavesItsValuesAndEmptiesItsList) {
-  Observer observer(table_);
+  TargetObserver observer(table_);
   const auto a = intern(routeTargetA);
   const auto list = table_->producerRtList();
   const auto inner = table_->dedupTable();
@@ -281,21 +278,6 @@ TEST_F(ExtCommIp6DedupTableTest, ManyValuesStayApart) {
 
 // --- Several threads ---
 
-// Several threads, and tables that know it, while it lives.
-class MultiThreaded {
- public:
-  MultiThreaded() { set(true); }
-  MultiThreaded(const MultiThreaded&) = delete;
-  MultiThreaded& operator=(const MultiThreaded&) = delete;
-  ~MultiThreaded() { set(false); }
-
- private:
-  static void set(bool on) {
-    Kiv::VFPtrInterface::threadSafePointers = on;
-    OvBgpGlobals::multiThreadedIs(on);
-  }
-};
-
 // Interns few values over and over, so that last releases, lookups and successors
 // meet. `intern(i)` gives value i; `isWrong(i, value)` looks at it.
 template <class Ptr, class Intern, class IsWrong>
@@ -329,11 +311,11 @@ TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
   const MultiThreaded on;
   const auto parser = bgpParseExtCommContainerSmFactory();
   const auto table = extCommDedupTableFactory(parser->extCommParser());
-  const auto valueOf = [](U32 i) { return i == 5 ? color : routeTargetA + i; };
+  const auto valueOf = [](U32 i) { return i == 5 ? colorA : routeTargetA + i; };
   const auto intern = [&](U32 i) {
     return ExtComm::dedupContent(table.ptr(), ExtCommContent(valueOf(i)));
   };
-  Observer observer(table);
+  TargetObserver observer(table);
   ExtComm::PtrConst kept;
   bool finished = false;  // written when the threads have ended
   int wrong = 0;

@@ -19,7 +19,8 @@
 #include "OvBgp/ExtCommList.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "OvBgpGlobals/OvBgpGlobals.h"
+#include "tests/OvBgp/ExtCommValues.h"
+#include "tests/OvBgp/MultiThreaded.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -27,16 +28,11 @@ namespace {
 using Notifier = RtExtCommListLifeTimeNotifier;
 using Collection = NotifyingRtExtCommListCollection;
 
-constexpr U64 routeTargetA = 0x0002'fde8'0000'0064;
-constexpr U64 routeTargetB = 0x0102'c000'0201'0064;
-constexpr U64 colorA = 0x030b'0000'0000'0001;
-constexpr U64 colorB = 0x030b'0000'0000'0002;
-
 // Runs the test's handler under the notification lock, and keeps a picture of the
 // collection by what it hears.
-class Observer : public Kiv::Notifiee {
+class SubListObserver : public Kiv::Notifiee {
  public:
-  explicit Observer(const Collection::Ptr& collection) : collection_(collection.ptr()) {
+  explicit SubListObserver(const Collection::Ptr& collection) : collection_(collection.ptr()) {
     notifierIs(collection_->notifieeList());
   }
   void handleChange(const Kiv::Change& change) override {
@@ -61,7 +57,7 @@ class Observer : public Kiv::Notifiee {
   Collection* const collection_;
 };
 
-class Tables {
+class ListTables {
  public:
   ExtComm::PtrConst comm(U64 value) const {
     return ExtComm::dedupContent(values.ptr(), ExtCommContent(value));
@@ -98,7 +94,7 @@ U64 objectsAlive() {
 }
 
 // Whatever a test does, nothing outlives what it holds.
-class ExtCommListDedupTableTest : public testing::Test, public Tables {
+class ExtCommListDedupTableTest : public testing::Test, public ListTables {
  protected:
   void TearDown() override {
     collection = nullptr;
@@ -113,7 +109,7 @@ class ExtCommListDedupTableTest : public testing::Test, public Tables {
 };
 
 TEST_F(ExtCommListDedupTableTest, EqualRouteTargetsHaveOneNotifierForAsLongAsTheyAreUsed) {
-  Observer observer(collection);
+  SubListObserver observer(collection);
   EXPECT_TRUE(lists->hasNotificationActive());
   auto a = intern({routeTargetA, routeTargetB, colorA});
   auto b = intern({colorB, routeTargetB, routeTargetA, routeTargetA});
@@ -204,7 +200,7 @@ TEST_F(ExtCommListDedupTableTest, HoweverItStopsTheListsStayAndNothingIsListed) 
     lists = extCommListDedupTableFactory();
     collection = lists->notifyingRtExtCommListCollection();
     notifiee = lists->rtExtCommListLifeTimeNotifiee();
-    Observer observer(collection);
+    SubListObserver observer(collection);
     std::vector<ExtCommList::PtrConst> held = {intern({routeTargetA, colorA}),
                                                intern({routeTargetB, colorA})};
     EXPECT_EQ(2, observer.came);
@@ -226,7 +222,7 @@ TEST_F(ExtCommListDedupTableTest, HoweverItStopsTheListsStayAndNothingIsListed) 
 }
 
 TEST_F(ExtCommListDedupTableTest, ATableThatGoesLeavesItsListsAndEmptiesItsCollection) {
-  Observer observer(collection);
+  SubListObserver observer(collection);
   const auto list = intern({routeTargetA, colorA});
   const Notifier::Ptr kept = routeTargetsOf(list)->lifeTimeNotifier();
   lists = nullptr;
@@ -243,7 +239,7 @@ TEST_F(ExtCommListDedupTableTest, AnObserverThatIsRegisteredAgainHearsOfThoseThe
   rtTable()->lifeTimeNotifieeDel();
   auto between = intern({routeTargetB});
   EXPECT_EQ(0U, collection->rtExtCommList().size());
-  Observer observer(collection);
+  SubListObserver observer(collection);
   rtTable()->lifeTimeNotifieeIs(notifiee);
   EXPECT_EQ(2, observer.came);
   EXPECT_EQ(2U, collection->rtExtCommList().size());
@@ -259,7 +255,7 @@ TEST_F(ExtCommListDedupTableTest, AnObserverThatIsRegisteredAgainHearsOfThoseThe
 TEST_F(ExtCommListDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
   Notifier::Ptr kept;
   for (const bool alsoUndoing : {false, true}) {
-    Observer throwing(collection);
+    SubListObserver throwing(collection);
     throwing.handler = [&](const Notifier::Ptr& notifier, bool isThere) {
       kept = notifier;
       if (isThere || alsoUndoing) throw std::runtime_error("refused");
@@ -294,7 +290,7 @@ TEST_F(ExtCommListDedupTableTest, ARegistrationMayFailOrBeStoppedHalfWay) {
   for (const auto& [name, end] : ends) {
     SCOPED_TRACE(name);
     rtTable()->lifeTimeNotifieeDel();
-    Observer observer(collection);
+    SubListObserver observer(collection);
     observer.handler = [&observer, &end = end](const Notifier::Ptr&, bool isThere) {
       if (isThere && observer.came == 3) end();
     };
@@ -315,7 +311,7 @@ TEST_F(ExtCommListDedupTableTest, ARegistrationMayBeBegunAnewHalfWay) {
   std::vector<ExtCommList::PtrConst> held;
   for (U64 i = 0; i < 5; ++i) held.push_back(intern({routeTargetA + i}));
   rtTable()->lifeTimeNotifieeDel();
-  Observer observer(collection);
+  SubListObserver observer(collection);
   observer.handler = [&](const Notifier::Ptr&, bool isThere) {
     if (isThere && observer.came == 2) rtTable()->lifeTimeNotifieeIs(notifiee);
   };
@@ -327,7 +323,7 @@ TEST_F(ExtCommListDedupTableTest, ARegistrationMayBeBegunAnewHalfWay) {
 
 TEST_F(ExtCommListDedupTableTest, AnObserverMayStopEverythingWhenItHears) {
   for (const bool whenItGoes : {false, true}) {
-    Observer observer(collection);
+    SubListObserver observer(collection);
     observer.handler = [&](const Notifier::Ptr&, bool isThere) {
       if (isThere == whenItGoes) return;
       notifiee = nullptr;
@@ -344,7 +340,7 @@ TEST_F(ExtCommListDedupTableTest, AnObserverMayStopEverythingWhenItHears) {
 }
 
 TEST_F(ExtCommListDedupTableTest, AnObserverMayBringRouteTargetsBack) {
-  Observer observer(collection);
+  SubListObserver observer(collection);
   std::vector<ExtCommList::PtrConst> kept;
   observer.handler = [&](const Notifier::Ptr& gone, bool isThere) {
     if (isThere || !kept.empty()) return;
@@ -364,7 +360,7 @@ TEST_F(ExtCommListDedupTableTest, AnObserverMayBringRouteTargetsBack) {
 }
 
 TEST_F(ExtCommListDedupTableTest, AnObserverMayInternAndReleaseOthersAndMembers) {
-  Observer observer(collection);
+  SubListObserver observer(collection);
   std::vector<ExtCommList::PtrConst> keptLists;
   std::vector<ExtComm::PtrConst> keptValues;
   observer.handler = [&](const Notifier::Ptr& notifier, bool isThere) {
@@ -497,23 +493,8 @@ TEST(CommListDedupTables, DumpsOfTheOthers) {
 
 // --- Several threads ---
 
-// Several threads, and tables that know it, while it lives.
-class MultiThreaded {
- public:
-  MultiThreaded() { set(true); }
-  MultiThreaded(const MultiThreaded&) = delete;
-  MultiThreaded& operator=(const MultiThreaded&) = delete;
-  ~MultiThreaded() { set(false); }
-
- private:
-  static void set(bool on) {
-    Kiv::VFPtrInterface::threadSafePointers = on;
-    OvBgpGlobals::multiThreadedIs(on);
-  }
-};
-
 // Interns and drops lists of few route targets and colors over and over.
-int work(const Tables& tables, unsigned seed) {
+int work(const ListTables& tables, unsigned seed) {
   std::mt19937 random(seed);
   std::array<ExtCommList::PtrConst, 3> held;
   int wrong = 0;
@@ -531,7 +512,7 @@ int work(const Tables& tables, unsigned seed) {
   return wrong;
 }
 
-void inThreads(const Tables& tables) {
+void inThreads(const ListTables& tables) {
   std::array<int, 4> wrong{};
   std::vector<std::thread> threads;
   for (unsigned i = 0; i < wrong.size(); ++i) {
@@ -546,9 +527,9 @@ void inThreads(const Tables& tables) {
 TEST(ExtCommListDedupTableStress, TheCollectionFollowsWhatThreadsIntern) {
   const MultiThreaded on;
   {
-    const Tables tables;
+    const ListTables tables;
     const auto collection = tables.lists->notifyingRtExtCommListCollection();
-    Observer observer(collection);
+    SubListObserver observer(collection);
     std::array<Notifier::Ptr, 4> kept;
     std::array<ExtComm::PtrConst, 4> keptValues;
     std::size_t turn = 0;
@@ -578,9 +559,9 @@ TEST(ExtCommListDedupTableStress, TheCollectionFollowsWhatThreadsIntern) {
 TEST(ExtCommListDedupTableStress, NotificationMayStopAndBeginMeanwhile) {
   const MultiThreaded on;
   {
-    const Tables tables;
+    const ListTables tables;
     const auto collection = tables.lists->notifyingRtExtCommListCollection();
-    Observer observer(collection);
+    SubListObserver observer(collection);
     std::atomic<bool> finished{false};
     std::thread switching([&] {
       while (!finished) {

@@ -7,14 +7,14 @@
 #include <thread>
 #include <vector>
 
-#include "OvBgpGlobals/OvBgpGlobals.h"
 #include "tests/OvBgp/ExtCommListKit.h"
+#include "tests/OvBgp/MultiThreaded.h"
 
 namespace Routing::Bgp {
 namespace {
 
 template <class Kind>
-struct Tables {
+struct StressTables {
   using Family = typename Kind::Family;
   using List = typename Family::List;
 
@@ -47,7 +47,7 @@ struct Tables {
 };
 
 template <class Kind>
-void work(const Tables<Kind>& tables, unsigned seed, int& wrong) {
+void work(const StressTables<Kind>& tables, unsigned seed, int& wrong) {
   std::mt19937 random(seed);
   std::array<Kiv::Ptr<const typename Kind::Family::List>, 4> routes;
   for (int step = 0; step < 5000; ++step) {
@@ -64,19 +64,14 @@ void work(const Tables<Kind>& tables, unsigned seed, int& wrong) {
 template <class Kind>
 class ExtCommListStress : public testing::Test {
  protected:
-  void SetUp() override { threadsIs(true); }
-  void TearDown() override { threadsIs(false); }
-  static void threadsIs(bool several) {
-    Kiv::VFPtrInterface::threadSafePointers = several;
-    OvBgpGlobals::multiThreadedIs(several);
-  }
+  const MultiThreaded several_;
 };
-using Kinds = testing::Types<ExtCommKind, ExtCommIp6Kind>;
-TYPED_TEST_SUITE(ExtCommListStress, Kinds);
+using StressKinds = testing::Types<ExtCommKind, ExtCommIp6Kind>;
+TYPED_TEST_SUITE(ExtCommListStress, StressKinds);
 
 TYPED_TEST(ExtCommListStress, ThreadsShareAFewListsAndLeaveNothing) {
   {
-    const Tables<TypeParam> tables;
+    const StressTables<TypeParam> tables;
     std::array<int, 4> wrong{};
     std::vector<std::thread> threads;
     for (unsigned i = 0; i < wrong.size(); ++i) {

@@ -44,22 +44,24 @@ class QosMarking final : public ExtComm {
 };
 KIV_OBJECT_DEFINE(QosMarking)
 
-class QosRule final : public BgpParseExtendedCommunityTypeRuleBase {
-  KIV_OBJECT(QosRule)
+class QosMarkingRule final : public BgpParseExtendedCommunityTypeRuleBase {
+  KIV_OBJECT(QosMarkingRule)
 
  public:
-  QosRule()
+  QosMarkingRule()
       : BgpParseExtendedCommunityTypeRuleBase(BgpParseExtCommControl(),
                                               extCommPktTypeTransQosMarking) {}
   ExtComm::Ptr inhale(const ExtCommContent& content) const override {
     return ExtComm::Ptr(new QosMarking(content));
   }
 };
-KIV_OBJECT_DEFINE(QosRule)
+KIV_OBJECT_DEFINE(QosMarkingRule)
 
 class ExtCommListTest : public ExtCommListFixture<ExtCommKind> {
  protected:
-  ExtCommListTest() { parser_->extCommParser()->typeRuleIs(QosRule::Ptr(new QosRule)); }
+  ExtCommListTest() {
+    parser_->extCommParser()->typeRuleIs(QosMarkingRule::Ptr(new QosMarkingRule));
+  }
 
   ExtComm::PtrConst comm(U64 value) const {
     return ExtComm::dedupContent(values_.ptr(), ExtCommContent(value));

@@ -133,8 +133,8 @@ class FlatListContract : public testing::Test {
   typename Kind::Table::Ptr table_ = Kind::table();
 };
 
-using Kinds = testing::Types<Standard, Large>;
-TYPED_TEST_SUITE(FlatListContract, Kinds);
+using FlatKinds = testing::Types<Standard, Large>;
+TYPED_TEST_SUITE(FlatListContract, FlatKinds);
 
 TYPED_TEST(FlatListContract, DedupSortsDropsRepeatsAndShares) {
   const auto list = this->intern(this->numbered({5, 5, 3}));

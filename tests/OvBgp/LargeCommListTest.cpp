@@ -13,9 +13,9 @@ namespace Routing::Bgp {
 namespace {
 
 using Acl::CommunityValue;
-using Values = std::vector<CommunityValue>;
+using LargeValues = std::vector<CommunityValue>;
 
-LargeCommList::PtrConst intern(const Values& values) {
+LargeCommList::PtrConst intern(const LargeValues& values) {
   static const auto table = largeCommListDedupTableFactory();
   const auto list = largeCommListFactory();
   for (const CommunityValue& value : values) list->commIs(value);
@@ -68,7 +68,7 @@ TEST(LargeCommList, SerializesTheAdministratorFirst) {
 // at the end, in lists that do not fit the room in place.
 TEST(LargeCommList, LastNumberMayHaveAnyLength) {
   Kiv::String front;
-  Values values;
+  LargeValues values;
   for (U32 i = 1; i <= 40; ++i) {
     values.emplace_back(i, i * 7, 0);
     front += std::to_string(i) + ":" + std::to_string(i * 7) + ":0 ";

@@ -11,9 +11,9 @@ namespace Routing::Bgp {
 namespace {
 
 // Notes what it hears and what the list then holds, and runs the test's handler.
-class Observer : public Kiv::Notifiee {
+class TargetListObserver : public Kiv::Notifiee {
  public:
-  explicit Observer(const NotifyingRouteTargetList::Ptr& list) : list_(list.ptr()) {
+  explicit TargetListObserver(const NotifyingRouteTargetList::Ptr& list) : list_(list.ptr()) {
     notifierIs(list->notifieeList());
   }
   void handleChange(const Kiv::Change& change) override {
@@ -30,26 +30,26 @@ class Observer : public Kiv::Notifiee {
   NotifyingRouteTargetList* const list_;
 };
 
-using Heard = std::vector<std::pair<U64, bool>>;
+using HeardTargets = std::vector<std::pair<U64, bool>>;
 
 TEST(NotifyingRouteTargetList, TellsOfChangesAndOnlyOfThose) {
   const auto list = notifyingRouteTargetListFactory();
   EXPECT_TRUE(list->hasNotificationActive());
-  Observer observer(list);
+  TargetListObserver observer(list);
   EXPECT_FALSE(list->rtDel(RouteTarget(1)));
   list->rtIs(RouteTarget(1));
   list->rtIs(RouteTarget(1));
   list->rtIs(RouteTarget(2));
   EXPECT_TRUE(list->rtDel(RouteTarget(1)));
   EXPECT_FALSE(list->rtDel(RouteTarget(1)));
-  EXPECT_EQ((Heard{{1, true}, {2, true}, {1, false}}), observer.heard);
+  EXPECT_EQ((HeardTargets{{1, true}, {2, true}, {1, false}}), observer.heard);
   EXPECT_EQ(1U, list->rt().size());
 }
 
 TEST(NotifyingRouteTargetList, DelAllTellsOfEachAndKeepsWhatComesMeanwhile) {
   const auto list = notifyingRouteTargetListFactory();
   for (U64 value = 1; value <= 100; ++value) list->rtIs(RouteTarget(value));
-  Observer observer(list);
+  TargetListObserver observer(list);
   observer.handler = [&](const RouteTarget& target) {
     if (target.value() == 50) list->rtIs(RouteTarget(1000));
   };
@@ -62,14 +62,14 @@ TEST(NotifyingRouteTargetList, AnObserverMayLetGoOfTheList) {
   auto list = notifyingRouteTargetListFactory();
   for (U64 value = 1; value <= 3; ++value) list->rtIs(RouteTarget(value));
   NotifyingRouteTargetList& raw = *list;
-  Observer observer(list);
+  TargetListObserver observer(list);
   observer.handler = [&](const RouteTarget&) { list = nullptr; };
   raw.rtDelAll();
   EXPECT_EQ(3U, observer.heard.size());
   EXPECT_EQ(0U, NotifyingRouteTargetList::kivType().objects());
 
   list = notifyingRouteTargetListFactory();
-  Observer second(list);
+  TargetListObserver second(list);
   second.handler = [&](const RouteTarget&) { list = nullptr; };
   list.ptr()->rtIs(RouteTarget(1));
   EXPECT_EQ(0U, NotifyingRouteTargetList::kivType().objects());

@@ -15,7 +15,7 @@
 namespace Routing::Bgp {
 namespace {
 
-struct Tables {
+struct ValueTables {
   const BgpParseExtCommContainerSm::Ptr parser = bgpParseExtCommContainerSmFactory();
   const ExtCommDedupTable::Ptr extComms = extCommDedupTableFactory(parser->extCommParser());
   const ExtCommIp6DedupTable::Ptr extCommIp6s =
@@ -37,22 +37,22 @@ typename List::PtrConst interned(const typename List::Ptr& list, const Table& ta
 
 // A kind says how its lists are made, of communities numbered from 1 in ascending
 // order of their keys, and which key and values a number stands for.
-struct Standard {
+struct StandardSnapshot {
   using Snapshot = CommListSnapshot;
   static U32 key(U16 number) { return number * 0x10001U; }
-  static bool value(const Tables&, U16) { return true; }
-  static bool otherValue(const Tables&) { return false; }
-  static auto list(const Tables& tables, const Numbers& numbers) {
+  static bool value(const ValueTables&, U16) { return true; }
+  static bool otherValue(const ValueTables&) { return false; }
+  static auto list(const ValueTables& tables, const Numbers& numbers) {
     return interned<CommList>(commListFactory(), tables.commLists, numbers, key);
   }
 };
 
-struct Large {
+struct LargeSnapshot {
   using Snapshot = RouteMap::CommListSnapshot;
   static Acl::CommunityValue key(U16 number) { return {65000, number, 0xFFFFU - number}; }
-  static bool value(const Tables&, U16) { return true; }
-  static bool otherValue(const Tables&) { return false; }
-  static auto list(const Tables& tables, const Numbers& numbers) {
+  static bool value(const ValueTables&, U16) { return true; }
+  static bool otherValue(const ValueTables&) { return false; }
+  static auto list(const ValueTables& tables, const Numbers& numbers) {
     return interned<LargeCommList>(largeCommListFactory(), tables.largeCommLists, numbers, key);
   }
 };
@@ -61,11 +61,11 @@ struct Large {
 struct Extended {
   using Snapshot = ExtCommListSnapshot;
   static U64 key(U16 number) { return 0x0002'fde8'0000'0000 + number; }
-  static ExtComm::PtrConst value(const Tables& tables, U16 number) {
+  static ExtComm::PtrConst value(const ValueTables& tables, U16 number) {
     return ExtComm::dedupContent(tables.extComms.ptr(), ExtCommContent(key(number)));
   }
-  static ExtComm::PtrConst otherValue(const Tables& tables) { return value(tables, 999); }
-  static ExtCommList::PtrConst list(const Tables& tables, const Numbers& numbers) {
+  static ExtComm::PtrConst otherValue(const ValueTables& tables) { return value(tables, 999); }
+  static ExtCommList::PtrConst list(const ValueTables& tables, const Numbers& numbers) {
     return interned<ExtCommList>(extCommListFactory(), tables.extCommLists, numbers,
                                  [&](U16 number) { return value(tables, number); });
   }
@@ -76,11 +76,11 @@ struct Ip6Extended {
   static ExtCommIp6Content key(U16 number) {
     return ExtCommIp6Content(0, 2, Ovnet::Ip6Addr(std::string_view("2001:db8::1")), number);
   }
-  static ExtCommIp6::PtrConst value(const Tables& tables, U16 number) {
+  static ExtCommIp6::PtrConst value(const ValueTables& tables, U16 number) {
     return ExtCommIp6::dedupContent(tables.extCommIp6s.ptr(), key(number));
   }
-  static ExtCommIp6::PtrConst otherValue(const Tables& tables) { return value(tables, 999); }
-  static ExtCommIp6List::PtrConst list(const Tables& tables, const Numbers& numbers) {
+  static ExtCommIp6::PtrConst otherValue(const ValueTables& tables) { return value(tables, 999); }
+  static ExtCommIp6List::PtrConst list(const ValueTables& tables, const Numbers& numbers) {
     return interned<ExtCommIp6List>(extCommIp6ListFactory(), tables.extCommIp6Lists, numbers,
                                     [&](U16 number) { return value(tables, number); });
   }
@@ -90,7 +90,7 @@ struct Ip6Extended {
 template <class Whole, class Of, auto factory>
 struct Part : Whole {
   using Snapshot = Of;
-  static auto list(const Tables& tables, const Numbers& numbers) {
+  static auto list(const ValueTables& tables, const Numbers& numbers) {
     const auto whole = Whole::list(tables, numbers);
     using List = Kiv::Ptr<const typename decltype(factory({}))::element_type>;
     for (const auto& part : whole->classificationListVector()) {
@@ -116,22 +116,23 @@ class SnapshotTest : public testing::Test {
     return all;
   }
 
-  const Tables tables_{};
+  const ValueTables tables_{};
 };
 
 // Notes the attribute and key of each change.
 template <class Key>
-class Observer : public Kiv::Notifiee {
+class SnapshotObserver : public Kiv::Notifiee {
  public:
-  explicit Observer(Kiv::NotifieeList* list) { notifierIs(list); }
+  explicit SnapshotObserver(Kiv::NotifieeList* list) { notifierIs(list); }
   void handleChange(const Kiv::Change& change) override {
     heard.emplace_back(change.attribute(), change.key<Key>());
   }
   std::vector<std::pair<U32, Key>> heard;
 };
 
-using Kinds = testing::Types<Standard, Large, ExtendedPart, Extended, Ip6ExtendedPart, Ip6Extended>;
-TYPED_TEST_SUITE(SnapshotTest, Kinds, );
+using SnapshotKinds = testing::Types<StandardSnapshot, LargeSnapshot, ExtendedPart, Extended,
+                                     Ip6ExtendedPart, Ip6Extended>;
+TYPED_TEST_SUITE(SnapshotTest, SnapshotKinds, );
 
 TYPED_TEST(SnapshotTest, HoldsTheListsMembersInOrder) {
   const auto list = TypeParam::list(this->tables_, {3, 1, 2, 3});
@@ -150,7 +151,7 @@ TYPED_TEST(SnapshotTest, IsEditedAndWatchedApartFromTheList) {
   const auto key = [](U16 number) { return TypeParam::key(number); };
   const auto list = TypeParam::list(this->tables_, {1, 2, 3});
   const auto snapshot = list->commSnapshot();
-  Observer<typename TestFixture::Key> observer(snapshot->notifieeList());
+  SnapshotObserver<typename TestFixture::Key> observer(snapshot->notifieeList());
   snapshot->commIs(key(5), TypeParam::value(this->tables_, 5));
   snapshot->commIs(key(1), TypeParam::value(this->tables_, 1));
   snapshot->commIs(key(1), TypeParam::otherValue(this->tables_));
@@ -194,7 +195,7 @@ TYPED_TEST(SnapshotTest, AnObserverMayLetGoOfItWhileAllIsDeleted) {
 template <class Kind>
 class ExtSnapshotTest : public SnapshotTest<Kind> {
  protected:
-  static U32 membersInterned(const Tables& tables) {
+  static U32 membersInterned(const ValueTables& tables) {
     return tables.extComms->size() + tables.extCommIp6s->size();
   }
 };
@@ -219,7 +220,7 @@ TYPED_TEST(ExtSnapshotTest, KeepsItsMembersInterned) {
 template <class Kind>
 class ListSnapshotTest : public SnapshotTest<Kind> {
  protected:
-  static U32 partsInterned(const Tables& tables) {
+  static U32 partsInterned(const ValueTables& tables) {
     return tables.extCommLists->rtExtCommClassificationListDedupTable()->size() +
            tables.extCommLists->extCommClassificationListDedupTable()->size() +
            tables.extCommIp6Lists->extCommClassificationListDedupTable()->size();
@@ -239,7 +240,7 @@ TYPED_TEST(ListSnapshotTest, HasTheSubListsAsACollectionOfTheirOwn) {
   EXPECT_TRUE(part->isDeduped());
   EXPECT_EQ(1U, this->partsInterned(this->tables_));
 
-  Observer<ExtCommClassification> observer(snapshot->notifieeList());
+  SnapshotObserver<ExtCommClassification> observer(snapshot->notifieeList());
   EXPECT_TRUE(snapshot->classificationListDel(classification));
   EXPECT_EQ(2U, snapshot->comm().size());
   snapshot->classificationListIs(part);
@@ -260,7 +261,7 @@ TYPED_TEST(ListSnapshotTest, HasTheSubListsAsACollectionOfTheirOwn) {
 }
 
 TEST(ExtCommSnapshots, NameTheirClassificationAndSubLists) {
-  const Tables tables{};
+  const ValueTables tables{};
   const ExtCommList::Ptr building = extCommListFactory();
   for (const U64 value : std::initializer_list<U64>{0x0002'fde8'0000'0064, 0x030b'0000'0000'0001,
                                                     0x0003'fde8'0000'0064}) {

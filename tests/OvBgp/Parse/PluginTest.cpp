@@ -16,7 +16,7 @@ using namespace Routing::Bgp;
 using Collections = BgpParseExtCommRuleCollections;
 using Heard = std::vector<U32>;
 
-const ExtCommContent colorContent(0x030b'0000'0000'0001);
+const ExtCommContent pluginColor(0x030b'0000'0000'0001);
 const ExtCommContent evpnContent(0x0600'0000'0000'0001);
 
 std::string_view classOf(const BgpParseExtendedCommunityRule& root, const ExtCommContent& content) {
@@ -80,7 +80,7 @@ TEST(Announcing, NodesAreWholeAndHeld) {
   ASSERT_TRUE(kept) << "taken while it was withdrawn";
   EXPECT_EQ(1U, BgpParseExtCommTransOpaqueRule::kivType().objects());
   EXPECT_EQ(0U, registry->extendedCommSubTypeTransOpaqueRuleInstance().size());
-  kept->inhale(colorContent);
+  kept->inhale(pluginColor);
   ear.then = nullptr;
   kept = nullptr;
   EXPECT_EQ((Heard{134, 134}), ear.attributes) << "it was no longer announced";
@@ -129,26 +129,26 @@ TEST(Plugin, CatchesUpWhenItIsLateAndStopsWhenTold) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   const BgpParseExtCommControl control(registry);
   const auto early = bgpParseExtendedCommunityRuleFactory(control);
-  EXPECT_EQ("ExtCommSubtyped", classOf(*early, colorContent));
+  EXPECT_EQ("ExtCommSubtyped", classOf(*early, pluginColor));
   auto plugin = BgpParseExtCommColorSmIs(registry);
-  EXPECT_EQ("ExtCommColor", classOf(*early, colorContent));
+  EXPECT_EQ("ExtCommColor", classOf(*early, pluginColor));
   plugin->hasNotificationActiveIs(false);
   const auto missed = bgpParseExtendedCommunityRuleFactory(control);
-  EXPECT_EQ("ExtCommSubtyped", classOf(*missed, colorContent));
+  EXPECT_EQ("ExtCommSubtyped", classOf(*missed, pluginColor));
   plugin->hasNotificationActiveIs(true);
   plugin->handleStartup();
-  EXPECT_EQ("ExtCommColor", classOf(*missed, colorContent));
+  EXPECT_EQ("ExtCommColor", classOf(*missed, pluginColor));
   plugin->ruleCollectionsDel();
   EXPECT_FALSE(plugin->ruleCollections());
   plugin->handleStartup();
   EXPECT_EQ("ExtCommSubtyped",
-            classOf(*bgpParseExtendedCommunityRuleFactory(control), colorContent));
+            classOf(*bgpParseExtendedCommunityRuleFactory(control), pluginColor));
   EXPECT_EQ(0U, registry->notifieeList()->size());
   plugin = bgpParseExtCommColorSmFactory(registry);
   EXPECT_EQ(1U, registry->notifieeList()->size());
   plugin = nullptr;
   EXPECT_EQ(0U, registry->notifieeList()->size());
-  EXPECT_EQ("ExtCommColor", classOf(*early, colorContent)) << "its leaves outlive it";
+  EXPECT_EQ("ExtCommColor", classOf(*early, pluginColor)) << "its leaves outlive it";
 }
 
 TEST(Plugin, AllOfThemLateHangExactlyTheirLeaves) {
@@ -208,7 +208,7 @@ TEST(Plugin, MayAddAndReplaceTypeRules) {
     const auto color = bgpParseExtCommColorSmFactory(registry);
     auto root = bgpParseExtendedCommunityRuleFactory(control);
     if (late) plugin = bgpParseExtCommPluginIs<RootPlugin>(registry);
-    for (const ExtCommContent& content : {evpnContent, colorContent}) {
+    for (const ExtCommContent& content : {evpnContent, pluginColor}) {
       EXPECT_EQ(extCommClassificationEvpn, root->parseExtendedCommunity(content)->classification());
     }
     EXPECT_EQ(0U, registry->extendedCommSubTypeTransOpaqueRuleInstance().size());
@@ -266,7 +266,7 @@ TEST(Plugin, MayEndInItsOwnOperation) {
   plugin->then = [&plugin] { plugin = nullptr; };
   const auto root = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
   EXPECT_FALSE(plugin);
-  EXPECT_EQ("ExtCommColor", classOf(*root, colorContent));
+  EXPECT_EQ("ExtCommColor", classOf(*root, pluginColor));
   EXPECT_EQ(2U, registry->notifieeList()->size());
 }
 

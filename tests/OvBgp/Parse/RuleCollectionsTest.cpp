@@ -16,9 +16,9 @@ using namespace Routing::Bgp;
 using Collections = BgpParseExtCommRuleCollections;
 using Heard = std::vector<U32>;
 
-class Ear : public Kiv::Notifiee {
+class CollectionEar : public Kiv::Notifiee {
  public:
-  explicit Ear(Kiv::NotifieeList* list) { notifierIs(list); }
+  explicit CollectionEar(Kiv::NotifieeList* list) { notifierIs(list); }
   void handleChange(const Kiv::Change& change) override {
     attributes.push_back(change.attribute());
   }
@@ -49,7 +49,7 @@ void check(U32 attribute, typename CollectionCheck<Kind>::All all,
   SCOPED_TRACE(attribute);
   const Collections::PtrConst held = bgpParseExtCommRuleCollectionsFactory();
   const Collections& collections = *held;
-  Ear ear(collections.notifieeList());
+  CollectionEar ear(collections.notifieeList());
   const auto one = keyAt<typename Kind::Key>(0x10);
   const auto two = keyAt<typename Kind::Key>(0x20);
   EXPECT_FALSE((collections.*del)(one));

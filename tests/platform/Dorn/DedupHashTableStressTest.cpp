@@ -1,4 +1,4 @@
-// Threads that intern and release the same few values, so that lookups, last
+// Threads that intern and release the same few stressValues, so that lookups, last
 // releases and insertions of successors meet all the time. Made for the thread
 // and address sanitizers; what it checks by itself is that every user sees a
 // member, that the observer's picture is never wrong, and that nothing is left.
@@ -14,7 +14,7 @@
 namespace DornTest {
 namespace {
 
-constexpr U32 values = 6;
+constexpr U32 stressValues = 6;
 constexpr int steps = 20000;
 
 // Runs under the table's notification lock, so plain members will do.
@@ -36,7 +36,7 @@ class CountingObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
     return static_cast<const Number&>(handle).number();
   }
 
-  std::array<int, values> present{};
+  std::array<int, stressValues> present{};
   int heard = 0;
   int wrong = 0;
   Dorn::DedupHashTable* table = nullptr;
@@ -47,7 +47,7 @@ void work(const Dorn::DedupHashTable::Ptr& table, unsigned seed, int& wrong) {
   std::mt19937 random(seed);
   std::array<Number::Ptr, 3> held;
   for (int step = 0; step < steps; ++step) {
-    const U32 value = static_cast<U32>(random() % values);
+    const U32 value = static_cast<U32>(random() % stressValues);
     Number::Ptr got = random() % 2 == 0 ? intern(table, value) : find(table, value);
     if (got && (got->number() != value || !got->isDeduped())) ++wrong;
     held[random() % held.size()] = std::move(got);
@@ -69,7 +69,7 @@ void run(bool observed) {
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ((std::array<int, 4>{}), wrong);
     EXPECT_EQ(0, observer->wrong);
-    EXPECT_EQ((std::array<int, values>{}), observer->present);
+    EXPECT_EQ((std::array<int, stressValues>{}), observer->present);
     EXPECT_EQ(0U, table->size());
   }
   EXPECT_EQ(0, Number::alive);

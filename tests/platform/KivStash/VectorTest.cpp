@@ -61,7 +61,7 @@ TEST(Vector, GivesBackWhatItDoesNotNeed) {
   EXPECT_EQ(before, KivStash::arrayType<U32>().bytes());
 }
 
-struct Owner {
+struct VectorOwner {
   Words words;
   U32 behind[3] = {9, 9, 9};  // as an allocation of the right size would have
 };
@@ -69,7 +69,7 @@ struct Owner {
 TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
   const U64 before = KivStash::arrayType<U32>().bytes();
   for (const U32 count : {0U, 1U, 2U, 4U}) {
-    Owner owner;
+    VectorOwner owner;
     const std::array<U32, 4> values{1, 2, 3, 4};
     owner.words.inPlaceIs(std::span(values).first(count));
     EXPECT_EQ(std::vector<U32>(values.begin(), values.begin() + count), contents(owner.words));
@@ -83,7 +83,7 @@ TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
   EXPECT_EQ(before, KivStash::arrayType<U32>().bytes());
   EXPECT_DEATH(
       {
-        Owner owner;
+        VectorOwner owner;
         owner.words.inPlaceIs(std::array<U32, 1>{1});
         owner.words.append(2);
       },
