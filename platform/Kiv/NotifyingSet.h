@@ -3,6 +3,7 @@
 #define KIV_NOTIFYINGSET_H
 
 #include <functional>
+#include <new>
 #include <unordered_set>
 #include <vector>
 
@@ -35,9 +36,16 @@ class NotifyingSet {
     notify(key);
     return true;
   }
-  // One notice a key. The caller holds the owner, which observers may let go.
+  // Deletes those that are there when it begins, one notice a key; or, without memory
+  // to remember them, as many. The caller holds the owner, which observers may let go.
   void delAll() {
-    for (const Key& key : keys()) del(key);
+    std::vector<Key> present;
+    try {
+      present = keys();
+    } catch (const std::bad_alloc&) {
+      for (U32 left = size(); left != 0 && size() != 0; --left) del(*begin());
+    }
+    for (const Key& key : present) del(key);
   }
 
   bool has(const Key& key) const { return keys_.contains(key); }
