@@ -20,6 +20,7 @@
 
 #include <atomic>
 #include <functional>
+#include <new>
 #include <sstream>
 #include <string_view>
 
@@ -89,14 +90,18 @@ OV_EXPORT void traceMessage(const TraceHandle& handle, unsigned level, std::stri
 }  // namespace Kiv
 
 // Traces what `expression` streams if `level` of `handle` is on, and otherwise
-// evaluates nothing of it.
-#define KIV_TRACE(handle, level, expression)                                        \
-  do {                                                                              \
-    if ((handle).enabled(level)) [[unlikely]] {                                     \
-      std::ostringstream kivTraceStream;                                            \
-      kivTraceStream << expression;                                                 \
-      ::Kiv::traceMessage(handle, level, __FILE__, __LINE__, kivTraceStream.str()); \
-    }                                                                               \
+// evaluates nothing of it.  A message that there is no memory for is dropped, so that
+// what must not throw can be traced, too.
+#define KIV_TRACE(handle, level, expression)                                          \
+  do {                                                                                \
+    if ((handle).enabled(level)) [[unlikely]] {                                       \
+      try {                                                                           \
+        std::ostringstream kivTraceStream;                                            \
+        kivTraceStream << expression;                                                 \
+        ::Kiv::traceMessage(handle, level, __FILE__, __LINE__, kivTraceStream.str()); \
+      } catch (const std::bad_alloc&) {                                               \
+      }                                                                               \
+    }                                                                                 \
   } while (false)
 
 #endif
