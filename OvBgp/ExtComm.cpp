@@ -1,12 +1,12 @@
 #include "OvBgp/ExtComm.h"
 
 #include <ostream>
-#include <sstream>
 
 #include "Kiv/Assert.h"
 #include "OvBgp/ExtCommSubtypes.h"
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/StreamedText.h"
 #include "OvFmt/DynamicBuffer.h"
 
 namespace Routing::Bgp {
@@ -119,9 +119,7 @@ void ExtComm::formatSubtype(std::ostream& out) const {
 void ExtComm::formatCommunityValue(std::ostream& out) const { out << content_; }
 
 Kiv::String ExtComm::toStrep() const {
-  std::ostringstream out;
-  out << *this;
-  return std::move(out).str();
+  return streamedText([this](std::ostream& out) { out << *this; });
 }
 
 #define SUBTYPE_STRING(function, type)                        \

@@ -1,11 +1,11 @@
 #include "OvBgp/ExtCommIp6.h"
 
 #include <ostream>
-#include <sstream>
 
 #include "Kiv/Assert.h"
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/StreamedText.h"
 #include "OvFmt/DynamicBuffer.h"
 
 #define ASSERT_EXT_COMM_IP6(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/ExtCommIp6")
@@ -103,9 +103,7 @@ void ExtCommIp6::formatDerivedType(std::ostream& out) const {
 }
 
 Kiv::String ExtCommIp6::toStrep() const {
-  std::ostringstream out;
-  out << *this;
-  return out.str();
+  return streamedText([this](std::ostream& out) { out << *this; });
 }
 
 void ExtCommIp6::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {

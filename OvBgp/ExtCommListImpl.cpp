@@ -6,7 +6,6 @@
 #include <memory>
 #include <new>
 #include <ostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,6 +22,7 @@
 #include "OvBgp/ExtCommList.h"
 #include "OvBgp/ExtCommListDedupTable.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/StreamedText.h"
 #include "OvFmt/DynamicBuffer.h"
 
 #define ASSERT_LIST(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/OvBgpCommunityList")
@@ -140,9 +140,7 @@ void write(std::ostream& out, std::string_view text) {
 
 template <class List>
 Kiv::String textOf(const List& list) {
-  std::ostringstream out;
-  list.writeText(out);
-  return std::move(out).str();
+  return streamedText([&list](std::ostream& out) { list.writeText(out); });
 }
 
 // Room for the members of the lists that routes have, and for those of any list.

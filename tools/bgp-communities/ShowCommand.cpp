@@ -47,6 +47,7 @@ template <class Community>
 Report::Value subtypeNameOf(const Community& community) {
   if (community.pktSubtype().isUnspecified()) return nullptr;
   std::ostringstream name;
+  name.exceptions(std::ios::badbit);  // without memory, rather no text than half of one
   community.formatSubtype(name);
   return name.str();
 }
