@@ -1,0 +1,173 @@
+// A store's writer and its readers, when memory runs out.
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+
+#include <functional>
+#include <vector>
+
+#include "OvBgp/Destash.h"
+#include "OvBgp/StashLists.h"
+#include "tests/platform/KivStash/StoreImages.h"
+#include "tests/shortage/Sweep.h"
+#include "tests/shortage/World.h"
+
+namespace Shortage {
+namespace {
+
+using KivStash::ImageId;
+using KivStash::StoreManager;
+using KivStash::StoreWriter;
+using StoreTest::TestName;
+
+// A store with an image of a list of each kind, read in this process, too.
+struct StoreWorld : LivingWorld {
+  StoreWorld() {
+    // Its directory has room for more from now on.
+    std::vector<ImageId> ids;
+    for (int i = 0; i < 200; ++i) ids.push_back(stashPut(writer, *comms.list));
+    for (const ImageId id : ids) writer.remove(id);
+  }
+
+  template <class List>
+  ImageId id() const;
+  template <class List>
+  Kiv::Ptr<List> destash() const {
+    return List::destash(writer.storedAddress(id<List>()), manager.ptr());
+  }
+  std::vector<U64> facts() const;
+
+  const TestName name;
+  const TestName otherName;  // of no store yet
+  const Kiv::String otherPath = "/" + otherName.text();
+  StoreWriter writer{name.name()};
+  const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
+  const ImageId standard = stashPut(writer, *comms.list);
+  const ImageId large = stashPut(writer, *largeComms.list);
+  const ImageId extended = stashPut(writer, *extComms.list);
+  const ImageId ip6 = stashPut(writer, *ip6Comms.list);
+};
+
+template <>
+ImageId StoreWorld::id<CommList>() const {
+  return standard;
+}
+template <>
+ImageId StoreWorld::id<LargeCommList>() const {
+  return large;
+}
+template <>
+ImageId StoreWorld::id<ExtCommList>() const {
+  return extended;
+}
+template <>
+ImageId StoreWorld::id<ExtCommIp6List>() const {
+  return ip6;
+}
+
+// And what readers see.
+std::vector<U64> StoreWorld::facts() const {
+  std::vector<U64> facts = LivingWorld::facts();
+  const auto add = [&facts](const auto& list) {
+    facts.push_back(std::hash<Kiv::String>()(list->toStrep()));
+  };
+  add(destash<CommList>());
+  add(destash<LargeCommList>());
+  add(destash<ExtCommList>());
+  add(destash<ExtCommIp6List>());
+  facts.push_back(writer.images());
+  facts.push_back(writer.used());
+  U64 met = 0;
+  for (KivStash::StoreCursor cursor(manager); cursor.next();) ++met;
+  facts.push_back(met);
+  return facts;
+}
+
+// An image that a test takes away again.
+class HeldImage {
+ public:
+  HeldImage(StoreWriter& writer, ImageId id) : writer_(writer), id_(id) {}
+  ~HeldImage() { writer_.remove(id_); }
+  HeldImage(const HeldImage&) = delete;
+  HeldImage& operator=(const HeldImage&) = delete;
+
+ private:
+  StoreWriter& writer_;
+  const ImageId id_;
+};
+
+template <class List>
+bool rebuilt(StoreWorld& world) {
+  const auto list = world.destash<List>();
+  return membersOf(*list).size() == HeldList<List>::shortCount && !list->isDeduped();
+}
+
+template <class List>
+bool rebuiltAndInterned(StoreWorld& world) {
+  const auto rebuilt = world.destash<List>();
+  if constexpr (requires { rebuilt->commVectorRawPtr(); }) {
+    return rebuilt->dedup(Kind<List>::table(world)) == world.held<List>().list;
+  } else {
+    return List::dedupDestashed(Kind<List>::table(world), Kind<List>::values(world), *rebuilt) ==
+           world.held<List>().list;
+  }
+}
+
+template <class List>
+bool putAndReplaced(StoreWorld& world) {
+  const HeldList<List>& held = world.held<List>();
+  const auto more = Kind<List>::intern(world, held.longOctets);
+  const U32 images = world.writer.images();
+  {
+    const ImageId id = stashPut(world.writer, *held.list);
+    const HeldImage image(world.writer, id);
+    stashReplace(world.writer, id, *more);
+    const auto list = List::destash(world.writer.storedAddress(id), world.manager.ptr());
+    if (membersOf(*list).size() != held.longCount) return false;
+  }
+  return world.writer.images() == images;
+}
+
+// A store of this name goes, without memory.
+class Unlinked {
+ public:
+  explicit Unlinked(const Kiv::String& path) : path_(path.c_str()) {}
+  ~Unlinked() { ::shm_unlink(path_); }
+  Unlinked(const Unlinked&) = delete;
+  Unlinked& operator=(const Unlinked&) = delete;
+
+ private:
+  const char* const path_;
+};
+
+bool madeAndOpened(StoreWorld& world) {
+  const Unlinked atEnd(world.otherPath);
+  StoreWriter writer(world.otherName.name());
+  stashPut(writer, *world.extComms.list);
+  const auto manager = KivStash::storeManagerFactory(world.otherName.name());
+  U32 met = 0;
+  for (KivStash::StoreCursor cursor(manager); cursor.next();) ++met;
+  return met == 1 + HeldList<ExtCommList>::shortCount;
+}
+
+class StoreShortage : public testing::TestWithParam<Operation<StoreWorld>> {};
+TEST_P(StoreShortage, IsSurvived) { sweep(GetParam()); }
+
+constexpr Operation<StoreWorld> rows[] = {
+    {"StandardRebuilt", rebuilt<CommList>},
+    {"LargeRebuilt", rebuilt<LargeCommList>},
+    {"ExtendedRebuilt", rebuilt<ExtCommList>},
+    {"Ip6Rebuilt", rebuilt<ExtCommIp6List>},
+    {"StandardInterned", rebuiltAndInterned<CommList>},
+    {"LargeInterned", rebuiltAndInterned<LargeCommList>},
+    {"ExtendedInterned", rebuiltAndInterned<ExtCommList>},
+    {"Ip6Interned", rebuiltAndInterned<ExtCommIp6List>},
+    {"StandardPut", putAndReplaced<CommList>},
+    {"LargePut", putAndReplaced<LargeCommList>},
+    {"ExtendedPut", putAndReplaced<ExtCommList>},
+    {"Ip6Put", putAndReplaced<ExtCommIp6List>},
+    {"MadeAndOpened", madeAndOpened},
+};
+INSTANTIATE_TEST_SUITE_P(Rows, StoreShortage, testing::ValuesIn(rows), operationName);
+
+}  // namespace
+}  // namespace Shortage
