@@ -124,8 +124,10 @@ class CostEstimate {
   bool isTooMuch_ = false;
 };
 
+// Up to a NUL, which would end the message.
 [[noreturn]] void refuse(const Kiv::String& expression, std::string_view reason) {
-  throw Kiv::RangeException("bad regular expression \"" + expression.substr(0, 256) +
+  const std::size_t shown = std::min<std::size_t>(expression.find('\0'), 256);
+  throw Kiv::RangeException("bad regular expression \"" + expression.substr(0, shown) +
                             "\": " + Kiv::String(reason));
 }
 

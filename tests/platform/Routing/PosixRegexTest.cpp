@@ -59,6 +59,15 @@ TEST(PosixRegex, SaysWhatIsWrongWithAnExpression) {
   }
 }
 
+TEST(PosixRegex, SaysWhatIsWrongBehindANul) {
+  try {
+    const PosixRegex regex(std::string("1:1\0:2", 6));
+    ADD_FAILURE() << "compiled";
+  } catch (const Kiv::RangeException& error) {
+    EXPECT_STREQ("bad regular expression \"1:1\": NUL character", error.what());
+  }
+}
+
 std::string repeated(std::string_view piece, int times) {
   std::string text;
   for (int i = 0; i < times; ++i) text += piece;
