@@ -1,16 +1,13 @@
 // Arbitrary octets as a shared-memory store, for every operation that rebuilds from
 // one.  Whatever they are, it ends, in objects or in a StoreException, leaves nothing
 // behind, and allocates no more at a time than the store has octets.
-#include <sys/mman.h>
-#include <unistd.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
-#include <system_error>
 #include <vector>
 
 #include "Kiv/Type.h"
@@ -23,31 +20,13 @@
 #include "Stash/StoreException.h"
 #include "Stash/StoreLayout.h"
 #include "fuzz/Allocations.h"
+#include "fuzz/MemoryFile.h"
 
 namespace {
 
 using namespace Routing::Bgp;
 using KivStash::StoreManager;
 using Stash::StoreHeader;
-
-// A file in memory that has the octets.
-class MemoryFile {
- public:
-  explicit MemoryFile(const std::vector<std::uint8_t>& octets) : fd_(::memfd_create("store", 0)) {
-    const auto size = static_cast<ssize_t>(octets.size());
-    if (fd_ < 0 || ::pwrite(fd_, octets.data(), octets.size(), 0) != size) {
-      throw std::system_error(errno, std::generic_category(), "no file in memory");
-    }
-  }
-  ~MemoryFile() { ::close(fd_); }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-
-  Stash::StoreName name() const { return Stash::StoreName("/proc/self/fd/" + std::to_string(fd_)); }
-
- private:
-  const int fd_;
-};
 
 // What a reader interns into.
 struct Tables {
@@ -131,9 +110,9 @@ void jump(const std::vector<std::uint8_t>& octets, const StoreManager::Ptr& mana
 }
 
 void read(const std::vector<std::uint8_t>& octets) {
-  const MemoryFile file(octets);
+  const Fuzz::MemoryFile file(octets);
   try {
-    const StoreManager::Ptr manager = KivStash::storeManagerFactory(file.name());
+    const StoreManager::Ptr manager = KivStash::storeManagerFactory(Stash::StoreName(file.path()));
     walk(manager);
     jump(octets, manager);
     (void)manager->store().header();
@@ -163,6 +142,10 @@ U64 bytesAllocated() {
 }
 
 }  // namespace
+
+// No writer is there for whom a reader would give up the processor, which takes
+// long on a busy machine.
+extern "C" int sched_yield() noexcept { return 0; }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<std::uint8_t> octets(data, data + size);
