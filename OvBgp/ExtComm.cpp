@@ -54,6 +54,10 @@ bool ExtComm::policyMatchStrepUI() const { return false; }
 
 bool ExtComm::isValid() const { return true; }
 
+void ExtComm::plainNoted() {
+  plain_ = isValid() && !policyMatchStrepUI() && !isLinkBandwidthWithUnspecifiedAsNumber();
+}
+
 bool ExtComm::isBetterThan(const Kiv::Ptr<const ExtComm>& other) const {
   KIV_ASSERT(other, "other", source);
   return content_.value() < other->content_.value();

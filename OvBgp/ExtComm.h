@@ -67,6 +67,9 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
     return static_cast<ExtCommClassification>(classification_);
   }
   ExtCommContent getContent() const noexcept { return content_; }
+  // Whether it is known, without a virtual call, to answer what most communities do:
+  // valid, not matched by its user-interface text, no AS number missing.
+  bool isPlain() const noexcept { return plain_; }
   // The type octet, or extCommPktTypeUnknown if it has no name.
   BgpExtCommPktType pktType() const noexcept;
 
@@ -106,7 +109,7 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
  protected:
   // `variant`: one bit for a subclass to tell its objects apart.
   ExtComm(ExtCommClassification classification, const ExtCommContent& content, bool variant)
-      : classification_(static_cast<U8>(classification) & 0x7F),
+      : classification_(static_cast<U8>(classification) & 0x3F),
         variant_(variant),
         content_(content) {}
   bool variant() const noexcept { return variant_; }
@@ -117,10 +120,13 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
 
  private:
   Kiv::String subtypeText() const;
+  // Asks the virtual operations; before others can see the object.
+  void plainNoted();
 
   // One octet, which the handle has left over: there are many of these objects.
-  const U8 classification_ : 7;
+  const U8 classification_ : 6;
   const bool variant_ : 1;
+  bool plain_ : 1 = false;
   const ExtCommContent content_;
 };
 

@@ -39,6 +39,21 @@ void ExtCommClassificationList::checkPrunable(const ExtComm::PtrConst& comm) {
   if (!comm->isValid()) hasPrunableValuesIs(true);
 }
 
+bool ExtCommClassificationList::hasPrunableMembers() const {
+  if (classification() == extCommClassificationLinkBandwidth && comms() >= 2) return true;
+  return std::any_of(commVector().begin(), commVector().end(), [](const ExtComm::PtrConst& comm) {
+    return !comm->isPlain() && !comm->isValid();
+  });
+}
+
+// Link bandwidths are compared with each other, too.
+void ExtCommClassificationList::commsNoted() {
+  const bool isLinkBandwidth = classification() == extCommClassificationLinkBandwidth;
+  for (const ExtComm::PtrConst& comm : commVector()) {
+    if (isLinkBandwidth || !comm->isPlain()) checkPrunable(comm);
+  }
+}
+
 std::vector<ExtComm::PtrConst> ExtCommClassificationList::prune() const {
   std::vector<ExtComm::PtrConst> valid;
   std::copy_if(commVector().begin(), commVector().end(), std::back_inserter(valid),

@@ -59,8 +59,16 @@ class OV_EXPORT ExtCommClassificationList : public ExtCommClassificationListBase
   // What is left without those that had better not be advertised, in order.
   virtual std::vector<ExtComm::PtrConst> prune() const;
 
+  // Whether hasPrunableValues() was to be said of these members, none of them twice;
+  // a sub-list that was built of repeats may say it for no other reason.
+  bool hasPrunableMembers() const;
+  // Notes of all members at once what commIs notes of each.
+  void commsNoted();
+
   // A copy to edit and to watch.
   Kiv::Ptr<ExtCommClassificationListSnapshot> commSnapshot() const;
+
+  void zeroReferencesIs() noexcept override;
 
  protected:
   void hasPrunableValuesIs(bool has) noexcept { commVectorAttrs_.hasPrunableValuesIs(has); }
@@ -86,6 +94,8 @@ class OV_EXPORT RtExtCommClassificationList final : public ExtCommClassification
   Kiv::Ptr<RtExtCommListLifeTimeNotifier> lifeTimeNotifier() const;
   Kiv::Ptr<RtExtCommListLifeTimeNotifier> getLifeTimeNotifier() const;
 
+  void zeroReferencesIs() noexcept override;
+
  private:
   Kiv::Ptr<RtExtCommListLifeTimeNotifier> lifeTimeNotifier_;
 };
@@ -106,6 +116,8 @@ class OV_EXPORT LinkBandwidthExtCommClassificationList final : public ExtCommCla
   void checkPrunable(const ExtComm::PtrConst& comm) override;
   // linkBandwidth() alone, if there is one.
   std::vector<ExtComm::PtrConst> prune() const override;
+
+  void zeroReferencesIs() noexcept override;
 
  private:
   ExtComm::PtrConst linkBandwidth_;

@@ -69,7 +69,9 @@ ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                                         const ExtCommContent& content) {
   PtrConst result = table->dedupContent<ExtComm>(
       content, hashOf(content), [&content](const BgpParseExtendedCommunityRule& rule) {
-        return rule.parseExtendedCommunity(content);
+        ExtComm::Ptr made = rule.parseExtendedCommunity(content);
+        if (made && !made->everDeduped()) made->plainNoted();
+        return made;
       });
   KIV_ASSERT_IN(result, "dedupHandle", "OvBgp/OvBgpCommunity",
                 "static Routing::Bgp::ExtComm::PtrConst Routing::Bgp::ExtComm::dedupContent("

@@ -35,6 +35,8 @@ class OV_EXPORT ExtCommIp6ClassificationList final
   bool commVectorSorted() const noexcept { return commVectorSorted_; }
   void commVectorSortedIs(bool sorted) noexcept { commVectorSorted_ = sorted; }
 
+  void zeroReferencesIs() noexcept override;
+
   // A copy to edit and to watch.
   Kiv::Ptr<ExtCommIp6ClassificationListSnapshot> commSnapshot() const;
 

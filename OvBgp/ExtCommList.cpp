@@ -46,7 +46,7 @@ void ExtCommList::groupingStarts() noexcept {
   commVectorAttrs_.hasPolicyMatchStrepUICommunitiesIs(false);
 }
 
-void ExtCommList::commGrouped(const ExtComm& comm, bool dedupMode) {
+void ExtCommList::commAsked(const ExtComm& comm, bool dedupMode) {
   if (dedupMode && comm.policyMatchStrepUI()) {
     commVectorAttrs_.hasPolicyMatchStrepUICommunitiesIs(true);
   }
@@ -55,8 +55,10 @@ void ExtCommList::commGrouped(const ExtComm& comm, bool dedupMode) {
   }
 }
 
-void ExtCommList::partFinished(const ExtCommClassificationList& part) noexcept {
-  if (part.hasPrunableValues()) commVectorAttrs_.hasPrunableValuesIs(true);
+void ExtCommList::partFinished(const ExtCommClassificationList& part) {
+  if (part.hasPrunableValues() && part.hasPrunableMembers()) {
+    commVectorAttrs_.hasPrunableValuesIs(true);
+  }
   if (part.classification() == extCommClassificationLinkBandwidth) {
     commVectorAttrs_.hasLinkBandwidthIs(true);
   }

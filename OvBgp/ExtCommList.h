@@ -122,11 +122,14 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   friend class ExtCommListBase;
 
   // What the grouping tells: that the members are sorted, that it starts, of each
-  // member, and of each sub-list before it is interned.
+  // member, and of each sub-list.
   void commVectorSortedIs() noexcept { commVectorAttrs_.sortedIs(true); }
   void groupingStarts() noexcept;
-  void commGrouped(const ExtComm& comm, bool dedupMode);
-  void partFinished(const ExtCommClassificationList& part) noexcept;
+  void commGrouped(const ExtComm& comm, bool dedupMode) {
+    if (!comm.isPlain()) commAsked(comm, dedupMode);
+  }
+  void commAsked(const ExtComm& comm, bool dedupMode);
+  void partFinished(const ExtCommClassificationList& part);
 
   CommVectorAttrs commVectorAttrs_;
 };

@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <memory>
 #include <new>
 #include <ostream>
 #include <string>
-#include <vector>
 
 #include "BgpCommon/BgpHashIdentity.h"
 #include "BgpCommon/BgpHashMixImpl.h"
@@ -21,6 +18,7 @@
 #include "OvBgp/ExtCommIp6ListDedupTable.h"
 #include "OvBgp/ExtCommList.h"
 #include "OvBgp/ExtCommListDedupTable.h"
+#include "OvBgp/ExtCommListMaking.h"
 #include "OvBgp/NotifyingObject.h"
 #include "OvBgp/StreamedText.h"
 #include "OvFmt/DynamicBuffer.h"
@@ -56,6 +54,12 @@ Kiv::Type& arrayType<Routing::Bgp::ExtCommIp6ClassificationList::PtrConst>() noe
 }  // namespace KivStash
 
 namespace Routing::Bgp {
+
+void ExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+void RtExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+void LinkBandwidthExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+void ExtCommIp6ClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+
 namespace {
 
 // Where the families differ: how a content is read, what a sub-list is made as and
@@ -91,36 +95,71 @@ ExtCommIp6ClassificationList::Ptr newClassificationList(ExtCommClassification cl
   return extCommIp6ClassificationListFactory(classification);
 }
 
-Dorn::DedupHashTable& tableOf(const ExtCommClassificationList& list,
-                              const ExtCommListDedupTable& table) {
-  if (list.classification() != extCommClassificationRouteTarget) {
-    return *table.extCommClassificationListDedupTable();
+// The same with members.
+ExtCommClassificationList::Ptr newClassificationListOf(ExtCommClassification classification,
+                                                       std::span<const ExtComm* const> comms,
+                                                       ExtCommFamily) {
+  ExtCommClassificationList::Ptr list;
+  switch (classification) {
+    case extCommClassificationRouteTarget:
+      list = partWith<RtExtCommClassificationList>(comms, classification);
+      break;
+    case extCommClassificationLinkBandwidth:
+      list = partWith<LinkBandwidthExtCommClassificationList>(comms);
+      break;
+    default:
+      list = partWith<ExtCommClassificationList>(comms, classification);
   }
-  // The observer of this table gives every member a notifier.
-  ASSERT_LIST(&list.fwkType() == &RtExtCommClassificationList::kivType(),
-              "route targets are a RtExtCommClassificationList");
-  return *table.rtExtCommClassificationListDedupTable();
+  list->commsNoted();
+  return list;
 }
 
-Dorn::DedupHashTable& tableOf(const ExtCommIp6ClassificationList&,
-                              const ExtCommIp6ListDedupTable& table) {
+ExtCommIp6ClassificationList::Ptr newClassificationListOf(ExtCommClassification classification,
+                                                          std::span<const ExtCommIp6* const> comms,
+                                                          ExtCommIp6Family) {
+  return partWith<ExtCommIp6ClassificationList>(comms, classification);
+}
+
+Dorn::DedupHashTable& tableOf(ExtCommClassification classification,
+                              const ExtCommListDedupTable& table) {
+  return classification == extCommClassificationRouteTarget
+             ? *table.rtExtCommClassificationListDedupTable()
+             : *table.extCommClassificationListDedupTable();
+}
+
+Dorn::DedupHashTable& tableOf(ExtCommClassification, const ExtCommIp6ListDedupTable& table) {
   return *table.extCommClassificationListDedupTable();
 }
 
-// A hash for the tables' own use, several times as fast as the byte hash.
-// Multiplication spreads upward, the shift brings it down.
-template <class Comms>
-U32 addressHash(const Comms& comms) noexcept {
-  U64 h = comms.size() * 0x9E3779B97F4A7C15;
-  for (const auto& comm : comms) {
-    h = (h ^ reinterpret_cast<std::uintptr_t>(std::to_address(comm))) * 0xBF58476D1CE4E5B9;
-    h ^= h >> 29;
-  }
-  return static_cast<U32>(h >> 32 ^ h);
+// The observer of the route targets' table gives every member a notifier.
+void assertFits(const ExtCommClassificationList& list) {
+  ASSERT_LIST(list.classification() != extCommClassificationRouteTarget ||
+                  &list.fwkType() == &RtExtCommClassificationList::kivType(),
+              "route targets are a RtExtCommClassificationList");
+}
+void assertFits(const ExtCommIp6ClassificationList&) {}
+
+// The interned sub-list of these members, which is made if there is none.
+template <class Family>
+Kiv::Ptr<const typename Family::ClassificationList> partDedup(
+    const typename Family::ListTable& table, ExtCommClassification classification,
+    std::span<const typename Family::Value* const> comms) {
+  using Part = typename Family::ClassificationList;
+  Dorn::DedupHashTable& parts = tableOf(classification, table);
+  const ExtCommListContent<typename Family::Value> content(comms);
+  const U32 hash = addressHash(comms);
+  if (Kiv::Ptr<const Part> found = parts.lookup<Part>(content, hash)) return found;
+  return Kiv::staticPtrCast<const Part>(
+      parts.dedup(newClassificationListOf(classification, comms, Family{}), hash));
 }
 
-template <class A, class B>
-bool sameObjects(const A& a, const B& b) noexcept {
+template <class Value>
+std::span<const Value* const> pointersIn(const ExtCommVector<Value>& comms) noexcept {
+  return pointersOf<Value>({comms.data(), comms.size()});
+}
+
+template <class List>
+bool samePointers(const KivStash::Vector<List>& a, const KivStash::Vector<List>& b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
@@ -141,35 +180,6 @@ void write(std::ostream& out, std::string_view text) {
 template <class List>
 Kiv::String textOf(const List& list) {
   return streamedText([&list](std::ostream& out) { list.writeText(out); });
-}
-
-// Room for the members of the lists that routes have, and for those of any list.
-template <class T>
-class CommsRoom {
- public:
-  explicit CommsRoom(std::size_t count)
-      : large_(count > inline_.size() ? count : 0),
-        comms_(large_.empty() ? inline_.data() : large_.data(), count) {}
-  CommsRoom(const CommsRoom&) = delete;
-  CommsRoom& operator=(const CommsRoom&) = delete;
-  std::span<T> comms() const noexcept { return comms_; }
-
- private:
-  std::array<T, 32> inline_{};
-  std::vector<T> large_;
-  const std::span<T> comms_;
-};
-
-// `comms` sorted by content, without repeats; untouched if it is so already.
-template <class Value>
-std::span<const Value* const> ascending(std::span<const Value*> comms) {
-  const auto less = [](const Value* a, const Value* b) {
-    return a->getContent() < b->getContent();
-  };
-  const auto outOfOrder = [&less](const Value* a, const Value* b) { return !less(a, b); };
-  if (std::adjacent_find(comms.begin(), comms.end(), outOfOrder) == comms.end()) return comms;
-  std::sort(comms.begin(), comms.end(), less);
-  return {comms.begin(), std::unique(comms.begin(), comms.end(), outOfOrder)};
 }
 
 // By index, as the members may move while they are copied to their own end.
@@ -216,18 +226,19 @@ U32 ExtCommClassificationListBase<Family>::hash() const {
 template <class Family>
 bool ExtCommClassificationListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
   ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
-  return sameObjects(commVector_, static_cast<const ClassificationList*>(other)->commVector());
+  return samePointers(commVector_, static_cast<const ClassificationList*>(other)->commVector());
 }
 
 template <class Family>
 bool ExtCommClassificationListBase<Family>::compareByContent(
     const Dorn::DedupContentHandle& key) const {
-  return sameObjects(commVector_, static_cast<const ExtCommListContent<Value>&>(key).comms());
+  return sameObjects(pointersIn(commVector_),
+                     static_cast<const ExtCommListContent<Value>&>(key).comms());
 }
 
 template <class Family>
 U32 ExtCommClassificationListBase<Family>::probeHash() const {
-  return addressHash(commVector_);
+  return addressHash(pointersIn(commVector_));
 }
 
 // An interned sub-list is shared: nothing of it is written again.
@@ -239,8 +250,9 @@ auto ExtCommClassificationListBase<Family>::dedup(const ListTable* table)
     self().commVectorSortedIs(true);
     shrink(commVector_);
   }
+  assertFits(self());
   return Kiv::staticPtrCast<const ClassificationList>(
-      tableOf(self(), *table).dedup(Dorn::DedupHandle::Ptr(this)));
+      tableOf(classification(), *table).dedup(Dorn::DedupHandle::Ptr(this)));
 }
 
 template <class Family>
@@ -304,8 +316,6 @@ auto ExtCommListBase<Family>::newPartFor(U32 position, bool dedupMode) -> Classi
   return *part;
 }
 
-// The list notes its own sub-lists' flags: an interned twin has the same members,
-// but may have been built of repeats.
 template <class Family>
 void ExtCommListBase<Family>::partsDedup(const ListTable* table) {
   for (ClassificationListPtr& part : classificationListVector_) {
@@ -342,25 +352,88 @@ auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
 template <class Family>
 auto ExtCommListBase<Family>::dedupComms(const ListTable* table, std::span<const ValuePtr> comms)
     -> ListPtr {
-  const CommsRoom<const Value*> room(comms.size());
-  std::transform(comms.begin(), comms.end(), room.comms().begin(), [](const ValuePtr& comm) {
+  bool ascends = true;
+  const Value* before = nullptr;
+  for (const ValuePtr& comm : comms) {
     ExtCommAssertMember(comm);
-    return comm.ptr();
-  });
-  return dedupAscending(table, ascending(room.comms()));
+    if (before) ascends &= before->getContent() < comm->getContent();
+    before = comm.ptr();
+  }
+  const auto pointers = pointersOf(comms);
+  if (ascends) return dedupAscending(table, pointers, addressHash(pointers));
+  const CommsRoom<const Value*> room(comms.size());
+  std::copy(pointers.begin(), pointers.end(), room.comms().begin());
+  const auto members = sortedUnique(room.comms());
+  return dedupAscending(table, members, addressHash(members));
 }
 
 template <class Family>
 auto ExtCommListBase<Family>::dedupAscending(const ListTable* table,
-                                             std::span<const Value* const> comms) -> ListPtr {
+                                             std::span<const Value* const> comms, U32 hash)
+    -> ListPtr {
   const ExtCommListContent<Value> content(comms);
-  if (ListPtr found = table->dedupTable()->template lookup<List>(content, addressHash(comms))) {
-    return found;
+  if (ListPtr found = table->dedupTable()->template lookup<List>(content, hash)) return found;
+  return dedupNew(table, comms, hash);
+}
+
+// Each sub-list is looked up before it is made, and what is made has its members with
+// it in one piece of memory.
+template <class Family>
+auto ExtCommListBase<Family>::dedupNew(const ListTable* table, std::span<const Value* const> comms,
+                                       U32 hash) -> ListPtr {
+  const CommGroups<Value> groups(comms);
+  if (!groups.isKnown()) return dedupByHand(table, comms);
+  std::array<ClassificationListPtr, CommGroups<Value>::most> parts;
+  U32 count = 0;
+  for (U32 index = 0; index < parts.size(); ++index) {
+    const auto group = groups[index];
+    if (group.empty()) continue;
+    parts[index] = partDedup<Family>(*table, static_cast<ExtCommClassification>(index), group);
+    count = index + 1;
   }
+  const std::size_t behind = comms.size_bytes() + count * sizeof(ClassificationListPtr);
+  void* const memory = KivStash::allocateWithArray<List, ValuePtr>(behind);
+  const Kiv::Ptr<List> list(::new (memory) List);
+  list->hasNotificationActiveIs(true);
+  list->membersAre(comms, std::span(parts).first(count));
+  return Kiv::staticPtrCast<const List>(table->dedupTable()->dedup(list, hash));
+}
+
+// Requires: the object has memory for them behind it.  Takes the sub-lists over.
+template <class Family>
+void ExtCommListBase<Family>::membersAre(std::span<const Value* const> comms,
+                                         std::span<ClassificationListPtr> parts) {
+  void* const behind = &self() + 1;
+  commVector_.attachedIs(referencesMade(behind, comms));
+  auto* const partsBehind = static_cast<ClassificationListPtr*>(
+      static_cast<void*>(static_cast<const Value**>(behind) + comms.size()));
+  std::uninitialized_move(parts.begin(), parts.end(), partsBehind);
+  classificationListVector_.attachedIs({partsBehind, parts.size()});
+  self().commVectorSortedIs();
+  for (const Value* const comm : comms) {
+    if (comm->getContent().transitiveFlag()) ++totalTransitiveCommunities_;
+    self().commGrouped(*comm, true);
+  }
+  for (const ClassificationListPtr& part : classificationListVector_) {
+    if (part) self().partFinished(*part);
+  }
+}
+
+// A list that is grouped member by member.
+template <class Family>
+auto ExtCommListBase<Family>::dedupByHand(const ListTable* table,
+                                          std::span<const Value* const> comms) -> ListPtr {
   const auto list = notifyingObject<List>();
   list->expectedCommunityCountIs(static_cast<U32>(comms.size()));
   for (const Value* comm : comms) list->commIs(ValuePtr(comm));
   return list->dedup(table);
+}
+
+template <class Family>
+void ExtCommListBase<Family>::zeroReferencesIs() noexcept {
+  if (!commVector_.isAttached()) return Dorn::DedupHandle::zeroReferencesIs();
+  const std::size_t behind = commVector_.storageBytes() + classificationListVector_.storageBytes();
+  KivStash::destroyWithArray<List, ValuePtr>(self(), behind);
 }
 
 template <class Family>
@@ -377,7 +450,7 @@ auto ExtCommListBase<Family>::dedupAttributeValue(const ListTable* table, const 
     comm = Value::dedupContent(values, contentAt(at, Family{}));
     at += Family::wireSize;
   }
-  return dedupComms(table, room.comms());
+  return dedupComms(table, std::span<const ValuePtr>(room.comms()));
 }
 
 template <class Family>
@@ -388,7 +461,7 @@ auto ExtCommListBase<Family>::dedupDestashed(const ListTable* table, const Value
   std::transform(comms.begin(), comms.end(), room.comms().begin(), [values](const ValuePtr& comm) {
     return Value::dedupContent(values, comm->getContent());
   });
-  return dedupComms(table, room.comms());
+  return dedupComms(table, std::span<const ValuePtr>(room.comms()));
 }
 
 template <class Family>
@@ -446,18 +519,19 @@ U32 ExtCommListBase<Family>::hash() const {
 
 template <class Family>
 bool ExtCommListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
-  return sameObjects(classificationListVector_,
-                     static_cast<const List*>(other)->classificationListVector());
+  return samePointers(classificationListVector_,
+                      static_cast<const List*>(other)->classificationListVector());
 }
 
 template <class Family>
 bool ExtCommListBase<Family>::compareByContent(const Dorn::DedupContentHandle& key) const {
-  return sameObjects(commVector_, static_cast<const ExtCommListContent<Value>&>(key).comms());
+  return sameObjects(pointersIn(commVector_),
+                     static_cast<const ExtCommListContent<Value>&>(key).comms());
 }
 
 template <class Family>
 U32 ExtCommListBase<Family>::probeHash() const {
-  return addressHash(commVector_);
+  return addressHash(pointersIn(commVector_));
 }
 
 template class ExtCommClassificationListBase<ExtCommFamily>;

@@ -90,6 +90,8 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
  private:
   template <class>
   friend class ExtCommListBase;
+  template <class Part, class... Args>
+  friend Kiv::Ptr<Part> partWith(std::span<const typename Part::Value* const> comms, Args... args);
 
   ClassificationList& self() noexcept { return static_cast<ClassificationList&>(*this); }
   const ClassificationList& self() const noexcept {
@@ -110,7 +112,9 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
 // Lists are equal when their sub-lists are the same objects.
 //
 // Sub-lists and lists take exactly the storage that their members need (unless
-// there was no memory to give the rest back), and ten pointers for the sub-lists.
+// there was no memory to give the rest back).  Those that dedupComms makes stand in
+// one piece of memory with their arrays; of others, the array of sub-lists has ten
+// places.
 template <class Family>
 class OV_EXPORT ExtCommListBase : public Family::ListHandle {
  public:
@@ -194,6 +198,8 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   // By whole addresses of the members; reads none of them.
   U32 probeHash() const override;
 
+  void zeroReferencesIs() noexcept override;
+
  protected:
   ExtCommListBase() noexcept = default;
   ~ExtCommListBase() override;
@@ -211,7 +217,13 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   ClassificationList& newPartFor(U32 position, bool dedupMode);
   void partsDedup(const ListTable* table);
 
-  static ListPtr dedupAscending(const ListTable* table, std::span<const Value* const> comms);
+  // The interned list of members that ascend, which hash to `hash`; and the one that
+  // is made of them if there is none.
+  static ListPtr dedupAscending(const ListTable* table, std::span<const Value* const> comms,
+                                U32 hash);
+  static ListPtr dedupNew(const ListTable* table, std::span<const Value* const> comms, U32 hash);
+  static ListPtr dedupByHand(const ListTable* table, std::span<const Value* const> comms);
+  void membersAre(std::span<const Value* const> comms, std::span<ClassificationListPtr> parts);
 
   ExtCommVector<Value> commVector_;
   ClassificationListVector classificationListVector_;

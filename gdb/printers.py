@@ -64,7 +64,9 @@ class Vector:
 
     def to_string(self):
         size = int(self.value["size_"])
-        capacity = int(self.value["capacity_"]) or size
+        capacity = int(self.value["capacity_"])
+        if capacity in (0, 0xFFFFFFFF):  # in the memory of the object that has the array
+            capacity = size
         spare = f", room for {capacity}" if capacity != size else ""
         return f"{size} element{'s' * (size != 1)}{spare}"
 

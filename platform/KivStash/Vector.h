@@ -29,9 +29,11 @@ OV_EXPORT Kiv::Type& arrayType<U32>() noexcept;
 // raises std::bad_alloc, too many elements std::length_error; both leave the
 // array as it was.  One thread, or any number of readers.
 //
-// The elements can also stand in place: in the array's last word and on from there.
-// The array is then the last member of an object that was allocated with
-// inPlaceBytes() behind it (KivStash/ArrayBehind.h), and does not change any more.
+// The elements can also stand in the memory of the object that has the array, which
+// then does not change any more:
+// - in place, in the array's last word and on from there, if the array is the last
+//   member of an object that was allocated with inPlaceBytes() behind it;
+// - attached, somewhere else behind the object.  KivStash/ArrayBehind.h.
 template <class T>
 requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)) class Vector {
  public:
@@ -48,7 +50,7 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
   }
 
   U32 size() const noexcept { return size_; }
-  U32 capacity() const noexcept { return isInPlace() ? size_ : capacity_; }
+  U32 capacity() const noexcept { return isInPlace() || isAttached() ? size_ : capacity_; }
   bool empty() const noexcept { return size_ == 0; }
   T* data() noexcept { return const_cast<T*>(std::as_const(*this).data()); }
   const T* data() const noexcept {
@@ -62,7 +64,7 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
   const T& operator[](U32 i) const noexcept { return data()[i]; }
 
   void append(T value) {
-    if (size_ >= capacity_) capacityIs(grown());  // greater: in place
+    if (size_ >= capacity_ || isAttached()) capacityIs(grown());  // greater: in place
     std::construct_at(elements_ + size_, std::move(value));
     ++size_;
   }
@@ -92,9 +94,17 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
     size_ = static_cast<U32>(values.size());
   }
   bool isInPlace() const noexcept { return capacity_ == 0; }
+  // Takes over elements that were made behind the object; they end with the array.
+  // Requires: never had any.
+  void attachedIs(std::span<T> elements) noexcept {
+    size_ = static_cast<U32>(elements.size());
+    capacity_ = attachedMark;
+    elements_ = elements.data();
+  }
+  bool isAttached() const noexcept { return capacity_ == attachedMark; }
   // What the elements take beyond the object itself.
   std::size_t storageBytes() const noexcept {
-    return isInPlace() ? inPlaceBytes(size_) : capacity_ * sizeof(T);
+    return isInPlace() ? inPlaceBytes(size_) : capacity() * sizeof(T);
   }
 
   // Replaces the contents by `size` elements, for the caller to write each of them
@@ -118,21 +128,27 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
 
   // Gives back the storage beyond the elements, all of it when there are none.
   void shrinkToFit() {
-    if (capacity_ > size_) capacityIs(size_);
+    if (capacity() > size_) capacityIs(size_);
   }
 
  private:
+  // No capacity; not that of single octets, either.
+  static constexpr U32 attachedMark = 0xFFFFFFFF;
+  static_assert(maxSize < attachedMark);
+
   U32 grown() const {
+    assertMayChange();
     if (capacity_ >= maxSize) throw std::length_error("KivStash::Vector");
     return capacity_ == 0 ? 1 : static_cast<U32>(std::min(U64{capacity_} * 2, U64{maxSize}));
   }
 
   void assertMayChange() const noexcept {
     KIV_ASSERT(size_ == 0 || !isInPlace(), "size_ == 0 || !isInPlace()", "KivStash/Vector");
+    KIV_ASSERT(!isAttached(), "!isAttached()", "KivStash/Vector");
   }
 
   void deallocate() noexcept {
-    if (capacity_ == 0) return;
+    if (isInPlace() || isAttached()) return;
     PtrInterface::kivMemDealloc(elements_, capacity_ * sizeof(T), arrayType<T>());
   }
 

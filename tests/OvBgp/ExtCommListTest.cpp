@@ -3,6 +3,7 @@
 #include "OvBgp/ExtCommList.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "Kiv/Exception.h"
@@ -74,6 +75,12 @@ class ExtCommListTest : public ExtCommListFixture<ExtCommKind> {
   ExtCommList::PtrConst internOf(const Values& values) const {
     return buildOf(values)->dedup(table_.ptr());
   }
+  // The same, made whole.
+  ExtCommList::PtrConst receivedOf(const Values& values) const {
+    std::vector<ExtComm::PtrConst> comms;
+    for (const U64 value : values) comms.push_back(comm(value));
+    return ExtCommList::dedupComms(table_.ptr(), comms);
+  }
   static Values valuesIn(const std::vector<ExtComm::PtrConst>& comms) {
     Values values;
     for (const auto& one : comms) values.push_back(one->getContent().value());
@@ -119,10 +126,40 @@ TEST_F(ExtCommListTest, NotesWhatItsMembersAre) {
       {{qos + 1, stateValid}, 0x39, 1},
   };
   for (const auto& row : rows) {
-    const auto list = internOf(row.values);
-    EXPECT_EQ(row.attrs, list->commVectorAttrs().bits()) << *list;
-    EXPECT_EQ(row.transitive, list->totalTransitiveCommunities()) << *list;
+    for (const bool isReceived : {false, true}) {
+      const auto list = isReceived ? receivedOf(row.values) : internOf(row.values);
+      EXPECT_EQ(isReceived, list->commVector().isAttached());
+      EXPECT_EQ(row.attrs, list->commVectorAttrs().bits()) << *list;
+      EXPECT_EQ(row.transitive, list->totalTransitiveCommunities()) << *list;
+    }
   }
+}
+
+TEST_F(ExtCommListTest, PartsOfReceivedListsNoteTheirBestBandwidthAndMayBeBuiltOfRepeats) {
+  const auto both = receivedOf({bandwidthTwice, bandwidth});
+  const auto bandwidths = both->classificationList(extCommClassificationLinkBandwidth);
+  EXPECT_TRUE(bandwidths->hasPrunableValues());
+  EXPECT_EQ(bandwidths->prune(), internOf({bandwidth, bandwidthTwice})
+                                     ->classificationList(extCommClassificationLinkBandwidth)
+                                     ->prune());
+  EXPECT_EQ(1U, bandwidths->prune().size());
+  const auto repeated = linkBandwidthExtCommClassificationListFactory();
+  for (int i = 0; i < 2; ++i) repeated->commIs(comm(bandwidth));
+  const auto twin = repeated->dedup(table_.ptr());
+  const auto list = receivedOf({bandwidth, color});
+  EXPECT_EQ(twin, list->classificationList(extCommClassificationLinkBandwidth));
+  EXPECT_TRUE(twin->hasPrunableValues());
+  EXPECT_FALSE(list->hasPrunableValues());
+}
+
+TEST_F(ExtCommListTest, ClassificationsWithoutANameAreGroupedToo) {
+  const auto strange = Kiv::staticPtrCast<const ExtComm>(values_->dedup(
+      extCommFactory(static_cast<ExtCommClassification>(20), ExtCommContent(unknown + 1))));
+  const std::array<ExtComm::PtrConst, 2> comms{strange, comm(color)};
+  const auto list = ExtCommList::dedupComms(table_.ptr(), comms);
+  EXPECT_EQ(21U, list->classificationListVector().size());
+  EXPECT_EQ(list, ExtCommList::dedupComms(table_.ptr(), comms));
+  EXPECT_EQ(1U, list->classificationListVector()[20]->comms());
 }
 
 TEST_F(ExtCommListTest, OutsideDedupModeOnlyAs0IsNotedAndNeverForgotten) {

@@ -21,14 +21,14 @@ static_assert(sizeof(LargeCommList) == 32);              // 8 octets of members,
 static_assert(sizeof(ExtComm) == 24);                    // colors and most others
 static_assert(sizeof(ExtCommAsNumber) == 24);            // route targets
 static_assert(sizeof(ExtCommIp6) == 40);                 // with the 20 octets in it
-static_assert(sizeof(ExtCommList) == 56);                // and 8 a member, and 80
+static_assert(sizeof(ExtCommList) == 56);                // and 8 a member, and 80 at most
 static_assert(sizeof(ExtCommClassificationList) == 40);  // and 8 a member
 static_assert(sizeof(Dorn::DedupHandle) == 16);          // of each: count, state, table
 static_assert(sizeof(Dorn::DedupBucket) == 64);          // five members of a table
 // [/sizes]
 #endif
 
-// The array of sub-lists has room for all classifications from the start.
+// The array of sub-lists is as long as the highest classification needs.
 TEST(Sizes, StorageIsWhatTheMembersNeed) {
   const auto parser = bgpParseExtCommContainerSmFactory();
   const auto values = extCommDedupTableFactory(parser->extCommParser());
@@ -41,7 +41,8 @@ TEST(Sizes, StorageIsWhatTheMembersNeed) {
   const auto list = ExtCommList::dedupAttributeValue(table.ptr(), values.ptr(), extended);
   EXPECT_EQ(3U, plain->commVectorRawPtr()->capacity());
   EXPECT_EQ(3U, list->commVector().capacity());
-  EXPECT_EQ(10U, list->classificationListVector().capacity());
+  EXPECT_EQ(9U, list->classificationListVector().capacity());
+  EXPECT_TRUE(list->commVector().isAttached());
   const auto targets = list->classificationList(extCommClassificationRouteTarget);
   ASSERT_TRUE(targets);
   EXPECT_EQ(2U, targets->commVector().capacity());

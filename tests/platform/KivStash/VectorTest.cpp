@@ -90,4 +90,24 @@ TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
       "size_ == 0 \\|\\| !isInPlace");
 }
 
+TEST(Vector, HoldsElementsThatStandBehindItsOwnerAndThenStaysAsItIs) {
+  const U64 before = KivStash::arrayType<U32>().bytes();
+  std::array<U32, 4> behind{1, 2, 3, 4};
+  for (const U32 count : {0U, 1U, 4U}) {
+    Words words;
+    EXPECT_FALSE(words.isAttached());
+    words.attachedIs(std::span(behind).first(count));
+    EXPECT_TRUE(words.isAttached());
+    EXPECT_FALSE(words.isInPlace());
+    EXPECT_EQ(std::vector<U32>(behind.begin(), behind.begin() + count), contents(words));
+    EXPECT_EQ(count, words.capacity());
+    EXPECT_EQ(count * sizeof(U32), words.storageBytes());
+    words.shrinkToFit();
+    words.reserve(count);
+    EXPECT_EQ(count, words.size());
+    EXPECT_DEATH(words.append(5), "isAttached");
+  }
+  EXPECT_EQ(before, KivStash::arrayType<U32>().bytes());
+}
+
 }  // namespace
