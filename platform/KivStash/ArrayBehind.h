@@ -4,7 +4,6 @@
 #define KIVSTASH_ARRAYBEHIND_H
 
 #include <cstddef>
-#include <new>
 
 #include "Kiv/Type.h"
 #include "KivStash/Vector.h"
@@ -15,19 +14,14 @@ namespace KivStash {
 // `T`.  Throws std::bad_alloc.
 template <class Object, class T>
 void* allocateWithArray(std::size_t bytes) {
-  void* const memory = ::operator new(sizeof(Object) + bytes);
-  Object::kivType().allocated(sizeof(Object));
-  if (bytes != 0) arrayType<T>().allocated(bytes);
-  return memory;
+  return Kiv::kivMemAllocWithArray(sizeof(Object), Object::kivType(), bytes, arrayType<T>());
 }
 
 // Destroys the object and gives the memory back.
 template <class Object, class T>
 void destroyWithArray(Object& object, std::size_t bytes) noexcept {
   object.~Object();
-  if (bytes != 0) arrayType<T>().freed(bytes);
-  Object::kivType().freed(sizeof(Object));
-  ::operator delete(&object, sizeof(Object) + bytes);
+  Kiv::kivMemDeallocWithArray(&object, sizeof(Object), Object::kivType(), bytes, arrayType<T>());
 }
 
 }  // namespace KivStash
