@@ -49,12 +49,23 @@ def references(value):
     return int(word) & 0x5FFFFFFF
 
 
+def size(vector):
+    """How many elements a KivStash::Vector has."""
+    return int(vector["size_"]) & 0x7FFFFFFF
+
+
+def in_place(vector):
+    """Whether they stand behind the count, in the object that has the vector."""
+    return int(vector["size_"]) != size(vector)
+
+
 def elements(vector):
     """The elements of a KivStash::Vector, for children()."""
     data = vector["elements_"]
-    if int(vector["capacity_"]) == 0:  # in place
-        data = data.address.cast(data.type)
-    for index in range(int(vector["size_"])):
+    if in_place(vector):  # behind the count
+        offset = max(vector["size_"].type.sizeof, data.type.target().alignof)
+        data = gdb.Value(int(vector.address) + offset).cast(data.type)
+    for index in range(size(vector)):
         yield f"[{index}]", data[index]
 
 
@@ -63,12 +74,12 @@ class Vector:
         self.value = value
 
     def to_string(self):
-        size = int(self.value["size_"])
+        count = size(self.value)
         capacity = int(self.value["capacity_"])
-        if capacity in (0, 0xFFFFFFFF):  # in the memory of the object that has the array
-            capacity = size
-        spare = f", room for {capacity}" if capacity != size else ""
-        return f"{size} element{'s' * (size != 1)}{spare}"
+        if in_place(self.value) or capacity == 0xFFFFFFFF:  # in memory of the array's object
+            capacity = count
+        spare = f", room for {capacity}" if capacity != count else ""
+        return f"{count} element{'s' * (count != 1)}{spare}"
 
     def children(self):
         return elements(self.value)
@@ -159,7 +170,7 @@ class CommunityList:
         self.text = text
 
     def to_string(self):
-        count = int(self.value["commVector_"]["size_"])
+        count = size(self.value["commVector_"])
         return f"{count} communit{'y' if count == 1 else 'ies'}"
 
     def children(self):

@@ -31,15 +31,17 @@ OV_EXPORT Kiv::Type& arrayType<U32>() noexcept;
 //
 // The elements can also stand in the memory of the object that has the array, which
 // then does not change any more:
-// - in place, in the array's last word and on from there, if the array is the last
-//   member of an object that was allocated with inPlaceBytes() behind it;
+// - in place, right behind the count, where otherwise the storage is remembered, and on
+//   from there, if the array is the last member of an object that was allocated with
+//   inPlaceBytes() behind it;
 // - attached, somewhere else behind the object.  KivStash/ArrayBehind.h.
 template <class T>
 requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)) class Vector {
  public:
   using value_type = T;
 
-  static constexpr U32 maxSize = 0xFFFFFFFF / sizeof(T);
+  // The count's top bit says whether the elements are in place.
+  static constexpr U32 maxSize = std::min<U32>(0xFFFFFFFF / sizeof(T), 0x7FFFFFFF);
 
   Vector() noexcept = default;
   Vector(const Vector&) = delete;
@@ -49,22 +51,25 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
     deallocate();
   }
 
-  U32 size() const noexcept { return size_; }
-  U32 capacity() const noexcept { return isInPlace() || isAttached() ? size_ : capacity_; }
-  bool empty() const noexcept { return size_ == 0; }
+  U32 size() const noexcept { return size_ & ~inPlaceBit; }
+  U32 capacity() const noexcept { return isInPlace() || isAttached() ? size() : capacity_; }
+  bool empty() const noexcept { return size() == 0; }
   T* data() noexcept { return const_cast<T*>(std::as_const(*this).data()); }
   const T* data() const noexcept {
-    return capacity_ != 0 ? elements_ : reinterpret_cast<const T*>(&elements_);
+    return isInPlace()
+               ? reinterpret_cast<const T*>(reinterpret_cast<const U8*>(this) + inPlaceOffset)
+               : elements_;
   }
   T* begin() noexcept { return data(); }
-  T* end() noexcept { return data() + size_; }
+  T* end() noexcept { return data() + size(); }
   const T* begin() const noexcept { return data(); }
-  const T* end() const noexcept { return data() + size_; }
+  const T* end() const noexcept { return data() + size(); }
   T& operator[](U32 i) noexcept { return data()[i]; }
   const T& operator[](U32 i) const noexcept { return data()[i]; }
 
   void append(T value) {
-    if (size_ >= capacity_ || isAttached()) capacityIs(grown());  // greater: in place
+    assertMayChange();
+    if (size_ == capacity_) capacityIs(grown());
     std::construct_at(elements_ + size_, std::move(value));
     ++size_;
   }
@@ -72,7 +77,7 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
   // Makes room for at least `capacity` elements in all.
   void reserve(U32 capacity) {
     if (capacity > maxSize) throw std::length_error("KivStash::Vector");
-    if (capacity > capacity_) capacityIs(capacity);
+    if (capacity > this->capacity()) capacityIs(capacity);
   }
 
   // Replaces the contents, with capacity for exactly them.
@@ -86,14 +91,20 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
 
   // What `count` elements in place need behind the object.
   static constexpr std::size_t inPlaceBytes(std::size_t count) noexcept {
-    return count * sizeof(T) > sizeof(T*) ? count * sizeof(T) - sizeof(T*) : 0;
+    const std::size_t end = inPlaceOffset + count * sizeof(T);
+    return end > sizeof(Vector) ? end - sizeof(Vector) : 0;
   }
   // Copies the elements into place.  Requires: never had any, and the memory is there.
   void inPlaceIs(std::span<const T> values) noexcept {
+    size_ = static_cast<U32>(values.size()) | inPlaceBit;
     std::uninitialized_copy(values.begin(), values.end(), data());
-    size_ = static_cast<U32>(values.size());
   }
-  bool isInPlace() const noexcept { return capacity_ == 0; }
+  // The same for the caller to write each of them before it is read.
+  std::span<T> inPlaceForOverwrite(U32 size) noexcept requires std::is_trivially_copyable_v<T> {
+    size_ = size | inPlaceBit;
+    return {data(), size};
+  }
+  bool isInPlace() const noexcept { return (size_ & inPlaceBit) != 0; }
   // Takes over elements that were made behind the object; they end with the array.
   // Requires: never had any.
   void attachedIs(std::span<T> elements) noexcept {
@@ -101,10 +112,10 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
     capacity_ = attachedMark;
     elements_ = elements.data();
   }
-  bool isAttached() const noexcept { return capacity_ == attachedMark; }
+  bool isAttached() const noexcept { return !isInPlace() && capacity_ == attachedMark; }
   // What the elements take beyond the object itself.
   std::size_t storageBytes() const noexcept {
-    return isInPlace() ? inPlaceBytes(size_) : capacity() * sizeof(T);
+    return isInPlace() ? inPlaceBytes(size()) : capacity() * sizeof(T);
   }
 
   // Replaces the contents by `size` elements, for the caller to write each of them
@@ -119,7 +130,7 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
 
   // Drops the elements from position `size` on; keeps the storage.
   void truncate(U32 size) noexcept {
-    if (size == size_) return;
+    if (size == this->size()) return;
     assertMayChange();
     std::destroy(data() + size, end());
     size_ = size;
@@ -128,27 +139,29 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
 
   // Gives back the storage beyond the elements, all of it when there are none.
   void shrinkToFit() {
-    if (capacity() > size_) capacityIs(size_);
+    if (capacity() > size()) capacityIs(size());
   }
 
  private:
+  static constexpr U32 inPlaceBit = 0x80000000;
+  // The elements follow the count as closely as their alignment allows.
+  static constexpr std::size_t inPlaceOffset = std::max(sizeof(U32), alignof(T));
   // No capacity; not that of single octets, either.
   static constexpr U32 attachedMark = 0xFFFFFFFF;
   static_assert(maxSize < attachedMark);
 
   U32 grown() const {
-    assertMayChange();
     if (capacity_ >= maxSize) throw std::length_error("KivStash::Vector");
     return capacity_ == 0 ? 1 : static_cast<U32>(std::min(U64{capacity_} * 2, U64{maxSize}));
   }
 
   void assertMayChange() const noexcept {
-    KIV_ASSERT(size_ == 0 || !isInPlace(), "size_ == 0 || !isInPlace()", "KivStash/Vector");
+    KIV_ASSERT(!isInPlace(), "!isInPlace()", "KivStash/Vector");
     KIV_ASSERT(!isAttached(), "!isAttached()", "KivStash/Vector");
   }
 
   void deallocate() noexcept {
-    if (isInPlace() || isAttached()) return;
+    if (isInPlace() || isAttached() || capacity_ == 0) return;
     PtrInterface::kivMemDealloc(elements_, capacity_ * sizeof(T), arrayType<T>());
   }
 
@@ -166,9 +179,10 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
     capacity_ = capacity;
   }
 
-  U32 size_ = 0;
-  U32 capacity_ = 0;       // of other storage; 0: the elements, if any, are in place
-  T* elements_ = nullptr;  // or the first of those in place
+  U32 size_ = 0;  // and inPlaceBit
+  // The storage, unless the elements are in place.
+  U32 capacity_ = 0;
+  T* elements_ = nullptr;
 };
 
 }  // namespace KivStash

@@ -15,13 +15,13 @@ using namespace Routing::Bgp;
 
 #ifdef __x86_64__
 // [sizes]
-static_assert(sizeof(CommList::PtrConst) == 8);          // what a route keeps of a list
-static_assert(sizeof(CommList) == 32);                   // two members, and 4 octets a further one
-static_assert(sizeof(LargeCommList) == 32);              // 8 octets of members, and the rest
-static_assert(sizeof(ExtComm) == 24);                    // colors and most others
-static_assert(sizeof(ExtCommAsNumber) == 24);            // route targets
-static_assert(sizeof(ExtCommIp6) == 40);                 // with the 20 octets in it
-static_assert(sizeof(ExtCommList) == 56);                // and 8 a member, and 80 at most
+static_assert(sizeof(CommList::PtrConst) == 8);  // what a route keeps of a list
+static_assert(sizeof(CommList) == 32);           // three members, and 4 octets a further one
+static_assert(sizeof(LargeCommList) == 32);      // one member, and 12 octets a further one
+static_assert(sizeof(ExtComm) == 24);            // colors and most others
+static_assert(sizeof(ExtCommAsNumber) == 24);    // route targets
+static_assert(sizeof(ExtCommIp6) == 40);         // with the 20 octets in it
+static_assert(sizeof(ExtCommList) == 56);        // and 8 a member, and 80 at most
 static_assert(sizeof(ExtCommClassificationList) == 40);  // and 8 a member
 static_assert(sizeof(Dorn::DedupHandle) == 16);          // of each: count, state, table
 static_assert(sizeof(Dorn::DedupBucket) == 64);          // five members of a table
