@@ -23,7 +23,7 @@ constexpr U8 noExportSubconfedNote = 4;
 KIV_OBJECT_DEFINE(CommList)
 
 static_assert(sizeof(CommList) == 16 + 2 * sizeof(void*),
-              "a list of n communities takes 24 + 4 n octets on 64-bit builds");
+              "a list of n communities takes 20 + 4 n octets, but at least 32, on 64-bit builds");
 
 template class ValueList<CommListFamily>;
 
@@ -66,13 +66,18 @@ bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
          (anyCommunityHasName(members()) && anyTextMatches(*regex, names));
 }
 
+// All three are above what most lists end with.
 void CommList::flagsIs() {
-  const auto noteOf = [this](BgpCommunityValue community, U8 note) {
-    return static_cast<unsigned>(comm(static_cast<U32>(community)) ? note : 0);
-  };
-  notesIs(static_cast<U8>(noteOf(communityNoExport, noExportNote) |
-                          noteOf(communityNoAdvertise, noAdvertiseNote) |
-                          noteOf(communityNoExportSubconfed, noExportSubconfedNote)));
+  unsigned notes = 0;
+  const auto all = members();
+  for (auto at = all.rbegin(); at != all.rend(); ++at) {
+    const U32 community = *at;
+    if (community < static_cast<U32>(communityNoExport)) break;
+    if (community == static_cast<U32>(communityNoExport)) notes |= noExportNote;
+    if (community == static_cast<U32>(communityNoAdvertise)) notes |= noAdvertiseNote;
+    if (community == static_cast<U32>(communityNoExportSubconfed)) notes |= noExportSubconfedNote;
+  }
+  notesIs(static_cast<U8>(notes));
 }
 
 }  // namespace Routing::Bgp

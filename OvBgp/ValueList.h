@@ -9,7 +9,9 @@
 #include <type_traits>
 
 #include "Dorn/DedupHandle.h"
+#include "Dorn/DedupHashTable.h"
 #include "Kiv/Export.h"
+#include "Kiv/Inline.h"
 #include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "KivStash/Vector.h"
@@ -116,10 +118,20 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   void print(std::ostream& out) const;
   void sort();
 
-  static Kiv::Ptr<const List> lookup(const Table* table, std::span<const U8> octets, U32 hash);
-  static Kiv::Ptr<const List> dedupDecoded(const Table* table, std::span<const U8> value, U32 hash);
-  static Kiv::Ptr<const List> dedupAscending(const Table* table, std::span<const Element> members,
-                                             U32 hash);
+  using Miss = Dorn::DedupHashTable::Miss;
+
+  // Whether these are the octets of the list's attribute.
+  KIV_INLINE bool equalsWire(std::span<const U8> octets) const noexcept;
+
+  // Parts of dedupAttributeValue: finding the list of these octets; building it, if they
+  // ascend; sorting, and then the others.
+  KIV_INLINE static Kiv::Ptr<const List> lookup(Dorn::DedupHashTable& table,
+                                                std::span<const U8> octets, Miss& miss);
+  static Kiv::Ptr<const List> dedupAscending(Dorn::DedupHashTable& table,
+                                             std::span<const U8> octets, const Miss& miss);
+  static Kiv::Ptr<const List> dedupUnordered(Dorn::DedupHashTable& table,
+                                             std::span<const U8> value);
+  [[noreturn]] static void lengthRefuse(std::size_t octets);
 
   // One octet, which the handle has left over.
   bool commVectorSorted_ : 1 = false;

@@ -40,17 +40,25 @@ std::span<const U8> octetsOf(std::span<Element> members) noexcept {
   return {reinterpret_cast<const U8*>(members.data()), members.size_bytes()};
 }
 
-// Decodes `value` to `members`; says whether they are strictly ascending.
+// Decodes `value` to `members`, which are as many.
 template <class Element>
-bool decode(std::span<const U8> value, std::span<Element> members) noexcept {
+void decode(std::span<const U8> value, std::span<Element> members) noexcept {
   const U8* at = value.data();
   for (U32& word : wordsOf(members)) {
     word = wireWord(wireWordAt(at));
     at += sizeof(U32);
   }
-  bool ascending = true;
-  for (std::size_t i = 1; i < members.size(); ++i) ascending &= members[i - 1] < members[i];
-  return ascending;
+}
+
+// Whether the communities in `value` are strictly ascending, which nearly all are.
+template <class Element>
+bool ascends(std::span<const U8> value) noexcept {
+  std::array<Element, 2> pair;
+  for (std::size_t at = 0; at + sizeof pair <= value.size(); at += sizeof(Element)) {
+    decode(value.subspan(at, sizeof pair), std::span<Element>(pair));
+    if (!(pair[0] < pair[1])) return false;
+  }
+  return true;
 }
 
 template <class Family>
@@ -103,22 +111,20 @@ bool ValueList<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
 }
 
 template <class Family>
+bool ValueList<Family>::equalsWire(std::span<const U8> octets) const noexcept {
+  const auto own = octetsOf(members());
+  return own.size() == octets.size() && wireEqualsHost(octets.data(), own.data(), own.size());
+}
+
+template <class Family>
 bool ValueList<Family>::compareByContent(const Dorn::DedupContentHandle& key) const {
-  const auto octets = static_cast<const CommListContent&>(key).octets();
-  if (octets.size() != members().size_bytes()) return false;
-  const U8* at = octets.data();
-  U32 differences = 0;
-  for (const U32 word : wordsOf(members())) {
-    differences |= wireWord(word) ^ wireWordAt(at);
-    at += sizeof(U32);
-  }
-  return differences == 0;
+  return equalsWire(static_cast<const CommListContent&>(key).octets());
 }
 
 template <class Family>
 U32 ValueList<Family>::probeHash() const {
-  const auto words = wordsOf(members());
-  return wordHash(words.size(), [words](std::size_t i) { return wireWord(words[i]); });
+  const auto own = octetsOf(members());
+  return wordHash<HostOrder>(own.data(), own.size());
 }
 
 // An interned list is shared: nothing of it is written again.
@@ -145,24 +151,27 @@ void ValueList<Family>::sort() {
 }
 
 template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::lookup(const Table* table,
+Kiv::Ptr<const typename Family::List> ValueList<Family>::lookup(Dorn::DedupHashTable& table,
                                                                 std::span<const U8> octets,
-                                                                U32 hash) {
-  return table->dedupTable()->template lookup<List>(CommListContent(octets), hash);
+                                                                Miss& miss) {
+  return table.template lookup<List>(
+      wireHash(octets), [octets](const List& list) { return list.equalsWire(octets); }, miss);
 }
 
 // A list that will not grow takes one piece of memory, communities and all.
 template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAscending(
-    const Table* table, std::span<const Element> members, U32 hash) {
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAscending(Dorn::DedupHashTable& table,
+                                                                        std::span<const U8> octets,
+                                                                        const Miss& miss) {
   static_assert(sizeof(List) == sizeof(ValueList), "the array is the object's last member");
-  const std::size_t behind = KivStash::Vector<Element>::inPlaceBytes(members.size());
-  const Kiv::Ptr<List> list(::new (KivStash::allocateWithArray<List, Element>(behind)) List);
-  list->hasNotificationActiveIs(true);
-  list->commVector_.inPlaceIs(members);
+  const auto count = static_cast<U32>(octets.size() / sizeof(Element));
+  const std::size_t behind = KivStash::Vector<Element>::inPlaceBytes(count);
+  Kiv::Ptr<List> list(::new (KivStash::allocateWithArray<List, Element>(behind)) List, Kiv::adopt);
+  list->beginNotifying();
+  decode(octets, list->commVector_.inPlaceForOverwrite(count));
   list->commVectorSorted_ = true;
   list->flagsIs();
-  return Kiv::staticPtrCast<const List>(table->dedupTable()->dedup(list, hash));
+  return Kiv::staticPtrCast<const List>(table.dedup(std::move(list), miss));
 }
 
 template <class Family>
@@ -171,38 +180,42 @@ void ValueList<Family>::zeroReferencesIs() noexcept {
   KivStash::destroyWithArray<List, Element>(static_cast<List&>(*this), behind);
 }
 
-// What equals a list as it stands is in order, so order is looked at only after
-// that; and if it is not, the sorted communities are looked up once more, before
-// a list is built that would be thrown away.
+template <class Family>
+void ValueList<Family>::lengthRefuse(std::size_t octets) {
+  throw Kiv::RangeException("length of " + Kiv::String(Family::attributeName) +
+                            " is no multiple of " + std::to_string(sizeof(Element)) + ": " +
+                            std::to_string(octets));
+}
+
+// What equals a list as it stands is in order, so order is looked at only after that.
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
     const Table* table, std::span<const U8> value) {
-  if (value.size() % sizeof(Element) != 0) {
-    throw Kiv::RangeException("length of " + Kiv::String(Family::attributeName) +
-                              " is no multiple of " + std::to_string(sizeof(Element)) + ": " +
-                              std::to_string(value.size()));
-  }
-  const U32 hash = wireHash(value);
-  if (auto list = lookup(table, value, hash)) return list;
-  return dedupDecoded(table, value, hash);
+  if (value.size() % sizeof(Element) != 0) [[unlikely]]
+    lengthRefuse(value.size());
+  Dorn::DedupHashTable& lists = *table->dedupTable();
+  Miss miss;
+  if (auto list = lookup(lists, value, miss)) return list;
+  return ascends<Element>(value) ? dedupAscending(lists, value, miss)
+                                 : dedupUnordered(lists, value);
 }
 
+// The sorted communities are looked up before a list is built that would be thrown away.
 template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupDecoded(const Table* table,
-                                                                      std::span<const U8> value,
-                                                                      U32 hash) {
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupUnordered(Dorn::DedupHashTable& table,
+                                                                        std::span<const U8> value) {
   const std::size_t count = value.size() / sizeof(Element);
   std::array<Element, 256 / sizeof(Element)> room;
   std::vector<Element> largeRoom(count > room.size() ? count : 0);
   const std::span<Element> all(largeRoom.empty() ? room.data() : largeRoom.data(), count);
-  if (decode(value, all)) return dedupAscending(table, all, hash);
+  decode(value, all);
   std::ranges::sort(all);
   const std::span<Element> members(all.begin(), std::unique(all.begin(), all.end()));
   wireOrderSwap(wordsOf(members));
-  const U32 sortedHash = wireHash(octetsOf(members));
-  if (auto list = lookup(table, octetsOf(members), sortedHash)) return list;
-  wireOrderSwap(wordsOf(members));
-  return dedupAscending(table, members, sortedHash);
+  const auto octets = octetsOf(members);
+  Miss miss;
+  if (auto list = lookup(table, octets, miss)) return list;
+  return dedupAscending(table, octets, miss);
 }
 
 }  // namespace Routing::Bgp

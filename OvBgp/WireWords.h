@@ -3,11 +3,13 @@
 #ifndef OVBGP_WIREWORDS_H
 #define OVBGP_WIREWORDS_H
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstring>
 #include <span>
 
+#include "Kiv/Inline.h"
 #include "Kiv/Types.h"
 
 namespace Routing::Bgp {
@@ -29,27 +31,77 @@ inline void wireOrderSwap(std::span<U32> words) noexcept {
   for (U32& word : words) word = wireWord(word);
 }
 
-// A hash for the interning tables' own use, several times as fast as the byte
-// hash, of `count` words as they stand on the wire, so that a received attribute
-// need not be decoded. Multiplication spreads upward, the shift brings it down.
-template <class WordAt>
-U32 wordHash(std::size_t count, const WordAt& wordAt) noexcept {
-  U64 h = count * 0x9E3779B97F4A7C15;
+// Two words at a time, as they are on the wire, from where they stand as on the wire.
+struct WireOrder {
+  static U64 pairAt(const U8* at) noexcept {
+    U64 pair = 0;
+    std::memcpy(&pair, at, sizeof pair);
+    return pair;
+  }
+  static U32 wordAt(const U8* at) noexcept { return wireWordAt(at); }
+};
+
+// The same from where they stand in host order.
+struct HostOrder {
+  static U64 pairAt(const U8* at) noexcept {
+    const U64 pair = WireOrder::pairAt(at);
+    if (std::endian::native != std::endian::little) return pair;
+    return std::rotl(__builtin_bswap64(pair), 32);
+  }
+  static U32 wordAt(const U8* at) noexcept { return wireWord(wireWordAt(at)); }
+};
+
+// Calls `use(i, j)` with the offsets of pairs of words that cover all `octets`, at least
+// eight. The last call's overlap what came before, so that there is one branch for each
+// 16 octets and none for what is left: lists have few words, and a loop whose end is not
+// foreseen costs more than its body.
+template <class Use>
+KIV_INLINE void forPairs(std::size_t octets, const Use& use) noexcept {
+  const std::size_t last = octets - 8;
   std::size_t i = 0;
-  for (; i + 2 <= count; i += 2) {
-    h = (h ^ (wordAt(i) | U64{wordAt(i + 1)} << 32)) * 0xBF58476D1CE4E5B9;
-    h ^= h >> 29;
-  }
-  if (i < count) {
-    h = (h ^ wordAt(i)) * 0x94D049BB133111EB;
-    h ^= h >> 31;
-  }
-  return static_cast<U32>(h >> 32 ^ h);
+  for (; i + 16 < octets; i += 16) use(i, i + 8);
+  use(std::min(i, last), last);
 }
 
-inline U32 wireHash(std::span<const U8> octets) noexcept {
-  return wordHash(octets.size() / 4,
-                  [at = octets.data()](std::size_t i) { return wireWordAt(at + 4 * i); });
+// A hash for the interning tables' own use, of words as they stand on the wire, so that
+// a received attribute need not be decoded. Each of the two sums is one-to-one in what
+// it adds: multiplication spreads upward, the shift brings it down.
+template <class Order>
+KIV_INLINE U32 wordHash(const U8* at, std::size_t octets) noexcept {
+  U64 a = octets * 0x9E3779B97F4A7C15;
+  U64 b = 0;
+  const auto add = [&a, &b ](U64 first, U64 second) __attribute__((always_inline)) {
+    a = (a ^ first) * 0xBF58476D1CE4E5B9;
+    b = (b ^ second) * 0x94D049BB133111EB;
+    a ^= a >> 32;
+    b ^= b >> 32;
+  };
+  if (octets < 8) {
+    add(octets == 0 ? 0 : Order::wordAt(at), 0);
+  } else {
+    forPairs(
+        octets, [&](std::size_t i, std::size_t j) __attribute__((always_inline)) {
+          add(Order::pairAt(at + i), Order::pairAt(at + j));
+        });
+  }
+  return static_cast<U32>(a) ^ std::rotl(static_cast<U32>(b), 16);
+}
+
+KIV_INLINE U32 wireHash(std::span<const U8> octets) noexcept {
+  return wordHash<WireOrder>(octets.data(), octets.size());
+}
+
+// Whether so many octets of words on the wire are those in host order. Never stops
+// early, as the answer mostly is yes.
+KIV_INLINE bool wireEqualsHost(const U8* wire, const U8* host, std::size_t octets) noexcept {
+  if (octets < 8) return octets == 0 || WireOrder::wordAt(wire) == HostOrder::wordAt(host);
+  U64 differences = 0;
+  forPairs(
+      octets, [&](std::size_t i, std::size_t j) __attribute__((always_inline)) {
+        differences |= WireOrder::pairAt(wire + i) ^ HostOrder::pairAt(host + i);
+        differences |= WireOrder::pairAt(wire + j) ^ HostOrder::pairAt(host + j);
+      });
+  return differences == 0;
 }
 
 }  // namespace Routing::Bgp

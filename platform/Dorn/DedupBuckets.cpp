@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "Kiv/Assert.h"
 #include "Kiv/Type.h"
 
 namespace Dorn {
@@ -39,49 +40,39 @@ void DedupBuckets::swap(DedupBuckets& other) noexcept {
 }
 
 void DedupBuckets::insert(U32 hash, DedupHandle* member) noexcept {
-  for (U32 at = home(hash);; at = next(at)) {
-    DedupBucket& bucket = buckets_[at];
-    for (U32 i = 0; i < DedupBucket::slots; ++i) {
-      if (bucket.member[i]) continue;
-      bucket.hash[i] = hash;
-      bucket.member[i] = member;
-      ++size_;
-      return;
-    }
-    ++bucket.passed;
+  KIV_ASSERT(DedupBucket::fits(member), "fits(member)", "Dorn/DedupBuckets");
+  U32 at = home(hash);
+  while (buckets_[at].freeSlots() == 0) {
+    buckets_[at].passedInc();
+    at = next(at);
   }
-}
-
-bool DedupBuckets::locate(U32 hash, const DedupHandle* member, U32& at, U32& slot) const noexcept {
-  at = home(hash);
-  for (U32 left = size_ == 0 ? 0 : count_; left != 0; --left, at = next(at)) {
-    for (slot = 0; slot < DedupBucket::slots; ++slot) {
-      if (buckets_[at].member[slot] == member) return true;
-    }
-    if (buckets_[at].passed == 0) break;
-  }
-  return false;
+  buckets_[at].slotIs(DedupBucket::firstOf(buckets_[at].freeSlots()), hash, member);
+  ++size_;
 }
 
 bool DedupBuckets::erase(U32 hash, const DedupHandle* member) noexcept {
-  U32 at = 0;
-  U32 slot = 0;
-  if (!locate(hash, member, at, slot)) return false;
-  buckets_[at].hash[slot] = 0;
-  buckets_[at].member[slot] = nullptr;
-  for (U32 before = home(hash); before != at; before = next(before)) --buckets_[before].passed;
+  const Place found = place(hash, [member](const DedupHandle* other) { return other == member; });
+  if (!found.member) return false;
+  buckets_[found.bucket].slotDel(found.slot);
+  for (U32 before = home(hash); before != found.bucket; before = next(before)) {
+    buckets_[before].passedDec();
+  }
   --size_;
   return true;
 }
 
+// Few buckets double, so that a small table seldom grows; many take little more than
+// they need.
 void DedupBuckets::grow() {
+  const U32 count = count_ < 16 ? 2 * count_ + 1 : count_ + count_ / 4;
   DedupBuckets larger;
-  larger.buckets_ = bucketsNew(count_ + count_ / 2 + 1);
-  larger.count_ = count_ + count_ / 2 + 1;
-  larger.limit_ = static_cast<U32>(U64{larger.count_} * DedupBucket::slots * 6 / 7);
+  larger.buckets_ = bucketsNew(count);
+  larger.count_ = count;
+  larger.limit_ = count * (DedupBucket::slots - 1);
   for (U32 at = 0; at < count_; ++at) {
+    const DedupBucket& bucket = buckets_[at];
     for (U32 i = 0; i < DedupBucket::slots; ++i) {
-      if (buckets_[at].member[i]) larger.insert(buckets_[at].hash[i], buckets_[at].member[i]);
+      if (bucket.member(i)) larger.insert(bucket.hash(i), bucket.member(i));
     }
   }
   swap(larger);

@@ -1,53 +1,93 @@
 // The storage of one shard of an interning table: an open-addressing hash set of
 // handles, without lock or ownership.
 //
-// A bucket is one cache line.  It keeps each member's hash beside its pointer, so
-// a probe touches an object only on an equal hash and growth touches none.  A
-// member that finds its home bucket full goes to the next one with room; every
-// bucket that it passed counts it, so that a probe goes on exactly while somebody
-// went past, and removal needs no markers and moves nobody.
+// A bucket is one cache line of seven slots.  It keeps 24 bits of each member's hash,
+// eight of them (the tag) where one comparison finds them, the others in what an
+// address leaves free of its word: so a probe touches an object only if all are equal,
+// and growth touches none.  A member that finds its home bucket full goes to the next
+// one with room; every bucket that it passed counts it, so that a probe goes on
+// exactly while somebody went past, and removal needs no markers and moves nobody.
 //
-// Cost: a hit or miss usually touches one bucket, 12.8 bytes a slot on 64-bit
-// builds, filled to six sevenths before it grows by half.
+// Cost: a hit or miss usually touches one bucket, 9.2 bytes a slot, filled to six
+// sevenths before it grows by a quarter.  Members stand in the order of their hashes,
+// in old buckets as in new ones, so growth reads and writes memory from end to end.
 #ifndef DORN_DEDUPBUCKETS_H
 #define DORN_DEDUPBUCKETS_H
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include <cstddef>
 
+#include "Kiv/Inline.h"
 #include "Kiv/Types.h"
 
 namespace Dorn {
 
 class DedupHandle;
 
-// Hashes are never 0: that marks a free slot.
-struct alignas(64) DedupBucket {
-  static constexpr U32 slots = (64 - sizeof(U32)) / (sizeof(U32) + sizeof(void*));
-  static constexpr U32 vectorSlots = 4;
-  static_assert(slots >= vectorSlots);
+// Of a hash the upper 24 bits count.  Bit 15 is always set, so that the tag, bits 8
+// to 15, is not that of a free slot, which is 0.
+class alignas(64) DedupBucket {
+ public:
+  static constexpr U32 slots = 7;
+  static constexpr U32 hashBits = 24;
 
-  // Bit i is set when slot i holds this hash; without a branch, as which slot it
-  // is cannot be predicted.
-  U32 matches(U32 wanted) const noexcept {
-    U32 found = 0;
-    U32 i = 0;
-#ifdef __SSE2__
-    const __m128i equal = _mm_cmpeq_epi32(_mm_load_si128(reinterpret_cast<const __m128i*>(hash)),
-                                          _mm_set1_epi32(static_cast<int>(wanted)));
-    found = static_cast<U32>(_mm_movemask_ps(_mm_castsi128_ps(equal)));
-    i = vectorSlots;
-#endif
-    for (; i < slots; ++i) found |= static_cast<U32>(hash[i] == wanted) << i;
-    return found;
+  // A set of slots: bit 8 i + 7 stands for slot i.
+  using Slots = U64;
+  static U32 firstOf(Slots set) noexcept { return static_cast<U32>(__builtin_ctzll(set)) / 8; }
+
+  // The slots that have this hash's tag, and maybe some more; without a branch, as
+  // which slot it is cannot be predicted.
+  Slots candidates(U32 hash) const noexcept { return zeros(tags_ ^ (hash >> 8 & 0xFF) * ones); }
+  // The free slots, the first of which is sure to be one; if there is any.
+  Slots freeSlots() const noexcept { return zeros(tags_); }
+
+  // Whether slot `i`, a candidate, has this hash.
+  bool hasHash(U32 i, U32 hash) const noexcept { return words_[i] >> addressBits == hash >> 16; }
+  // The member in the slot; null if it is free.
+  DedupHandle* member(U32 i) const noexcept {
+    return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(words_[i] & addressMask));
+  }
+  // As much of the hash of slot `i` as counts.
+  U32 hash(U32 i) const noexcept {
+    return static_cast<U32>(words_[i] >> addressBits) << 16 |
+           static_cast<U32>(tags_ >> 8 * i & 0xFF) << 8;
   }
 
-  U32 hash[slots] = {};
-  U32 passed = 0;  // members that this bucket was too full for
-  DedupHandle* member[slots] = {};
+  void slotIs(U32 i, U32 hash, DedupHandle* member) noexcept {
+    tags_ |= U64{hash >> 8 & 0xFF} << 8 * i;
+    words_[i] = U64{hash >> 16} << addressBits | reinterpret_cast<std::uintptr_t>(member);
+  }
+  void slotDel(U32 i) noexcept {
+    tags_ &= ~(U64{0xFF} << 8 * i);
+    words_[i] = 0;
+  }
+
+  // Whether there may be members that this bucket was too full for.
+  bool passed() const noexcept { return tags_ >> passedShift != 0; }
+  void passedInc() noexcept {
+    if (tags_ >> passedShift != passedMany) tags_ += U64{1} << passedShift;
+  }
+  void passedDec() noexcept {
+    if (tags_ >> passedShift != passedMany) tags_ -= U64{1} << passedShift;
+  }
+
+  // Whether there is room for the address beside the hash.
+  static bool fits(const DedupHandle* member) noexcept {
+    return (U64{reinterpret_cast<std::uintptr_t>(member)} & ~addressMask) == 0;
+  }
+
+ private:
+  static constexpr U64 ones = 0x01010101010101;
+  static constexpr U32 passedShift = 56;
+  static constexpr U64 passedMany = 0xFF;  // no more are counted, nor fewer
+  // What a program of 64 bits gets from its system unless it asks for more.
+  static constexpr U32 addressBits = 48;
+  static constexpr U64 addressMask = (U64{1} << addressBits) - 1;
+
+  // The octets, of seven, that are 0; behind the first one, some that are 1, too.
+  static Slots zeros(U64 octets) noexcept { return (octets - ones) & ~octets & ones << 7; }
+
+  U64 tags_ = 0;  // an octet a slot, and how many members passed
+  U64 words_[slots] = {};
 };
 static_assert(sizeof(DedupBucket) == 64);
 
@@ -61,9 +101,11 @@ class DedupBuckets {
 
   U32 size() const noexcept { return size_; }
 
+  // Says that members of this hash will be asked for soon.
+  void prefetch(U32 hash) const noexcept { __builtin_prefetch(buckets_ + home(hash)); }
   // The member of this hash that `isWanted(DedupHandle*)` accepts, or null.
   template <class IsWanted>
-  DedupHandle* find(U32 hash, const IsWanted& isWanted) const;
+  KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const;
 
   // Makes room for one more member; the only operation that allocates.  Throws
   // std::bad_alloc and leaves everything as it was.
@@ -82,17 +124,26 @@ class DedupBuckets {
   // Members move only when there come to be more places.
   U32 places() const noexcept { return count_ * DedupBucket::slots; }
   DedupHandle* memberAt(U32 place) const noexcept {
-    return buckets_[place / DedupBucket::slots].member[place % DedupBucket::slots];
+    return buckets_[place / DedupBucket::slots].member(place % DedupBucket::slots);
   }
 
   void swap(DedupBuckets& other) noexcept;
 
  private:
+  struct Place {
+    U32 bucket;
+    U32 slot;
+    DedupHandle* member;  // null if none was found
+  };
+
   void grow();
-  // The bucket and slot of `member`; false if it is not there.
-  bool locate(U32 hash, const DedupHandle* member, U32& at, U32& slot) const noexcept;
-  // Any number of buckets will do: the high half of the product is below it.
-  U32 home(U32 hash) const noexcept { return static_cast<U32>(U64{hash} * count_ >> 32); }
+  template <class IsWanted>
+  KIV_INLINE Place place(U32 hash, const IsWanted& isWanted) const;
+  // Any number of buckets will do: the product's high part is below it.
+  U32 home(U32 hash) const noexcept {
+    constexpr U32 bits = DedupBucket::hashBits;
+    return static_cast<U32>(U64{hash >> (32 - bits)} * count_ >> bits);
+  }
   U32 next(U32 at) const noexcept { return at + 1 == count_ ? 0 : at + 1; }
 
   DedupBucket* buckets_ = nullptr;
@@ -102,25 +153,32 @@ class DedupBuckets {
 };
 
 template <class IsWanted>
-DedupHandle* DedupBuckets::find(U32 hash, const IsWanted& isWanted) const {
-  // Bounded, as after many removals every bucket may have been passed by somebody.
+DedupBuckets::Place DedupBuckets::place(U32 hash, const IsWanted& isWanted) const {
   U32 at = home(hash);
-  for (U32 left = size_ == 0 ? 0 : count_; left != 0; --left, at = next(at)) {
+  // Bounded, as after many removals every bucket may have been passed by somebody.
+  for (U32 left = count_; left != 0; --left, at = next(at)) {
     const DedupBucket& bucket = buckets_[at];
-    for (U32 found = bucket.matches(hash); found != 0; found &= found - 1) {
-      DedupHandle* const member = bucket.member[__builtin_ctz(found)];
-      if (isWanted(member)) return member;
+    for (auto found = bucket.candidates(hash); found != 0; found &= found - 1) {
+      const U32 slot = DedupBucket::firstOf(found);
+      if (!bucket.hasHash(slot, hash)) continue;
+      DedupHandle* const member = bucket.member(slot);
+      if (isWanted(member)) return {at, slot, member};
     }
-    if (bucket.passed == 0) break;
+    if (!bucket.passed()) break;
   }
-  return nullptr;
+  return {0, 0, nullptr};
+}
+
+template <class IsWanted>
+DedupHandle* DedupBuckets::find(U32 hash, const IsWanted& isWanted) const {
+  return place(hash, isWanted).member;
 }
 
 template <class Visit>
 void DedupBuckets::forEach(const Visit& visit) const {
   for (U32 at = 0; at < count_; ++at) {
-    for (DedupHandle* const member : buckets_[at].member) {
-      if (member) visit(member);
+    for (U32 i = 0; i < DedupBucket::slots; ++i) {
+      if (DedupHandle* const member = buckets_[at].member(i)) visit(member);
     }
   }
 }

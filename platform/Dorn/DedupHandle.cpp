@@ -7,8 +7,6 @@ namespace Dorn {
 
 constinit bool dedupHandleDisableSmartPointerOperations = false;
 
-DedupHandle::~DedupHandle() = default;
-
 bool DedupHandle::isDeduped() const noexcept { return dedupState() == DedupHandleState::deduped; }
 
 bool DedupHandle::everDeduped() const noexcept {
@@ -30,6 +28,17 @@ void DedupHandle::dedupStateIs(DedupHandleState state) noexcept {
 void DedupHandle::beingDetachedIs(bool being) noexcept {
   const auto rest = static_cast<U8>(state() & ~beingDetachedBit);
   stateIs(being ? static_cast<U8>(rest | beingDetachedBit) : rest);
+}
+
+// One compare-and-exchange (one store without thread-safe pointers) while others use
+// the handle.  The release that may leave only the table and the notifier goes to the
+// table, which decides under its lock.
+U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
+  while ((seen & countMask) - 1 > idleReferences(seen)) {
+    if (!threadSafePointers) return referenceSubtractPlain(seen) & countMask;
+    if (referenceSubtractFrom(seen)) return (seen - 1) & countMask;
+  }
+  return doRemoveFromDedupTable();
 }
 
 // The caller still owns the reference that it gives up here, so a member stays

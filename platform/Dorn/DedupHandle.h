@@ -83,7 +83,7 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
 
  protected:
   DedupHandle() noexcept = default;
-  ~DedupHandle() override;
+  ~DedupHandle() override = default;
 
   void dedupStateIs(DedupHandleState state) noexcept;
 
@@ -92,13 +92,14 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
 
   static constexpr U8 beingDetachedBit = 0x80;
 
-  // The references that keep a member in its table though nobody uses it.
+  // The references that keep a member in its table though nobody uses it: one or two.
   static constexpr U32 idleReferences(U32 word) noexcept {
     return 1 + ((word & lifeTimeNotifierFlag) != 0 ? 1 : 0);
   }
   U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
   void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
   void beingDetachedIs(bool being) noexcept;
+  U32 referencesDecShared(U32 seen) const noexcept;
   U32 doRemoveFromDedupTable() const noexcept;
 
   // Both change only while one thread has the handle, or under the table's lock.
@@ -107,18 +108,14 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   std::atomic<U8> state_{0};   // a DedupHandleState, and the bit
 };
 
-// Fast while others still use the handle: one compare-and-exchange (one store
-// without thread-safe pointers).  The release that may leave only the table and
-// the notifier goes to the table, which decides under its lock.
+// Nothing but the count while many others still use the handle and one thread counts.
 inline U32 DedupHandle::referencesDec() const noexcept {
   if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
     return 1;
-  U32 seen = word();
-  while ((seen & countMask) - 1 > idleReferences(seen)) {
-    if (!threadSafePointers) return referenceSubtract() & countMask;
-    if (referenceSubtractFrom(seen)) return (seen - 1) & countMask;
-  }
-  return doRemoveFromDedupTable();
+  const U32 seen = word();
+  if (!threadSafePointers && (seen & countMask) > 3)
+    return referenceSubtractPlain(seen) & countMask;
+  return referencesDecShared(seen);
 }
 
 }  // namespace Dorn

@@ -10,7 +10,7 @@ namespace Dorn {
 namespace {
 
 // Enough that a few dozen threads seldom meet; a shard is one cache line.
-constexpr U32 threadSafeShards = 64;
+constexpr U32 threadSafeShards = 256;
 
 }  // namespace
 
@@ -78,39 +78,46 @@ DedupHandle::Ptr DedupHashTable::lookupByContent(const DedupContentHandle& key, 
 }
 
 DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, U32 hash) {
-  const U32 mixed = mixed32(hash);
-  Shard& shard = shardOf(mixed);
+  Miss miss;
+  miss.mixed_ = mixed32(hash);
+  return dedup(std::move(handle), miss);
+}
+
+DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, const Miss& miss) {
+  Shard& shard = shardOf(miss.mixed_);
   {
     const ShardLock lock(*this, shard);
-    DedupHandle* const found =
-        shard.buckets.find(mixed, [wanted = handle.ptr()](const DedupHandle* member) {
-          return member == wanted || wanted->compare(member);
-        });
-    if (found) return DedupHandle::Ptr(found);
+    if (DedupHandle* const found = equalMember(shard, miss, *handle)) return referenceTo(found);
     if (!isObserved()) {
-      insert(shard, mixed, *handle);
+      insert(shard, miss.mixed_, *handle);
       return handle;
     }
   }
-  return dedupObserved(shard, mixed, handle);
+  return dedupObserved(shard, miss, handle);
+}
+
+DedupHandle* DedupHashTable::equalMember(const Shard& shard, const Miss& miss,
+                                         const DedupHandle& handle) {
+  if (shard.insertions == miss.insertions_) return nullptr;
+  return shard.buckets.find(miss.mixed_, [&handle](const DedupHandle* member) {
+    return member == &handle || handle.compare(member);
+  });
 }
 
 // Looks again, as another thread may have been here between the two locks.
-DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, U32 mixed,
+DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
                                                const DedupHandle::Ptr& handle) {
   const NotificationLock notification(*this);
   {
     const ShardLock lock(*this, shard);
-    DedupHandle* const found = shard.buckets.find(
-        mixed, [&handle](const DedupHandle* member) { return handle->compare(member); });
-    if (found) return DedupHandle::Ptr(found);
-    insert(shard, mixed, *handle);
+    if (DedupHandle* const found = equalMember(shard, miss, *handle)) return referenceTo(found);
+    insert(shard, miss.mixed_, *handle);
   }
   DedupHashTableLifeTimeNotifiee* const notifiee = notifieeToTell();
   try {
     if (notifiee) notifiee->handleInsert(handle);
   } catch (...) {
-    insertionUndo(shard, mixed, *handle);
+    insertionUndo(shard, miss.mixed_, *handle);
     throw;
   }
   return handle;
@@ -124,6 +131,7 @@ void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
   handle.table_.store(number_, std::memory_order_relaxed);
   handle.dedupStateIs(DedupHandleState::deduped);
   shard.buckets.insert(mixed, &handle);
+  ++shard.insertions;
 }
 
 // The inserting thread still holds a reference, and others may have found the

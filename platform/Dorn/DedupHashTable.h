@@ -35,6 +35,7 @@
 #include "Dorn/DedupHashTableLifeTimeNotifiee.h"
 #include "Dorn/DumpContext.h"
 #include "Kiv/Export.h"
+#include "Kiv/Inline.h"
 #include "Kiv/PtrInterface.h"
 #include "Kiv/SpinLock.h"
 
@@ -58,6 +59,34 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     }));
   }
 
+  // What a lookup did not find, for the insertion of what is then made: that probes
+  // again only if others were inserted meanwhile.
+  class Miss {
+   private:
+    friend class DedupHashTable;
+    U32 mixed_ = 0;
+    U64 insertions_ = ~U64{0};  // of the shard, when it was looked at; or more than ever
+  };
+
+  // The member of class `Handle` that `isWanted(const Handle&)` accepts among those of
+  // this hash, or null, and then `miss` is set.
+  template <class Handle, class IsWanted>
+  KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
+    const U32 mixed = mixed32(hash);
+    const Shard& shard = shardOf(mixed);
+    const ShardLock lock(*this, shard);
+    auto* const found = shard.buckets.find(mixed, [&isWanted](const DedupHandle* member) {
+      return isWanted(static_cast<const Handle&>(*member));
+    });
+    if (found) {
+      found->referenceAdd();
+    } else {
+      miss.mixed_ = mixed;
+      miss.insertions_ = shard.insertions;
+    }
+    return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
+  }
+
   // The member equal to `handle`; `handle` itself becomes one if there is none.
   // All handles of one table are of one type. Throws std::bad_alloc, or what the
   // observer's handleInsert throws, and leaves the table as it was. Requires: the
@@ -66,8 +95,10 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     const U32 hash = handle->probeHash();
     return dedup(std::move(handle), hash);
   }
-  // The same for callers who know what the handle probes with.
+  // The same for callers who know what the handle probes with, or have looked it up in
+  // this table.
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle, U32 hash);
+  DedupHandle::Ptr dedup(DedupHandle::Ptr handle, const Miss& miss);
 
   // Observes the table from now on; a former observer is stopped first. Members
   // that are there already are announced. Null stops the observer.
@@ -108,6 +139,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   struct alignas(64) Shard {
     mutable Kiv::SpinLock lock;
     DedupBuckets buckets;
+    U64 insertions = 0;
   };
 
   // Holds a shard's lock, if the table has locks.
@@ -129,13 +161,13 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
 
   enum class Release : U8 { stays, leaves, dies };
 
-  // Spreads a member's hash over all bits: the low ones choose the shard, the high
-  // ones the bucket, and not every type's hash is good in both. Never 0, which the
-  // buckets keep for free slots.
+  // Spreads a member's hash over all bits: the low eight choose the shard, the others
+  // are for its buckets, and not every type's hash is good in both. Bit 15 is always
+  // set, as the buckets want it.
   static constexpr U32 mixed32(U32 hash) noexcept {
-    return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 1;
+    return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 0x8000;
   }
-  Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed >> 1 & shardMask_]; }
+  Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed & shardMask_]; }
   // Requires the notification lock.
   DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept {
     return stopping_ ? nullptr : notifiee_.load(std::memory_order_relaxed);
@@ -148,11 +180,19 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     const U32 mixed = mixed32(hash);
     const Shard& shard = shardOf(mixed);
     const ShardLock lock(*this, shard);
-    return DedupHandle::Ptr(shard.buckets.find(mixed, isWanted));
+    return referenceTo(shard.buckets.find(mixed, isWanted));
+  }
+  // A new reference to a member, or null. Requires the lock of its shard.
+  static DedupHandle::Ptr referenceTo(DedupHandle* member) noexcept {
+    if (member) member->referenceAdd();
+    return DedupHandle::Ptr(member, Kiv::adopt);
   }
 
   void insert(Shard& shard, U32 mixed, DedupHandle& handle);
-  DedupHandle::Ptr dedupObserved(Shard& shard, U32 mixed, const DedupHandle::Ptr& handle);
+  // The member that equals `handle`, which may be it, or null. Requires the lock of the
+  // shard.
+  static DedupHandle* equalMember(const Shard& shard, const Miss& miss, const DedupHandle& handle);
+  DedupHandle::Ptr dedupObserved(Shard& shard, const Miss& miss, const DedupHandle::Ptr& handle);
   void insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept;
 
   U32 memberRelease(DedupHandle& member) noexcept;

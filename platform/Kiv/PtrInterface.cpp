@@ -24,8 +24,6 @@ void VFPtrInterface::referencesExhausted() noexcept {
   assertFailed("references() <= maxReferences", "Kiv/PtrInterface", __LINE__, __PRETTY_FUNCTION__);
 }
 
-PtrInterface::~PtrInterface() = default;
-
 NotifieeList* PtrInterface::notifieeList() const noexcept { return nullptr; }
 
 void PtrInterface::hasNotificationActiveIs(bool on) noexcept { flagIs(notificationActiveFlag, on); }

@@ -75,6 +75,18 @@ class OV_EXPORT VFPtrInterface {
                                        std::memory_order_relaxed);
   }
 
+  // The same for a count that is `seen` and that no other thread changes.
+  U32 referenceSubtractPlain(U32 seen) const noexcept {
+    word_.store(seen - 1, std::memory_order_relaxed);
+    return seen - 1;
+  }
+
+  // How a new object begins whose maker adopts its first reference and that tells its
+  // observers of changes. Requires: nobody has seen it yet.
+  void beginNotifying() noexcept {
+    word_.store(notificationActiveFlag | 1, std::memory_order_relaxed);
+  }
+
   void flagIs(U32 flag, bool on) const noexcept;
 
  private:
@@ -100,7 +112,7 @@ class OV_EXPORT PtrInterface : public VFPtrInterface {
   virtual void zeroReferencesIs() noexcept;
   // The type record under which the object was allocated.
   virtual const Type& fwkType() const noexcept = 0;
-  virtual ~PtrInterface();
+  virtual ~PtrInterface() = default;
 
   bool hasNotificationActive() const noexcept { return (word() & notificationActiveFlag) != 0; }
 

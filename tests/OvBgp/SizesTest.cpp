@@ -24,7 +24,7 @@ static_assert(sizeof(ExtCommIp6) == 40);         // with the 20 octets in it
 static_assert(sizeof(ExtCommList) == 56);        // and 8 a member, and 80 at most
 static_assert(sizeof(ExtCommClassificationList) == 40);  // and 8 a member
 static_assert(sizeof(Dorn::DedupHandle) == 16);          // of each: count, state, table
-static_assert(sizeof(Dorn::DedupBucket) == 64);          // five members of a table
+static_assert(sizeof(Dorn::DedupBucket) == 64);          // seven members of a table
 // [/sizes]
 #endif
 

@@ -1,5 +1,7 @@
 #include "tests/shortage/FailingAllocator.h"
 
+#include <stdlib.h>
+
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
@@ -14,6 +16,9 @@ struct Plan {
   bool happened = false;
   U64 asked = 0;
 };
+
+// Each object is to ask for memory of its own.
+[[maybe_unused]] const bool poolsAreOff = ::setenv("KIV_PLAIN_NEW", "1", 1) == 0;
 
 constinit thread_local Plan plan;
 constinit std::atomic<U64> alive{0};

@@ -95,7 +95,8 @@ TEST_P(DedupHashTableTest, EqualContentsShareOneObjectUntilTheLastUserGoes) {
 TEST_P(DedupHashTableTest, MatchesAModelUnderRandomUseAndBadHashes) {
   for (const U32 modulus : {0U, 1U, 3U, 40U}) {
     Number::hashModulus = modulus;
-    const U32 values = modulus == 0 ? 5000 : 120;
+    // With one hash for all, more than a bucket can count.
+    const U32 values = modulus == 0 ? 5000 : 400;
     std::map<U32, std::vector<Number::Ptr>> held;
     std::mt19937 random(20240611 + modulus);
     for (int step = 0; step < 30000; ++step) {
