@@ -26,12 +26,16 @@ PavoAnchorTranslatorValidator::PavoAnchorTranslatorValidator(const void* stored,
 // store may be full of images that a dead writer, or a hostile one, left odd.
 U32 PavoAnchorTranslatorValidator::stillAnchor() const {
   constexpr int quickLooks = 100;
-  constexpr int looks = quickLooks + 16;
+  const int looks = quickLooks + (manager_->worthWaiting() ? 16 : 1);
   for (int look = 0; look < looks; ++look) {
     const U32 anchor = Stash::sharedLoad(image_->anchor);
-    if (anchor % 2 == 0) return anchor;
+    if (anchor % 2 == 0) {
+      if (look > 0) manager_->waitEnds(true);
+      return anchor;
+    }
     if (look >= quickLooks) std::this_thread::yield();
   }
+  manager_->waitEnds(false);
   std::ostringstream text;
   text << "version anchor: image " << stored_
        << " is being changed, or its writer died while changing it";

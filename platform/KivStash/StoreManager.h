@@ -2,6 +2,7 @@
 #ifndef KIVSTASH_STOREMANAGER_H
 #define KIVSTASH_STOREMANAGER_H
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -26,8 +27,25 @@ class OV_EXPORT StoreManager : public PtrInterface {
 
   const Stash::StoreBase& store() const noexcept { return store_; }
 
+  // Whether a reader that meets an image in change should wait for its writer for
+  // long: not once some have done so in vain, until one sees the writer finish a
+  // change.  A writer that died may have left any number of images odd.  Any thread.
+  bool worthWaiting() const noexcept {
+    return waitsInVain_.load(std::memory_order_relaxed) < waitsInVainMax;
+  }
+  void waitEnds(bool writerSeen) noexcept {
+    if (writerSeen) {
+      waitsInVain_.store(0, std::memory_order_relaxed);
+    } else if (worthWaiting()) {
+      waitsInVain_.fetch_add(1, std::memory_order_relaxed);
+    }
+  }
+
  private:
+  static constexpr U32 waitsInVainMax = 4;
+
   const Stash::StoreBase store_;
+  std::atomic<U32> waitsInVain_{0};  // one after the other
 };
 
 // Opens the store of that name for reading.

@@ -1,0 +1,81 @@
+// For whom readers wait, and how long.
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstddef>
+#include <fstream>
+
+#include "tests/platform/KivStash/StoreImages.h"
+
+// Counted on its way to the system.
+std::atomic<unsigned> processorGivenUp{0};
+extern "C" int sched_yield() noexcept {
+  ++processorGivenUp;
+  return static_cast<int>(::syscall(SYS_sched_yield));
+}
+
+namespace StoreTest {
+namespace {
+
+constexpr U32 lists = 60;
+
+void writeStore(const TestName& name) {
+  StoreWriter writer(name.name(), {0, 65536});
+  for (U32 i = 0; i < lists; ++i) {
+    writer.putList(standardList, true, std::span<const U32>(std::array{i}));
+  }
+}
+
+void anchorsAre(const TestName& name, U32 anchor) {
+  std::fstream file(name.text(), std::ios::binary | std::ios::in | std::ios::out);
+  for (U32 i = 0; i < lists; ++i) {
+    const std::size_t at = Stash::firstDirectoryBlock + offsetof(Stash::DirectoryBlock, images) +
+                           i * sizeof(Stash::StoredImage) + offsetof(Stash::StoredImage, anchor);
+    file.seekp(static_cast<std::streamoff>(at));
+    file.write(reinterpret_cast<const char*>(&anchor), sizeof anchor);
+  }
+}
+
+// How many images can be read; the others are being changed.
+U32 readable(const StoreManager::Ptr& manager) {
+  U32 count = 0;
+  StoreCursor cursor(manager);
+  while (const auto image = cursor.next()) {
+    try {
+      readList(*image, manager.ptr());
+      ++count;
+    } catch (const Stash::VersionAnchorException&) {
+    }
+  }
+  return count;
+}
+
+// On a busy machine each time may take as long as all others have the processor.
+TEST(StoreWait, IsShortForAWriterThatDiedWhereverItDid) {
+  const TestName name(true);
+  writeStore(name);
+  const auto manager = KivStash::storeManagerFactory(name.name());
+  EXPECT_EQ(lists, readable(manager));
+  anchorsAre(name, 5);
+  const unsigned before = processorGivenUp;
+  EXPECT_EQ(0U, readable(manager));
+  EXPECT_LT(0U, processorGivenUp - before);
+  EXPECT_GT(3 * lists, processorGivenUp - before);
+  anchorsAre(name, 6);
+  EXPECT_EQ(lists, readable(manager));
+}
+
+TEST(StoreWait, IsWorthItAgainOnceTheWriterIsSeen) {
+  const TestName name(true);
+  writeStore(name);
+  const auto manager = KivStash::storeManagerFactory(name.name());
+  for (int i = 0; i < 100; ++i) manager->waitEnds(false);
+  EXPECT_FALSE(manager->worthWaiting());
+  manager->waitEnds(true);
+  EXPECT_TRUE(manager->worthWaiting());
+}
+
+}  // namespace
+}  // namespace StoreTest
