@@ -54,7 +54,9 @@ std::optional<StoredRef> StoreCursor::next() {
     const std::size_t offset = offsetof(DirectoryBlock, images) + index_++ * sizeof(StoredImage);
     const ImageKind kind = Stash::sharedLoad(image.kind);
     if (kind == ImageKind::none) continue;
-    const void* const stored = static_cast<const std::byte*>(stored_) + offset;
+    // As a number: the writer's addresses may be any, and wrap.
+    const auto* const stored =
+        reinterpret_cast<const void*>(reinterpret_cast<Word>(stored_) + offset);
     if (!isImageKind(kind)) {
       std::ostringstream text;
       text << "image " << stored << ": unknown kind " << static_cast<U32>(kind);

@@ -125,6 +125,8 @@ TEST(HostileStore, IsRefusedByNamingTheCheck) {
       {"length", set(offsetof(StoreHeader, length), Word{100}), "length is 100", 0},
       {"huge length", set(offsetof(StoreHeader, length), Word{8000}), "cut short", 0},
       {"base", set(offsetof(StoreHeader, base), Word{16}), "outside the store", 2},
+      {"base at the end of all addresses", set(offsetof(StoreHeader, base), Word{0} - 256),
+       "outside the store", 2},
       {"directory on itself", setStored(Stash::firstDirectoryBlock, Stash::firstDirectoryBlock),
        "leads back", 5},
       {"directory in itself", setStored(Stash::firstDirectoryBlock, firstImage + 8), "leads back",
