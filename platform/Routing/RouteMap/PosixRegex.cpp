@@ -14,10 +14,12 @@ namespace {
 
 constexpr std::size_t expressionSizeMax = 4096;
 constexpr std::size_t nestingMax = 100;
-constexpr U64 itemsMax = 100'000;
+constexpr U64 copiesMax = 2000;
+constexpr U64 timesMax = 100'000;  // more than the C library takes
 
 // Estimates what compiling an expression costs.  The C library recurses into
-// groups and copies what is repeated, with no bound of its own.  Whether the
+// groups and copies what is repeated, with no bound of its own; time grows with up
+// to the third power of the copies, and memory with the second.  Whether the
 // expression is right is left to the C library: what is malformed merely gives
 // an estimate of no meaning.
 class CostEstimate {
@@ -61,7 +63,6 @@ class CostEstimate {
     Group& group = groups_.back();
     group.last = items;
     group.items += items;
-    if (group.items > itemsMax) isTooMuch_ = true;
   }
 
   void openGroup() {
@@ -76,14 +77,15 @@ class CostEstimate {
     addPart(items);
   }
 
-  // Both factors are small enough for the product: items by itemsMax, `times` by
-  // the bound in repeat.
+  // Both factors are small enough for the product: items by the expression's size
+  // and copiesMax, `times` by timesMax.
   void multiplyLast(U64 times) {
     Group& group = groups_.back();
     const U64 added = group.last * (times - 1);
     group.last += added;
     group.items += added;
-    if (group.items > itemsMax) isTooMuch_ = true;
+    copies_ += added;
+    if (copies_ > copiesMax) isTooMuch_ = true;
   }
 
   // {m}, {m,}, {m,n} and, as an extension, {,n}: the largest number counts.
@@ -93,7 +95,7 @@ class CostEstimate {
     for (++at_; at_ < text_.size() && text_[at_] != '}'; ++at_) {
       const char c = text_[at_];
       number =
-          c >= '0' && c <= '9' ? std::min(number * 10 + static_cast<U64>(c - '0'), itemsMax) : 0;
+          c >= '0' && c <= '9' ? std::min(number * 10 + static_cast<U64>(c - '0'), timesMax) : 0;
       times = std::max(times, number);
     }
     multiplyLast(std::max<U64>(times, 1) + 1);
@@ -121,6 +123,7 @@ class CostEstimate {
   const std::string_view text_;
   std::size_t at_ = 0;
   std::vector<Group> groups_{1};
+  U64 copies_ = 0;  // items that stand for others, of all groups
   bool isTooMuch_ = false;
 };
 

@@ -18,9 +18,9 @@ namespace Routing::RouteMap {
 class OV_EXPORT PosixRegex {
  public:
   // Raises Kiv::RangeException, with the expression and the C library's message,
-  // if it does not compile.  Expressions that could exhaust the C library's stack
-  // or memory are refused in the same way: longer than 4096 octets, groups nested
-  // deeper than 100, or repetitions that multiply out to more than 100000 items.
+  // if it does not compile.  Expressions that could exhaust the C library's stack,
+  // memory or patience are refused in the same way: longer than 4096 octets, groups nested
+  // deeper than 100, or repetitions that multiply out to more than 2000 copies.
   explicit PosixRegex(Kiv::String expression);
 
   const Kiv::String& expression() const { return expression_; }
