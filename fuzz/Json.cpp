@@ -214,7 +214,8 @@ extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
   Json json;
   const Items expected = Program(input, json).run();
   Reader reader;
-  require(Fuzz::readJson(json.view(), reader), "no JSON");
+  constexpr unsigned exactly = rapidjson::kParseFullPrecisionFlag;
+  require(Fuzz::readJson<exactly>(json.view(), reader), "no JSON");
   require(reader.items == expected, "JSON of something else");
   const std::size_t written = json.size();
   json.clear();

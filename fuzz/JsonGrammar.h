@@ -12,14 +12,15 @@ namespace Fuzz {
 
 // Passes what `text` says to `handler`, an extension of rapidjson::BaseReaderHandler.
 // False if it is not one value of JSON in UTF-8, with nothing behind it.
-template <class Handler>
+// `more` are further flags of its parser.
+template <unsigned more = 0, class Handler>
 bool readJson(std::string_view text, Handler& handler) {
   // The reader would take a NUL for the end of the text.
   if (text.find('\0') != text.npos) return false;
   rapidjson::MemoryStream stream(text.data(), text.size());
   rapidjson::Reader reader;
-  constexpr unsigned strictly = rapidjson::kParseValidateEncodingFlag |
-                                rapidjson::kParseFullPrecisionFlag | rapidjson::kParseIterativeFlag;
+  constexpr unsigned strictly =
+      rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag | more;
   return !reader.Parse<strictly>(stream, handler).IsError();
 }
 

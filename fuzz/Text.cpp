@@ -161,7 +161,7 @@ void checkRouteTarget(std::string_view text) {
 }
 
 void checkRouteTargetPrefix(std::string_view text) {
-  checkReader<RouteTargetPrefix, Texts::one>(text);
+  checkReader<RouteTargetPrefix, Texts::several>(text);
   isWhole<RouteTargetPrefix>(text);
   Fuzz::Input input(reinterpret_cast<const U8*>(text.data()), text.size());
   const U64 bits = input.u64();
