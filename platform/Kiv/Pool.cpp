@@ -80,8 +80,8 @@ struct Slab {
   U32 used = 0;
 };
 
-// The slabs of one size that have room.  Those that have had none for longest come
-// last, so that the others may get empty.
+// The slabs of one size that have room.  What was full until now comes first and is
+// filled up again, so that the others may get empty.
 class alignas(64) Depot {
  public:
   // Chains up to `wanted` pieces, at least one, to `first`; says how many.
@@ -101,18 +101,22 @@ class alignas(64) Depot {
   }
 
   void give(std::size_t size, Piece* first) noexcept {
-    const std::lock_guard lock(*this);
-    while (first) {
-      Piece* const piece = std::exchange(first, first->next);
-      Slab& slab = *Slab::of(piece);
-      if (!slab.hasRoom(size)) enter(slab);
-      slab.give(piece);
-      // One may stay, lest a slab come and go with each piece.
-      if (slab.used == 0 && (slab.next || slab.previous)) {
-        leave(slab);
-        Slab::destroy(&slab);
+    Slab* empty = nullptr;
+    {
+      const std::lock_guard lock(*this);
+      while (first) {
+        Piece* const piece = std::exchange(first, first->next);
+        Slab& slab = *Slab::of(piece);
+        if (!slab.hasRoom(size)) enter(slab);
+        slab.give(piece);
+        // One may stay, lest a slab come and go with each piece.
+        if (slab.used == 0 && (slab.next || slab.previous)) {
+          leave(slab);
+          slab.next = std::exchange(empty, &slab);
+        }
       }
     }
+    while (empty) Slab::destroy(std::exchange(empty, empty->next));
   }
 
   void lock() noexcept { lock_.lock(); }
@@ -187,7 +191,7 @@ bool isPooled() noexcept {
   return pooled;
 }
 
-// The thread gets its bins for the next time, if it can.
+// Both: the thread gets its bins for the next time, if it can.
 [[gnu::noinline]] void* newWithoutBins(std::size_t size) {
   if (!isPooled()) return ::operator new(size);
   PerThread<Bins>::mine();
@@ -199,6 +203,7 @@ bool isPooled() noexcept {
 
 [[gnu::noinline]] void deleteWithoutBins(void* memory, std::size_t size) noexcept {
   if (!isPooled()) return ::operator delete(memory, size);
+  PerThread<Bins>::mine();
   const std::size_t index = indexOf(size);
   depots[index].give(octetsOf(index), new (memory) Piece{nullptr});
 }
