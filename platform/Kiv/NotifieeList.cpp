@@ -47,7 +47,7 @@ NotifieeList::~NotifieeList() {
   }
 }
 
-void NotifieeList::notify(const Change& change) {
+void NotifieeList::deliver(const Change& change) {
   const Delivery delivery(*this);
   const std::size_t present = notifiees_.size();
   for (std::size_t i = 0; i < present; ++i) {

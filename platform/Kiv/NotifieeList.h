@@ -72,7 +72,9 @@ class OV_EXPORT NotifieeList {
 
   // Tells all observers. One that registers meanwhile does not hear of it; one
   // that is gone when its turn comes does not either.
-  void notify(const Change& change);
+  void notify(const Change& change) {
+    if (!notifiees_.empty()) deliver(change);
+  }
 
   std::size_t size() const noexcept;
 
@@ -81,6 +83,7 @@ class OV_EXPORT NotifieeList {
 
   class Delivery;
 
+  void deliver(const Change& change);
   void add(Notifiee* notifiee) { notifiees_.push_back(notifiee); }
   void remove(const Notifiee* notifiee) noexcept;
 

@@ -4,9 +4,9 @@
 
 #include <functional>
 #include <new>
-#include <unordered_set>
 #include <vector>
 
+#include "Kiv/FlatSet.h"
 #include "Kiv/NotifieeList.h"
 #include "Kiv/PtrInterface.h"
 #include "Kiv/Types.h"
@@ -27,12 +27,12 @@ class NotifyingSet {
   // Both return whether anything changed; only then are observers told. The set
   // may be gone when they return, if an observer destroyed the object.
   bool add(Key key) {
-    if (!keys_.insert(key).second) return false;
+    if (!keys_.add(key)) return false;
     notify(key);
     return true;
   }
   bool del(Key key) {
-    if (keys_.erase(key) == 0) return false;
+    if (!keys_.del(key)) return false;
     notify(key);
     return true;
   }
@@ -48,8 +48,8 @@ class NotifyingSet {
     for (const Key& key : present) del(key);
   }
 
-  bool has(const Key& key) const { return keys_.contains(key); }
-  U32 size() const noexcept { return static_cast<U32>(keys_.size()); }
+  bool has(const Key& key) const { return keys_.has(key); }
+  U32 size() const noexcept { return keys_.size(); }
   auto begin() const noexcept { return keys_.begin(); }
   auto end() const noexcept { return keys_.end(); }
   // A copy, for walks during which the set may change.
@@ -62,7 +62,7 @@ class NotifyingSet {
 
   const PtrInterface& owner_;
   const U32 attribute_;
-  std::unordered_set<Key, Hash> keys_;
+  FlatSet<Key, Hash> keys_;
 };
 
 }  // namespace Kiv

@@ -5,8 +5,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <random>
+#include <set>
 #include <vector>
 
+#include "Kiv/FlatSet.h"
 #include "Kiv/NotifyingSet.h"
 
 namespace {
@@ -95,6 +98,46 @@ class Owner : public Kiv::PtrInterface {
   Kiv::NotifyingSet<int> set{*this, 7};
 };
 KIV_OBJECT_DEFINE(Owner)
+
+// Keys that fall into few places, the empty one among them, against a plain set.
+TEST(FlatSet, HoldsWhatAPlainSetHolds) {
+  struct Crowded {
+    std::size_t operator()(int key) const noexcept { return static_cast<std::size_t>(key % 5); }
+  };
+  Kiv::FlatSet<int, Crowded> set;
+  std::set<int> plain;
+  std::mt19937 random(7);
+  for (int step = 0; step < 4000; ++step) {
+    const int key = static_cast<int>(random() % 64);
+    // Grows, shrinks to nothing, and grows again.
+    if (random() % 8 < (step / 1000 % 2 == 0 ? 6 : 2)) {
+      EXPECT_EQ(plain.insert(key).second, set.add(key));
+    } else {
+      EXPECT_EQ(plain.erase(key) != 0, set.del(key));
+    }
+    ASSERT_EQ(plain.size(), set.size());
+    ASSERT_EQ(plain.contains(key), set.has(key));
+    if (step % 50 == 0) {
+      EXPECT_EQ(plain, std::set<int>(set.begin(), set.end()));
+      for (int other = 0; other < 64; ++other) ASSERT_EQ(plain.contains(other), set.has(other));
+    }
+  }
+}
+
+TEST(FlatSet, DropsWhatItsKeysHold) {
+  const Owner::Ptr owner(new Owner);
+  {
+    Kiv::FlatSet<Owner::Ptr> set;
+    EXPECT_TRUE(set.add(owner));
+    for (int i = 0; i < 20; ++i) set.add(Owner::Ptr(new Owner));
+    EXPECT_EQ(2U, owner->references());
+    EXPECT_TRUE(set.del(owner));
+    EXPECT_FALSE(set.has(owner));
+    EXPECT_EQ(1U, owner->references());
+    set.add(owner);
+  }
+  EXPECT_EQ(1U, owner->references());
+}
 
 TEST(NotifyingSet, TellsOfChangesOnly) {
   const Owner::Ptr owner(new Owner);
