@@ -38,10 +38,6 @@ bool ExtComm::compare(Dorn::DedupHandle::RawPtrConst other) const {
   return content_ == static_cast<const ExtComm*>(other)->content_;
 }
 
-bool ExtComm::compareByContent(const Dorn::DedupContentHandle& key) const {
-  return content_ == static_cast<const ExtCommContent&>(key);
-}
-
 bool ExtComm::isLinkBandwidthWithUnspecifiedAsNumber() const { return false; }
 
 BgpExtCommPktSubtype ExtComm::pktSubtype() const { return {}; }

@@ -46,7 +46,9 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   }
   U32 hash() const override;
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
-  bool compareByContent(const Dorn::DedupContentHandle& key) const override;
+  bool compareByContent(const Dorn::DedupContentHandle& key) const override {
+    return content_ == static_cast<const ExtCommContent&>(key);
+  }
 
   virtual bool isLinkBandwidthWithUnspecifiedAsNumber() const;
   // The subtype octet; unspecified for a class without subtypes.

@@ -68,8 +68,9 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
 ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                                         const ExtCommContent& content) {
   PtrConst result = table->dedupContent<ExtComm>(
-      content, hashOf(content), [&content](const BgpParseExtendedCommunityRule& rule) {
-        ExtComm::Ptr made = rule.parseExtendedCommunity(content);
+      content, hashOf(content),
+      [](const BgpParseExtendedCommunityRule& rule, const ExtCommContent& wanted) {
+        ExtComm::Ptr made = rule.parseExtendedCommunity(wanted);
         if (made && !made->everDeduped()) made->plainNoted();
         return made;
       });

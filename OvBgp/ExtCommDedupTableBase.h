@@ -42,17 +42,23 @@ class OV_EXPORT ExtCommDedupTableBase : public Kiv::PtrInterface {
   ~ExtCommDedupTableBase() override;
 
   // The member that `content` describes, which hashes to `hash`; if there is none,
-  // what `parse(rule)` makes, or the equal one that another thread was first with.
+  // what `parse(rule, content)` makes, or the equal one that another thread was first with.
   // Null if `parse` makes nothing.
   template <class Value, class Content, class Parse>
   Kiv::Ptr<const Value> dedupContent(const Content& content, U32 hash, const Parse& parse) const {
     if (Kiv::Ptr<const Value> found = dedupTable_->lookup<Value>(content, hash)) return found;
-    Kiv::Ptr<Value> made = parse(rule());
-    if (!made) return nullptr;
-    return Kiv::staticPtrCast<const Value>(dedupTable_->dedup(std::move(made)));
+    return dedupNew<Value>(content, hash, parse);
   }
 
  private:
+  // Apart, so that a hit saves nothing for it.
+  template <class Value, class Content, class Parse>
+  [[gnu::noinline]] Kiv::Ptr<const Value> dedupNew(const Content& content, U32 hash,
+                                                   const Parse& parse) const {
+    Kiv::Ptr<Value> made = parse(rule(), content);
+    if (!made) return nullptr;
+    return Kiv::staticPtrCast<const Value>(dedupTable_->dedup(std::move(made), hash));
+  }
   const BgpParseExtendedCommunityRule& rule() const;
 
   const Kiv::Ptr<Dorn::DedupHashTable> dedupTable_;

@@ -33,10 +33,6 @@ bool ExtCommIp6::compare(Dorn::DedupHandle::RawPtrConst other) const {
   return extCommIp6Content_ == static_cast<const ExtCommIp6*>(other)->extCommIp6Content_;
 }
 
-bool ExtCommIp6::compareByContent(const Dorn::DedupContentHandle& key) const {
-  return extCommIp6Content_ == static_cast<const ExtCommIp6Content&>(key);
-}
-
 BgpExtCommIp6PktType ExtCommIp6::pktType() const noexcept {
   const BgpExtCommIp6PktType type{extCommIp6Content_.type()};
   return bgpIsValidEnumMember(type) ? type : extCommIp6PktTypeUnknown;

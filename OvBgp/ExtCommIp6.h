@@ -41,7 +41,9 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
 
   U32 hash() const override;
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
-  bool compareByContent(const Dorn::DedupContentHandle& key) const override;
+  bool compareByContent(const Dorn::DedupContentHandle& key) const override {
+    return extCommIp6Content_ == static_cast<const ExtCommIp6Content&>(key);
+  }
   U32 probeHash() const override;
 
   // The subtype octet; unspecified for a class without subtypes.

@@ -21,8 +21,9 @@ ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
 ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
                                               const ExtCommIp6Content& content) {
   PtrConst result = table->dedupContent<ExtCommIp6>(
-      content, content.probeHash(), [&content](const BgpParseExtendedCommunityRule& rule) {
-        return rule.parseExtendedCommunityIp6(content);
+      content, content.probeHash(),
+      [](const BgpParseExtendedCommunityRule& rule, const ExtCommIp6Content& wanted) {
+        return rule.parseExtendedCommunityIp6(wanted);
       });
   KIV_ASSERT(result, "dedupHandle", "OvBgp/ExtCommIp6");
   return result;

@@ -6,13 +6,12 @@
 
 namespace Kiv {
 
-// Mixes every bit of `value` and `seed` into every bit of the result: two rounds
-// of multiply and fold.  The same on every platform.
+// One multiplication, of which the upper half is taken: every bit of `value` and
+// `seed` reaches the upper bits of the result, some of them no others.  For tables that
+// choose places by the upper bits, or multiply again.  The same on every platform.
 constexpr U32 hashSingleAttr(U32 seed, U64 value) noexcept {
-  U64 h = (value ^ (U64{seed} << 32 | seed)) + 0x9E3779B97F4A7C15;
-  h = (h ^ (h >> 30)) * 0xBF58476D1CE4E5B9;
-  h = (h ^ (h >> 27)) * 0x94D049BB133111EB;
-  return static_cast<U32>(h ^ (h >> 31)) ^ static_cast<U32>(h >> 32);
+  const U64 h = value + seed * U64{0x9E3779B97F4A7C15};
+  return static_cast<U32>((h ^ h >> 32) * 0xBF58476D1CE4E5B9 >> 32);
 }
 
 }  // namespace Kiv
