@@ -48,10 +48,10 @@ class OV_EXPORT ExtCommClassificationList : public ExtCommClassificationListBase
     return ExtCommClassificationListBase::lookupExtComm(ExtCommContent(value));
   }
 
-  CommVectorAttrs commVectorAttrs() const noexcept { return commVectorAttrs_; }
-  bool commVectorSorted() const noexcept { return commVectorAttrs_.sorted(); }
-  void commVectorSortedIs(bool sorted) noexcept { commVectorAttrs_.sortedIs(sorted); }
-  bool hasPrunableValues() const noexcept { return commVectorAttrs_.hasPrunableValues(); }
+  CommVectorAttrs commVectorAttrs() const { return CommVectorAttrs(notes()); }
+  bool commVectorSorted() const noexcept { return (notes() & sortedNote) != 0; }
+  void commVectorSortedIs(bool sorted) noexcept { noteIs(sortedNote, sorted); }
+  bool hasPrunableValues() const noexcept { return (notes() & prunableNote) != 0; }
 
   // Notes whether, with `comm` (the last member), there is something to prune: here,
   // if it is not valid.
@@ -71,10 +71,11 @@ class OV_EXPORT ExtCommClassificationList : public ExtCommClassificationListBase
   void zeroReferencesIs() noexcept override;
 
  protected:
-  void hasPrunableValuesIs(bool has) noexcept { commVectorAttrs_.hasPrunableValuesIs(has); }
+  void hasPrunableValuesIs(bool has) noexcept { noteIs(prunableNote, has); }
 
  private:
-  CommVectorAttrs commVectorAttrs_;
+  // The bits are those of CommVectorAttrs.
+  static constexpr U8 prunableNote = 2;
 };
 
 // The route targets of a list.  While one is interned, its table keeps a notifier

@@ -32,16 +32,13 @@ class OV_EXPORT ExtCommIp6ClassificationList final
   // The member of that content, or null.  Requires: sorted.
   ExtCommIp6::PtrConst comm(const ExtCommIp6Content& content) const;
 
-  bool commVectorSorted() const noexcept { return commVectorSorted_; }
-  void commVectorSortedIs(bool sorted) noexcept { commVectorSorted_ = sorted; }
+  bool commVectorSorted() const noexcept { return (notes() & sortedNote) != 0; }
+  void commVectorSortedIs(bool sorted) noexcept { noteIs(sortedNote, sorted); }
 
   void zeroReferencesIs() noexcept override;
 
   // A copy to edit and to watch.
   Kiv::Ptr<ExtCommIp6ClassificationListSnapshot> commSnapshot() const;
-
- private:
-  bool commVectorSorted_ = false;
 };
 
 // New, empty, with notification switched on.  Throws std::bad_alloc.

@@ -432,6 +432,10 @@ auto ExtCommListBase<Family>::dedupByHand(const ListTable* table,
 template <class Family>
 void ExtCommListBase<Family>::zeroReferencesIs() noexcept {
   if (!commVector_.isAttached()) return Dorn::DedupHandle::zeroReferencesIs();
+  // Many of them are used by no other list, and so are in no cache.
+  for (const ClassificationListPtr& part : classificationListVector_) {
+    __builtin_prefetch(part.ptr());
+  }
   const std::size_t behind = commVector_.storageBytes() + classificationListVector_.storageBytes();
   KivStash::destroyWithArray<List, ValuePtr>(self(), behind);
 }

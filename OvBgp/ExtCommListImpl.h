@@ -78,8 +78,13 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
 
  protected:
   explicit ExtCommClassificationListBase(ExtCommClassification classification) noexcept
-      : classification_(static_cast<U8>(classification)) {}
+      : classification_(static_cast<U8>(classification) & 0x3F) {}
   ~ExtCommClassificationListBase() override;
+
+  // What a sub-list notes of its members: two bits, sorted the first of them.
+  static constexpr U8 sortedNote = 1;
+  U8 notes() const noexcept { return notes_; }
+  void noteIs(U8 note, bool on) noexcept { notes_ = (on ? notes_ | note : notes_ & ~note) & 3; }
 
   ValuePtr lookupExtComm(const Content& content) const {
     return ExtCommVectorLookup(commVector_, content);
@@ -100,7 +105,9 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   // For a part of a list that will not be interned: nor will this one ever be.
   void neverInterned() noexcept { dedupStateIs(Dorn::DedupHandleState::rebuilt); }
 
-  const U8 classification_;  // in an octet that the handle has left over
+  // One octet, which the handle has left over.
+  const U8 classification_ : 6;
+  U8 notes_ : 2 = 0;
   ExtCommVector<Value> commVector_;
 };
 

@@ -22,7 +22,7 @@ static_assert(sizeof(ExtComm) == 24);            // colors and most others
 static_assert(sizeof(ExtCommAsNumber) == 24);    // route targets
 static_assert(sizeof(ExtCommIp6) == 40);         // with the 20 octets in it
 static_assert(sizeof(ExtCommList) == 56);        // and 8 a member, and 80 at most
-static_assert(sizeof(ExtCommClassificationList) == 40);  // and 8 a member
+static_assert(sizeof(ExtCommClassificationList) == 32);  // and 8 a member
 static_assert(sizeof(Dorn::DedupHandle) == 16);          // of each: count, state, table
 static_assert(sizeof(Dorn::DedupBucket) == 64);          // seven members of a table
 // [/sizes]
