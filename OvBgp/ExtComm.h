@@ -113,7 +113,10 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   ExtComm(ExtCommClassification classification, const ExtCommContent& content, bool variant)
       : classification_(static_cast<U8>(classification) & 0x3F),
         variant_(variant),
-        content_(content) {}
+        content_(content) {
+    // What the observer of their table hears of.
+    if (classification == extCommClassificationRouteTarget) notableIs();
+  }
   bool variant() const noexcept { return variant_; }
 
   // How a diagnostic text starts unless the class has words of its own: the name

@@ -25,7 +25,7 @@ KIV_OBJECT_DEFINE(ExtCommLifeTimeNotifiee)
 KIV_OBJECT_DEFINE(ExtCommDedupTable)
 
 ExtCommLifeTimeNotifiee::ExtCommLifeTimeNotifiee(const NotifyingRouteTargetList::Ptr& list)
-    : producerRtList_(list) {}
+    : DedupHashTableLifeTimeNotifiee(Interest::notable), producerRtList_(list) {}
 
 // If this fails, the value does not stay interned, and so must not stay listed.
 void ExtCommLifeTimeNotifiee::handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) {

@@ -22,7 +22,8 @@ bool DedupHandle::compareByContent(const DedupContentHandle&) const { return fal
 U32 DedupHandle::probeHash() const { return hash(); }
 
 void DedupHandle::dedupStateIs(DedupHandleState state) noexcept {
-  stateIs(static_cast<U8>((this->state() & beingDetachedBit) | static_cast<U8>(state)));
+  stateIs(
+      static_cast<U8>((this->state() & (beingDetachedBit | notableBit)) | static_cast<U8>(state)));
 }
 
 void DedupHandle::beingDetachedIs(bool being) noexcept {

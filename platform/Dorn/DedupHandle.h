@@ -65,9 +65,11 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   virtual U32 probeHash() const;
 
   DedupHandleState dedupState() const noexcept {
-    return static_cast<DedupHandleState>(state() & ~beingDetachedBit);
+    return static_cast<DedupHandleState>(state() & ~(beingDetachedBit | notableBit));
   }
   bool beingDetached() const noexcept { return (state() & beingDetachedBit) != 0; }
+  // Whether observers of notable members only hear of this one.
+  bool isNotable() const noexcept { return (state() & notableBit) != 0; }
   bool haveLifeTimeNotifier() const noexcept { return (word() & lifeTimeNotifierFlag) != 0; }
   // Says that a notifier object holds a counted reference to this handle: set it
   // after that reference is taken, clear it before that reference is dropped.
@@ -86,11 +88,14 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   ~DedupHandle() override = default;
 
   void dedupStateIs(DedupHandleState state) noexcept;
+  // For the constructors of a type.
+  void notableIs() noexcept { stateIs(static_cast<U8>(state() | notableBit)); }
 
  private:
   friend class DedupHashTable;
 
   static constexpr U8 beingDetachedBit = 0x80;
+  static constexpr U8 notableBit = 0x40;
 
   // The references that keep a member in its table though nobody uses it: one or two.
   static constexpr U32 idleReferences(U32 word) noexcept {
@@ -105,7 +110,7 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   // Both change only while one thread has the handle, or under the table's lock.
   // What a subclass has of one octet comes right behind them, before the padding.
   std::atomic<U16> table_{0};  // its number, while a member
-  std::atomic<U8> state_{0};   // a DedupHandleState, and the bit
+  std::atomic<U8> state_{0};   // a DedupHandleState, and the bits
 };
 
 // Nothing but the count while many others still use the handle and one thread counts.

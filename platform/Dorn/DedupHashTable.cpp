@@ -88,7 +88,7 @@ DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, const Miss& miss
   {
     const ShardLock lock(*this, shard);
     if (DedupHandle* const found = equalMember(shard, miss, *handle)) return referenceTo(found);
-    if (!isObserved()) {
+    if (!isObserved(*handle)) {
       insert(shard, miss.mixed_, *handle);
       return handle;
     }
@@ -113,7 +113,7 @@ DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
     if (DedupHandle* const found = equalMember(shard, miss, *handle)) return referenceTo(found);
     insert(shard, miss.mixed_, *handle);
   }
-  DedupHashTableLifeTimeNotifiee* const notifiee = notifieeToTell();
+  DedupHashTableLifeTimeNotifiee* const notifiee = isObserved(*handle) ? notifieeToTell() : nullptr;
   try {
     if (notifiee) notifiee->handleInsert(handle);
   } catch (...) {
@@ -154,7 +154,7 @@ U32 DedupHashTable::memberRelease(DedupHandle& member) noexcept {
   {
     const ShardLock lock(*this, shard);
     // Under the lock, so that an observer that has just come misses nothing.
-    if (!isObserved()) {
+    if (!isObserved(member)) {
       outcome = releaseLocked(shard, mixed, member, left);
     } else {
       left = ~U32{0};
@@ -176,7 +176,8 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
       outcome = releaseLocked(shard, mixed, member, left);
     }
     if (outcome == Release::leaves) {
-      DedupHashTableLifeTimeNotifiee* const notifiee = notifieeToTell();
+      DedupHashTableLifeTimeNotifiee* const notifiee =
+          isObserved(member) ? notifieeToTell() : nullptr;
       if (notifiee) notifiee->handleRemove(&member);
       notification.dropLater(member);
     }
@@ -211,7 +212,7 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
   if (!notifiee) return;
   notifiee->table_ = this;
   // Before the walk: an insertion that it misses sees the observer.
-  notifiee_.store(notifiee.ptr(), std::memory_order_release);
+  notifieeSet(notifiee.ptr());
   // Outlives the registration if that fails: what leaves with it must not be told.
   std::vector<DedupHandle::Ptr> present;
   try {
@@ -219,7 +220,7 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
     for (const DedupHandle::Ptr& member : present) {
       // What is done on hearing of one may have ended this registration.
       if (registrations_ != registration) return;
-      if (member->isDeduped()) notifiee->handleInsert(member);
+      if (member->isDeduped() && isObserved(*member)) notifiee->handleInsert(member);
     }
   } catch (...) {
     if (registrations_ == registration) notifieeStop();
@@ -237,7 +238,17 @@ void DedupHashTable::notifieeStop() noexcept {
   notifiee->handleNotificationStop(PtrConst(this));
   stopping_ = false;
   notifiee->table_ = nullptr;
-  notifiee_.store(nullptr, std::memory_order_release);
+  notifieeSet(nullptr);
+}
+
+void DedupHashTable::notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept {
+  using Interest = DedupHashTableLifeTimeNotifiee::Interest;
+  notifiee_.store(notifiee, std::memory_order_release);
+  Observation observation = Observation::none;
+  if (notifiee) {
+    observation = notifiee->interest_ == Interest::all ? Observation::all : Observation::notable;
+  }
+  observation_.store(observation, std::memory_order_release);
 }
 
 U32 DedupHashTable::size() const {

@@ -160,6 +160,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   };
 
   enum class Release : U8 { stays, leaves, dies };
+  enum class Observation : U8 { none, notable, all };
 
   // Spreads a member's hash over all bits: the low eight choose the shard, the others
   // are for its buckets, and not every type's hash is good in both. Bit 15 is always
@@ -172,7 +173,14 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept {
     return stopping_ ? nullptr : notifiee_.load(std::memory_order_relaxed);
   }
-  bool isObserved() const noexcept { return notifiee_.load(std::memory_order_acquire) != nullptr; }
+  // Whether an observer has to hear of `member`.
+  bool isObserved(const DedupHandle& member) const noexcept {
+    const Observation observation = observation_.load(std::memory_order_acquire);
+    return observation == Observation::all ||
+           (observation == Observation::notable && member.isNotable());
+  }
+  // Requires the notification lock.
+  void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept;
 
   // The member that `isWanted` accepts, with a reference taken under the lock.
   template <class IsWanted>
@@ -213,6 +221,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   std::unique_ptr<Shard[]> shards_;
 
   std::atomic<DedupHashTableLifeTimeNotifiee*> notifiee_{nullptr};
+  std::atomic<Observation> observation_{Observation::none};  // what it is interested in
   // Guards what is below, and the order of notices.
   std::recursive_mutex notificationMutex_;
   bool stopping_ = false;  // the observer is being told to stop

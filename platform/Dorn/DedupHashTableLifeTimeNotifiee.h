@@ -23,6 +23,10 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
  public:
   using Ptr = Kiv::Ptr<DedupHashTableLifeTimeNotifiee>;
 
+  // Which members it hears of: those of which DedupHandle::isNotable() says so, or
+  // all. What happens to the others takes no notification lock.
+  enum class Interest : U8 { all, notable };
+
   // `handle` is a member now.  If this throws, the insertion is taken back.
   virtual void handleInsert(const Kiv::Ptr<DedupHandle>& handle) = 0;
   // `handle` is a member no more and is about to be dropped: read it, but take no
@@ -36,11 +40,13 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
   void zeroReferencesIs() noexcept override;
 
  protected:
-  DedupHashTableLifeTimeNotifiee() noexcept = default;
+  explicit DedupHashTableLifeTimeNotifiee(Interest interest = Interest::all) noexcept
+      : interest_(interest) {}
 
  private:
   friend class DedupHashTable;
 
+  const Interest interest_;
   DedupHashTable* table_ = nullptr;
 };
 

@@ -19,6 +19,7 @@ class Observer : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(Observer)
 
  public:
+  explicit Observer(Interest interest = Interest::all) : DedupHashTableLifeTimeNotifiee(interest) {}
   void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
     const auto& number = static_cast<const Number&>(*handle);
     if (throwOnInsert) throw std::runtime_error("refused");
@@ -175,6 +176,30 @@ TEST_P(DedupHashTableTest, ObserverHearsEachChangeOnceAndInOrder) {
   table_->lifeTimeNotifieeDel();
   EXPECT_EQ(1, second->stops);
   EXPECT_EQ(2U, table_->size()) << "members stay";
+}
+
+TEST_P(DedupHashTableTest, ObserverOfNotableMembersHearsOfNoOthers) {
+  const auto internNotable = [this](U32 number) {
+    const Number::Ptr handle = Number::make(number);
+    handle->notableIs();
+    return table_->dedup(handle);
+  };
+  auto one = internNotable(1);
+  Number::Ptr two = intern(table_, 2);
+  const Observer::Ptr observer(new Observer(Observer::Interest::notable));
+  table_->lifeTimeNotifieeIs(observer);
+  EXPECT_EQ(std::set<U32>{1}, observer->present);
+  const auto three = internNotable(3);
+  Number::Ptr four = intern(table_, 4);
+  EXPECT_EQ((std::set<U32>{1, 3}), observer->present);
+  EXPECT_TRUE(three->isDeduped() && three->isNotable() && !four->isNotable());
+  one = nullptr;
+  two = nullptr;
+  four = nullptr;
+  EXPECT_EQ(std::set<U32>{3}, observer->present);
+  EXPECT_EQ(1U, table_->size());
+  observe(table_);
+  EXPECT_EQ(1, observer->stops);
 }
 
 TEST_P(DedupHashTableTest, ObserverThatDiesIsForgotten) {

@@ -39,6 +39,7 @@ class Number : public Dorn::DedupHandle {
     return static_cast<const NumberContent&>(key).number == number_;
   }
   using Dorn::DedupHandle::dedupStateIs;
+  using Dorn::DedupHandle::notableIs;
 
   // What a holder of the value brings along to be dropped with it.
   std::function<void()> onDestroy;
