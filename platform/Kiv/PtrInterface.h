@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "Kiv/Export.h"
+#include "Kiv/Pool.h"
 #include "Kiv/Ptr.h"
 #include "Kiv/Type.h"
 #include "Kiv/Types.h"
@@ -133,16 +134,19 @@ class OV_EXPORT PtrInterface : public VFPtrInterface {
 // In the body of a shared class: its pointer names, its type record and
 // allocation under that record.  KIV_OBJECT_DEFINE, in the class's source file
 // and namespace, gives the record its name.
-#define KIV_OBJECT(Class)                                                                     \
- public:                                                                                      \
-  KIV_POINTERS(Class)                                                                         \
-  static ::Kiv::Type& kivType() noexcept;                                                     \
-  const ::Kiv::Type& fwkType() const noexcept override;                                       \
-  static void* operator new(std::size_t size) { return ::Kiv::kivMemAlloc(size, kivType()); } \
-  static void operator delete(void* memory, std::size_t size) noexcept {                      \
-    ::Kiv::kivMemDealloc(memory, size, kivType());                                            \
-  }                                                                                           \
-                                                                                              \
+#define KIV_OBJECT(Class)                                                \
+ public:                                                                 \
+  KIV_POINTERS(Class)                                                    \
+  static ::Kiv::Type& kivType() noexcept;                                \
+  const ::Kiv::Type& fwkType() const noexcept override;                  \
+  static void* operator new(std::size_t size) {                          \
+    static_assert(alignof(Class) <= ::Kiv::pooledAlignment);             \
+    return ::Kiv::kivMemAlloc(size, kivType());                          \
+  }                                                                      \
+  static void operator delete(void* memory, std::size_t size) noexcept { \
+    ::Kiv::kivMemDealloc(memory, size, kivType());                       \
+  }                                                                      \
+                                                                         \
  private:
 
 #define KIV_OBJECT_DEFINE(Class)                 \
