@@ -104,8 +104,8 @@ class Program {
   }
 
  private:
-  static constexpr U32 stepsMax = 300;
-  static constexpr std::size_t heldMax = 4000;
+  static constexpr U32 stepsMax = 150;
+  static constexpr std::size_t heldMax = 800;
 
   U32 number() { return input_.below(4) == 0 ? input_.u16() : input_.u8(); }
 
