@@ -16,6 +16,7 @@
 #include <atomic>
 
 #include "Dorn/DedupContentHandle.h"
+#include "Dorn/DelayPoint.h"
 #include "Kiv/Assert.h"
 #include "Kiv/Export.h"
 #include "Kiv/PtrInterface.h"
@@ -118,6 +119,7 @@ inline U32 DedupHandle::referencesDec() const noexcept {
   if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
     return 1;
   const U32 seen = word();
+  delayAt(DelayPoint::decrement);
   if (!threadSafePointers && (seen & countMask) > 3)
     return referenceSubtractPlain(seen) & countMask;
   return referencesDecShared(seen);

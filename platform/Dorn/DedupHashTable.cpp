@@ -113,6 +113,7 @@ DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
     if (DedupHandle* const found = equalMember(shard, miss, *handle)) return referenceTo(found);
     insert(shard, miss.mixed_, *handle);
   }
+  delayAt(DelayPoint::notification);
   DedupHashTableLifeTimeNotifiee* const notifiee = isObserved(*handle) ? notifieeToTell() : nullptr;
   try {
     if (notifiee) notifiee->handleInsert(handle);
@@ -176,6 +177,7 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
       outcome = releaseLocked(shard, mixed, member, left);
     }
     if (outcome == Release::leaves) {
+      delayAt(DelayPoint::notification);
       DedupHashTableLifeTimeNotifiee* const notifiee =
           isObserved(member) ? notifieeToTell() : nullptr;
       if (notifiee) notifiee->handleRemove(&member);
@@ -194,6 +196,7 @@ DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, D
   left = word & countMask;
   if (!member.isDeduped()) return left == 0 ? Release::dies : Release::stays;
   if (left != DedupHandle::idleReferences(word)) return Release::stays;
+  delayAt(DelayPoint::unlink);
   shard.buckets.erase(mixed, &member);
   member.beingDetachedIs(true);
   member.dedupStateIs(DedupHandleState::detached);

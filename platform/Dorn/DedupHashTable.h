@@ -33,6 +33,7 @@
 #include "Dorn/DedupBuckets.h"
 #include "Dorn/DedupHandle.h"
 #include "Dorn/DedupHashTableLifeTimeNotifiee.h"
+#include "Dorn/DelayPoint.h"
 #include "Dorn/DumpContext.h"
 #include "Kiv/Export.h"
 #include "Kiv/Inline.h"
@@ -147,6 +148,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
    public:
     ShardLock(const DedupHashTable& table, const Shard& shard)
         : lock_(table.threadSafe_ ? &shard.lock : nullptr) {
+      delayAt(DelayPoint::lock);
       if (lock_) lock_->lock();
     }
     ShardLock(const ShardLock&) = delete;
