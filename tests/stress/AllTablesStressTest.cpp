@@ -1,0 +1,341 @@
+// All tables at once, as a routing agent of several threads has them: routes come,
+// share their lists and go, observers come and go and call back, and the tables end
+// while some lists are still held.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <set>
+#include <tuple>
+#include <utility>
+
+#include "tests/AllKinds.h"
+#include "tests/stress/Stress.h"
+
+namespace Stress {
+namespace {
+
+using namespace AllKinds;
+using Clock = std::chrono::steady_clock;
+using Random = std::minstd_rand;
+
+// Every list is a subset of so few communities that threads meet all the time.
+constexpr U32 communities = 5;
+constexpr U32 subsets = 1U << communities;
+
+std::atomic<U64> wrong{0};
+std::atomic<U64> operations{0};
+
+void expect(bool holds) {
+  if (!holds) ++wrong;
+}
+
+U32 upTo(U32 end, Random& random) { return static_cast<U32>(random() >> 4) % end; }
+
+// In ascending order, or backwards and with a repeat.
+template <class List>
+Kiv::String octetsOfSubset(U32 subset, bool ascending) {
+  Kiv::String octets;
+  for (U32 i = 0; i < communities; ++i) {
+    const U32 at = ascending ? i : communities - 1 - i;
+    if ((subset >> at & 1) == 0) continue;
+    const Kiv::String member = Kind<List>::memberOctets(at);
+    octets += octets.empty() && !ascending ? member + member : member;
+  }
+  return octets;
+}
+
+template <class List>
+Kiv::Ptr<const List> ofSubset(const Tables& tables, U32 subset, Random& random) {
+  return Kind<List>::intern(tables, octetsOfSubset<List>(subset, random() % 2 == 0));
+}
+
+template <class List>
+Kiv::Ptr<const List> rebuiltByHand(const Tables& tables, const List& list) {
+  const auto copy = Kind<List>::make();
+  const auto& members = membersOf(list);
+  for (U32 i = members.size(); i-- != 0;) copy->commIs(members[i]);
+  return copy->dedup(Kind<List>::table(tables));
+}
+
+// --- Observers ---
+
+// Sees each list come and go, never two equal ones; and, called back, interns another
+// and keeps it for a while.
+template <class List>
+class BusyObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
+ public:
+  using Ptr = Kiv::Ptr<BusyObserver>;
+
+  BusyObserver(const Tables& tables, unsigned seed) : tables_(tables), random_(seed) {}
+  ~BusyObserver() override { expect(present_.empty() && !kept_); }
+
+  void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
+    expect(present_.insert(textOf(*handle)).second);
+    callBack();
+  }
+  void handleRemove(Dorn::DedupHandle* handle) override {
+    expect(present_.erase(textOf(*handle)) == 1);
+    callBack();
+  }
+  void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>&) override {
+    present_.clear();
+    kept_ = nullptr;
+  }
+
+  static Kiv::Type& kivType() noexcept {
+    static constinit Kiv::Type record{"BusyObserver"};
+    return record;
+  }
+  const Kiv::Type& fwkType() const noexcept override { return kivType(); }
+  static void* operator new(std::size_t size) { return Kiv::kivMemAlloc(size, kivType()); }
+  static void operator delete(void* memory, std::size_t size) noexcept {
+    Kiv::kivMemDealloc(memory, size, kivType());
+  }
+
+ private:
+  static Kiv::String textOf(const Dorn::DedupHandle& handle) {
+    return static_cast<const List&>(handle).toStrep();
+  }
+
+  // All under the table's notification lock, once at a time.
+  void callBack() {
+    if (isCalling_ || upTo(8, random_) != 0) return;
+    isCalling_ = true;
+    auto other = ofSubset<List>(tables_, upTo(subsets, random_), random_);
+    expect(other->isDeduped());
+    kept_ = upTo(2, random_) == 0 ? std::move(other) : nullptr;
+    isCalling_ = false;
+  }
+
+  const Tables& tables_;
+  Random random_;
+  std::set<Kiv::String> present_;
+  Kiv::Ptr<const List> kept_;
+  bool isCalling_ = false;
+};
+
+// Hears of route targets, or sets of them, and calls back into the table of values.
+class TargetListener : public Kiv::Notifiee {
+ public:
+  template <class Owner>
+  TargetListener(const Tables& tables, const Owner& owner) : tables_(tables) {
+    notifierIs(owner->notifieeList());
+  }
+  void handleChange(const Kiv::Change&) override {
+    ++heard_;
+    if (heard_ % 8 == 0) {
+      kept_ = ExtComm::dedupContent(tables_.values.ptr(),
+                                    ExtCommContent(0x030b'0000'0001'0000 + heard_));
+    } else if (heard_ % 8 == 3) {
+      kept_ = nullptr;
+    }
+  }
+  void keptDel() { kept_ = nullptr; }
+
+ private:
+  const Tables& tables_;
+  U64 heard_ = 0;
+  ExtComm::PtrConst kept_;
+};
+
+// --- Routes ---
+
+template <class List>
+struct Held {
+  U32 subset = 0;
+  Kiv::Ptr<const List> list;
+};
+
+// A place where threads hand each other lists, to be released by another than interned
+// them.
+template <class List>
+class Exchange {
+ public:
+  void swap(Held<List>& held, U32 at) {
+    const std::lock_guard lock(mutex_);
+    std::swap(places_[at % places_.size()], held);
+  }
+  void clear() { places_ = {}; }
+  const std::array<Held<List>, 4>& places() const { return places_; }
+
+ private:
+  std::mutex mutex_;
+  std::array<Held<List>, 4> places_;
+};
+
+template <class List>
+void snapshotTaken(const List& list) {
+  const auto copy = list.commSnapshot();
+  expect(copy->comm().size() == membersOf(list).size());
+  copy->commDelAll();
+}
+
+// One kind of list in one thread.
+template <class List>
+class Routes {
+ public:
+  Routes(const Tables& tables, Exchange<List>& exchange) : tables_(tables), exchange_(exchange) {}
+
+  void step(Random& random) {
+    Held<List>& held = held_[upTo(3, random)];
+    switch (upTo(8, random)) {
+      case 0:
+        held.list = nullptr;
+        break;
+      case 1:
+        exchange_.swap(held, upTo(4, random));
+        break;
+      case 2:
+        held_[0] = held;
+        break;
+      case 3:
+        if (held.list) expect(rebuiltByHand(tables_, *held.list) == held.list);
+        break;
+      case 4:
+        if (held.list) snapshotTaken(*held.list);
+        break;
+      default:
+        held.subset = upTo(subsets, random);
+        held.list = ofSubset<List>(tables_, held.subset, random);
+    }
+    check(held);
+  }
+
+  static void check(const Held<List>& held) {
+    if (!held.list) return;
+    const auto members = static_cast<U32>(__builtin_popcount(held.subset));
+    expect(held.list->isDeduped() && membersOf(*held.list).size() == members);
+  }
+
+ private:
+  const Tables& tables_;
+  Exchange<List>& exchange_;
+  std::array<Held<List>, 3> held_;
+};
+
+// --- All together ---
+
+template <template <class> class Of>
+using OfEach = std::tuple<Of<CommList>, Of<LargeCommList>, Of<ExtCommList>, Of<ExtCommIp6List>>;
+
+struct Agent {
+  Tables tables;
+  OfEach<Exchange> exchanges;
+
+  void routes(unsigned seed, Clock::time_point until) {
+    Random random(seed);
+    auto all = std::apply([this](auto&... exchange) { return std::tuple(routesOf(exchange)...); },
+                          exchanges);
+    U64 steps = 0;
+    for (; steps % 64 != 0 || Clock::now() < until; ++steps) {
+      std::apply([&random](auto&... routes) { (routes.step(random), ...); }, all);
+      if (upTo(256, random) == 0) walk();
+    }
+    operations += steps * std::tuple_size_v<decltype(all)>;
+  }
+
+  // Observers of the tables that have none of their own.
+  void observers(unsigned seed, Clock::time_point until) {
+    while (Clock::now() < until) {
+      observed<CommList>(++seed);
+      observed<LargeCommList>(++seed);
+      observed<ExtCommList>(++seed);
+      observed<ExtCommIp6List>(++seed);
+    }
+  }
+
+ private:
+  template <class List>
+  Routes<List> routesOf(Exchange<List>& exchange) {
+    return Routes<List>(tables, exchange);
+  }
+
+  // Everybody who is a member is one while held.
+  void walk() const {
+    tables.commLists->dedupTable()->membersVisit(
+        [](const Dorn::DedupHandle::Ptr& member) { expect(member->references() >= 2); });
+    for (const Dorn::DedupHandle::Ptr& member : tables.values->dedupTable()->members()) {
+      expect(member->isDeduped());
+    }
+  }
+
+  template <class List>
+  void observed(unsigned seed) {
+    const auto& table = Kind<List>::table(tables)->dedupTable();
+    typename BusyObserver<List>::Ptr observer(new BusyObserver<List>(tables, seed));
+    table->lifeTimeNotifieeIs(observer);
+    std::this_thread::sleep_for(std::chrono::milliseconds(seed % 4));
+    if (seed % 2 == 0) table->lifeTimeNotifieeDel();
+    observer = nullptr;  // else it stops as it goes
+  }
+};
+
+// Lists that outlive their tables are whole, and know that they are in none.
+template <class List>
+void outlives(const Held<List>& held) {
+  if (!held.list) return;
+  expect(!held.list->isDeduped() && held.list->everDeduped());
+  expect(membersOf(*held.list).size() == static_cast<U32>(__builtin_popcount(held.subset)));
+}
+
+// A new agent, busy for a while. Every other one ends before the lists that are in
+// exchange; the others are looked at when those have gone, and must be empty.
+void liveOnce(unsigned threads, unsigned seed, Clock::time_point until) {
+  auto agent = std::make_unique<Agent>();
+  auto targets =
+      std::make_unique<TargetListener>(agent->tables, agent->tables.values->producerRtList());
+  auto sets = std::make_unique<TargetListener>(
+      agent->tables, agent->tables.extCommLists->notifyingRtExtCommListCollection());
+  inThreads(threads + 1, [&](unsigned i) {
+    i == 0 ? agent->observers(seed, until) : agent->routes(seed + i, until);
+  });
+  targets->notifierIs(nullptr);
+  targets->keptDel();
+  sets->notifierIs(nullptr);
+  sets->keptDel();
+  if (seed % 2 == 0) {
+    std::apply([](auto&... exchange) { (exchange.clear(), ...); }, agent->exchanges);
+    EXPECT_EQ((std::array<U32, 11>{}), agent->tables.sizes());
+    return;
+  }
+  const auto left = std::apply(
+      [](const auto&... exchange) { return std::tuple(exchange.places()...); }, agent->exchanges);
+  targets = nullptr;
+  sets = nullptr;
+  agent = nullptr;
+  const auto outliveAll = [](const auto& places) {
+    for (const auto& held : places) outlives(held);
+  };
+  std::apply([&](const auto&... places) { (outliveAll(places), ...); }, left);
+}
+
+class AllTablesStress : public testing::TestWithParam<unsigned> {};
+
+TEST_P(AllTablesStress, LeavesNothingWrongAndNothingBehind) {
+  wrong = operations = 0;
+  const U64 objects = objectsAlive();
+  unsigned lives = 0;
+  const auto end = Clock::now() + time();
+  {
+    const Threaded threaded;
+    while (Clock::now() < end || lives < 2) {
+      const auto until = Clock::now() + time() / 8;
+      ++lives;
+      liveOnce(GetParam(), lives * 1000 + lives % 2, until);
+      ASSERT_EQ(0U, wrong) << "in life " << lives;
+      ASSERT_EQ(objects, objectsAlive()) << "after life " << lives;
+    }
+  }
+  std::cout << GetParam() << " threads: " << operations << " operations in " << lives << " lives\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, AllTablesStress, testing::Values(2U, 8U));
+
+}  // namespace
+}  // namespace Stress
