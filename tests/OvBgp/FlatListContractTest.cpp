@@ -174,6 +174,15 @@ TYPED_TEST(FlatListContract, ContentsAreLookedUp) {
   EXPECT_EQ(nullptr, find(this->wire(this->numbered({2, 1, 70000})))) << "not ascending";
   EXPECT_EQ(nullptr, find(this->wire(this->numbered({1, 2}))));
   EXPECT_EQ(nullptr, find(""));
+
+  // Whatever the hash may be.
+  const auto equals = [&](const Kiv::String& value) {
+    return list->compareByContent(CommListContent(this->octets(value)));
+  };
+  EXPECT_TRUE(equals(this->wire(this->numbered({1, 2, 70000}))));
+  EXPECT_FALSE(equals(this->wire(this->numbered({1, 2, 70000, 70001}))));
+  EXPECT_FALSE(equals(this->wire(this->numbered({1, 2, 70001}))));
+  EXPECT_FALSE(equals(""));
 }
 
 // Routes come, change and go; the table holds the different sets that they carry.

@@ -6,10 +6,12 @@
 
 #include <array>
 #include <random>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "tests/platform/Dorn/TestHandle.h"
+#include "tests/stress/Stress.h"
 
 namespace DornTest {
 namespace {
@@ -100,6 +102,44 @@ TEST(DedupHashTableStress, ObserverComesAndGoes) {
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ((std::array<int, 2>{}), wrong);
     EXPECT_EQ(0, observerWrong);
+    EXPECT_EQ(0U, table->size());
+  }
+  EXPECT_EQ(0, Number::alive);
+}
+
+// Refuses every other one, while other threads have found it already.
+class RefusingObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
+  KIV_OBJECT(RefusingObserver)
+
+ public:
+  void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>&) override {
+    if (++heard % 2 == 0) throw std::runtime_error("refused");
+  }
+  void handleRemove(Dorn::DedupHandle*) override {}
+  void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>&) override {}
+
+  int heard = 0;
+};
+KIV_OBJECT_DEFINE(RefusingObserver)
+
+void workRefused(const Dorn::DedupHashTable::Ptr& table, unsigned seed) {
+  std::mt19937 random(seed);
+  for (int step = 0; step < steps; ++step) {
+    try {
+      const Number::Ptr got = random() % 2 == 0 ? intern(table, 1) : find(table, 1);
+    } catch (const std::runtime_error&) {
+      // Those who found it have it to themselves.
+    }
+  }
+}
+
+TEST(DedupHashTableStress, RefusedValuesGoWithTheirLastUser) {
+  const Stress::Threaded threaded;
+  {
+    const auto table = newTable(true);
+    const RefusingObserver::Ptr observer(new RefusingObserver);
+    table->lifeTimeNotifieeIs(observer);
+    Stress::inThreads(4, [&](unsigned i) { workRefused(table, i + 1); });
     EXPECT_EQ(0U, table->size());
   }
   EXPECT_EQ(0, Number::alive);

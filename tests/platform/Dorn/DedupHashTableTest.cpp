@@ -228,6 +228,26 @@ TEST_P(DedupHashTableTest, ObserverHearsNothingAfterItIsToldToStop) {
   EXPECT_EQ(0U, table_->size());
 }
 
+// An observer that has had enough, or is replaced, while it hears of those who are
+// there already.
+TEST_P(DedupHashTableTest, ObserverThatEndsWhileItBeginsHearsNoMore) {
+  std::vector<Number::Ptr> held;
+  for (U32 i = 0; i < 5; ++i) held.push_back(intern(table_, i));
+  const Observer::Ptr other(new Observer);
+  for (const Observer::Ptr& next : {Observer::Ptr(), other}) {
+    const Observer::Ptr observer(new Observer);
+    U32 heard = 0;
+    observer->onInsert = [&](U32) {
+      ++heard;
+      table_->lifeTimeNotifieeIs(next);
+    };
+    table_->lifeTimeNotifieeIs(observer);
+    EXPECT_EQ(1U, heard);
+    EXPECT_TRUE(observer->present.empty());
+  }
+  EXPECT_EQ(held.size(), other->present.size());
+}
+
 TEST_P(DedupHashTableTest, ObserverMayInternAndReleaseInItsHandlers) {
   const Observer::Ptr observer = observe(table_);
   std::vector<Number::Ptr> kept;

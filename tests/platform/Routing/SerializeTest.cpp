@@ -58,6 +58,15 @@ TEST(Serialize, KeepsItsBytesAsItGrows) {
   EXPECT_EQ(bytes.serializedString(0), expected);
 }
 
+// One add that is larger than what doubling would give.
+TEST(Serialize, HasRoomForAllThatItHolds) {
+  Serialize bytes;
+  bytes.addOctets(std::vector<U8>(4000, 0xaa));
+  bytes.addOctets(std::vector<U8>(8500, 0x11));
+  EXPECT_EQ(bytes.capacity(), 12500U);
+  EXPECT_EQ(bytes.serializedString(0), std::string(4000, '\xaa') + std::string(8500, '\x11'));
+}
+
 TEST(Serialize, GrowsToExactlyWhatIsAskedFor) {
   Serialize bytes;
   bytes.addU16hton(0x4142);
