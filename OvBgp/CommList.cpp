@@ -70,8 +70,8 @@ bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
 void CommList::flagsIs() {
   unsigned notes = 0;
   const auto all = members();
-  for (auto at = all.rbegin(); at != all.rend(); ++at) {
-    const U32 community = *at;
+  for (std::size_t left = all.size(); left > 0; --left) {
+    const U32 community = all[left - 1];
     if (community < static_cast<U32>(communityNoExport)) break;
     if (community == static_cast<U32>(communityNoExport)) notes |= noExportNote;
     if (community == static_cast<U32>(communityNoAdvertise)) notes |= noAdvertiseNote;

@@ -1,7 +1,5 @@
 #include "Kiv/Pool.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <mutex>

@@ -1,7 +1,5 @@
 #include "tests/shortage/FailingAllocator.h"
 
-#include <stdlib.h>
-
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>

@@ -312,7 +312,7 @@ bool ruleTreeWithoutPlugins(LivingWorld&) {
 class ListShortage : public testing::TestWithParam<Row> {};
 TEST_P(ListShortage, IsSurvived) { sweep(GetParam()); }
 
-constexpr Row rows[] = {
+constexpr Row listRows[] = {
     {"ExtendedValues", extendedValues},
     {"Ip6Values", ip6Values},
     {"StandardFromAttribute", fromAttribute<CommList>},
@@ -366,7 +366,7 @@ constexpr Row rows[] = {
     {"LatePlugins", latePlugins},
     {"RuleTreeWithoutPlugins", ruleTreeWithoutPlugins},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, ListShortage, testing::ValuesIn(rows), operationName);
+INSTANTIATE_TEST_SUITE_P(Rows, ListShortage, testing::ValuesIn(listRows), operationName);
 
 // --- With everything traced ---
 

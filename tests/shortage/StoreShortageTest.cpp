@@ -152,7 +152,7 @@ bool madeAndOpened(StoreWorld& world) {
 class StoreShortage : public testing::TestWithParam<Operation<StoreWorld>> {};
 TEST_P(StoreShortage, IsSurvived) { sweep(GetParam()); }
 
-constexpr Operation<StoreWorld> rows[] = {
+constexpr Operation<StoreWorld> storeRows[] = {
     {"StandardRebuilt", rebuilt<CommList>},
     {"LargeRebuilt", rebuilt<LargeCommList>},
     {"ExtendedRebuilt", rebuilt<ExtCommList>},
@@ -167,7 +167,7 @@ constexpr Operation<StoreWorld> rows[] = {
     {"Ip6Put", putAndReplaced<ExtCommIp6List>},
     {"MadeAndOpened", madeAndOpened},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, StoreShortage, testing::ValuesIn(rows), operationName);
+INSTANTIATE_TEST_SUITE_P(Rows, StoreShortage, testing::ValuesIn(storeRows), operationName);
 
 }  // namespace
 }  // namespace Shortage

@@ -134,11 +134,11 @@ bool attribute(ToolWorld& world) {
 class ToolShortage : public testing::TestWithParam<Operation<ToolWorld>> {};
 TEST_P(ToolShortage, IsSurvived) { sweep(GetParam()); }
 
-constexpr Operation<ToolWorld> rows[] = {
+constexpr Operation<ToolWorld> toolRows[] = {
     {"MrtSummary", mrtSummary}, {"MrtRoutes", mrtRoutes}, {"MrtJson", mrtJson},
     {"MrtMatch", mrtMatch},     {"Show", show},           {"Attribute", attribute},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, ToolShortage, testing::ValuesIn(rows), operationName);
+INSTANTIATE_TEST_SUITE_P(Rows, ToolShortage, testing::ValuesIn(toolRows), operationName);
 
 // A whole file, where every allocation would take too long: some of all, evenly spread.
 TEST(ToolShortageOfAFile, IsSurvivedAnywhere) {
