@@ -110,7 +110,7 @@ bool ExtCommList::fitsAttribute(Serialization which) const {
   const auto written =
       std::count_if(commVector().begin(), commVector().end(),
                     [which](const ExtComm::PtrConst& c) { return serializable(c, which); });
-  return announced <= maxSerializableComms && written == announced;
+  return announced <= maxSerializableComms && static_cast<U32>(written) == announced;
 }
 
 // An interned list does not change, and before that one thread has it, so its

@@ -51,14 +51,14 @@ class FlatSet {
     friend class FlatSet;
 
     // The empty key stands behind the last place.
-    Iterator(const FlatSet& set, U64 at) noexcept : set_(&set), at_(at) { skip(); }
+    Iterator(const FlatSet& set, std::size_t at) noexcept : set_(&set), at_(at) { skip(); }
     void skip() noexcept {
       while (at_ < set_->places_ && isNone(set_->keys_[at_])) ++at_;
       if (at_ == set_->places_ && !set_->hasNone_) ++at_;
     }
 
     const FlatSet* set_ = nullptr;
-    U64 at_ = 0;
+    std::size_t at_ = 0;
   };
 
   FlatSet() noexcept = default;
@@ -95,10 +95,10 @@ class FlatSet {
   // Goes on from where the last search ended, so that one may empty the set from here.
   Iterator begin() const noexcept {
     const Iterator first(*this, first_);
-    first_ = static_cast<U32>(std::min(first.at_, U64{places_}));
+    first_ = static_cast<U32>(std::min(first.at_, std::size_t{places_}));
     return first;
   }
-  Iterator end() const noexcept { return {*this, U64{places_} + 1}; }
+  Iterator end() const noexcept { return {*this, std::size_t{places_} + 1}; }
 
  private:
   static bool isNone(const Key& key) noexcept { return key == Key{}; }

@@ -294,7 +294,7 @@ TEST(HostileDestash, EndsInAnExceptionThatSaysWhy) {
       {"too many", standard, count, 100000, "cannot be in a store"},
       {"far too many", large, count, 0xFFFFFFFF, "cannot be in a store"},
       {"too many values", extended, count, 0x20000000, "cannot be in a store"},
-      {"more than follow", ipv6, count, 1000, "cannot be in a store"},
+      {"more than follow", ipv6, count, 2000, "cannot be in a store"},
       {"elements nowhere", standard, payload, 16, "outside the store"},
       {"values nowhere", extended, payload, 0, "outside the store"},
       {"elements askew", ipv6, payload + 0, 1, "not a multiple"},

@@ -63,7 +63,7 @@ TEST(Vector, GivesBackWhatItDoesNotNeed) {
 
 struct VectorOwner {
   Words words;
-  U32 behind[2] = {9, 9};  // as an allocation of the right size would have
+  U32 behind[3] = {9, 9, 9};  // as an allocation of the right size would have
 };
 
 TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
@@ -77,7 +77,7 @@ TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
     EXPECT_EQ(Words::inPlaceBytes(count), owner.words.storageBytes());
     owner.words.shrinkToFit();
     EXPECT_EQ(count, owner.words.size());
-    EXPECT_EQ(9U, owner.behind[1]);
+    EXPECT_EQ(9U, owner.behind[2]);
   }
   EXPECT_EQ(0U, Words::inPlaceBytes(sizeof(Words) / sizeof(U32) - 1));
   EXPECT_EQ(before, KivStash::arrayType<U32>().bytes());
