@@ -12,17 +12,14 @@
 
 #include "Dorn/DedupHashTable.h"
 #include "Kiv/Hash.h"
+#include "tests/platform/Dorn/TestHandle.h"
 #include "tests/stress/Stress.h"
 
 namespace Stress {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-struct NumberContent : Dorn::DedupContentHandle {
-  explicit NumberContent(U32 n) : number(n) {}
-  U32 number;
-};
+using DornTest::NumberContent;
 
 // A number that knows whether it is alive.
 class CarefulNumber : public Dorn::DedupHandle {
