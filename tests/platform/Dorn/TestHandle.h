@@ -44,14 +44,17 @@ class Number : public Dorn::DedupHandle {
   // What a holder of the value brings along to be dropped with it.
   std::function<void()> onDestroy;
 
- private:
+ protected:
   explicit Number(U32 number) : number_(number) { ++alive; }
+  // Whoever still reads it finds another number.
   ~Number() override {
     --alive;
+    number_ = ~number_;
     if (onDestroy) onDestroy();
   }
 
-  const U32 number_;
+ private:
+  U32 number_;
 };
 
 inline Number::Ptr intern(const Dorn::DedupHashTable::Ptr& table, U32 number) {
