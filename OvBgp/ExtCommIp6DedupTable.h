@@ -3,6 +3,7 @@
 #define OVBGP_EXTCOMMIP6DEDUPTABLE_H
 
 #include "Kiv/Export.h"
+#include "Kiv/Types.h"
 #include "OvBgp/ExtCommDedupTableBase.h"
 #include "OvBgp/ExtCommIp6.h"
 
@@ -16,6 +17,12 @@ class OV_EXPORT ExtCommIp6DedupTable final : public ExtCommDedupTableBase {
 
  public:
   explicit ExtCommIp6DedupTable(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
+
+  // The member of this content, or null. `hash` is the content's hash(), as for any table;
+  // this one is probed with another.
+  Dorn::DedupHandle::Ptr lookupByContent(const ExtCommIp6Content& key, U32 /*hash*/) const {
+    return ExtCommDedupTableBase::lookupByContent(key, key.probeHash());
+  }
 
  private:
   friend class ExtCommIp6;

@@ -267,6 +267,14 @@ TEST_F(ExtCommIp6DedupTableTest, EqualValuesShareOneObjectForAsLongAsItIsUsed) {
   EXPECT_EQ(11, second->getContent().localAdmin());
 }
 
+TEST_F(ExtCommIp6DedupTableTest, FindsAMemberByContentAndHash) {
+  const auto member = intern(0, 10);
+  const ExtCommIp6Content content = member->getContent();
+  EXPECT_EQ(member.ptr(), table_->lookupByContent(content, content.hash()).ptr());
+  const ExtCommIp6Content other(0, 2, content.addr(), 11);
+  EXPECT_EQ(nullptr, table_->lookupByContent(other, other.hash()));
+}
+
 TEST_F(ExtCommIp6DedupTableTest, ManyValuesStayApart) {
   std::vector<ExtCommIp6::PtrConst> held;
   for (U16 i = 0; i < 2000; ++i) held.push_back(intern(static_cast<U8>(i % 3), i));
