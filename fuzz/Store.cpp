@@ -122,8 +122,7 @@ void read(const std::vector<std::uint8_t>& octets) {
 
 // Makes the header one that readers go on from; where they go stays open.
 void openHeader(std::vector<std::uint8_t>& octets) {
-  octets.resize(
-      std::max(octets.size(), Stash::firstDirectoryBlock + sizeof(Stash::DirectoryBlock)));
+  octets.resize(std::max(octets.size(), Stash::storeLengthMin));
   StoreHeader header;
   std::memcpy(&header, octets.data(), sizeof header);
   header.magic = Stash::storeMagic;

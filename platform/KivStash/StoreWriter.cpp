@@ -23,12 +23,10 @@ using Stash::Word;
 
 namespace {
 
-constexpr std::size_t leastLength = Stash::firstDirectoryBlock + sizeof(DirectoryBlock);
-
 std::size_t checkedMaximum(std::size_t maximum) {
-  if (maximum < leastLength || maximum > Stash::storeMaximumLimit) {
+  if (maximum < Stash::storeLengthMin || maximum > Stash::storeMaximumLimit) {
     throw Kiv::RangeException("a store of at most " + std::to_string(maximum) +
-                              " octets: " + std::to_string(leastLength) + " to " +
+                              " octets: " + std::to_string(Stash::storeLengthMin) + " to " +
                               std::to_string(Stash::storeMaximumLimit) + " are possible");
   }
   return maximum / storeUnit * storeUnit;
@@ -78,7 +76,7 @@ StoreWriter::StoreWriter(const Stash::StoreName& name, StoreSize size, mode_t mo
   try {
     mapping_ = std::make_shared<Stash::Mapping>(std::move(file), maximum_,
                                                 Stash::Mapping::Access::readWrite);
-    lengthIs(std::clamp(size.initial, leastLength, maximum_));
+    lengthIs(std::clamp(size.initial, Stash::storeLengthMin, maximum_));
     StoreHeader& made = header();
     made.byteOrder = Stash::storeByteOrder;
     made.version = Stash::storeVersion;

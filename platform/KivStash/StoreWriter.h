@@ -26,7 +26,8 @@ namespace KivStash {
 // An image, for the writer that put it; until it is removed.
 enum class ImageId : U32 {};
 
-// How large a store is to be, in octets.
+// How large a store is to be, in octets; at the most, from Stash::storeLengthMin to
+// Stash::storeMaximumLimit.
 struct StoreSize {
   std::size_t initial = std::size_t{1} << 16;
   std::size_t maximum = std::size_t{1} << 28;
@@ -48,8 +49,9 @@ struct StoreSize {
 // images are what they were.  One thread.
 class OV_EXPORT StoreWriter {
  public:
-  // Raises StoreAccessException if the name is in use or the system refuses, and
-  // leaves nothing behind then.  Others may open the store as `mode` says.
+  // Raises Kiv::RangeException for a size that cannot be, StoreAccessException if the
+  // name is in use or the system refuses; leaves nothing behind then.  Others may open
+  // the store as `mode` says.
   explicit StoreWriter(const Stash::StoreName& name, StoreSize size = {}, mode_t mode = 0600);
   ~StoreWriter();
   StoreWriter(const StoreWriter&) = delete;

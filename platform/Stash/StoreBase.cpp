@@ -53,8 +53,7 @@ void checkHeader(const RawHeader& raw, U64 fileLength) {
   require(header.maximum <= storeMaximumLimit && header.length <= header.maximum,
           "it says that it may grow to " + std::to_string(header.maximum) + " octets and has " +
               std::to_string(header.length));
-  require(header.length >= firstDirectoryBlock + sizeof(DirectoryBlock),
-          found("its length", header.length, firstDirectoryBlock + sizeof(DirectoryBlock)));
+  require(header.length >= storeLengthMin, found("its length", header.length, storeLengthMin));
   require(fileLength >= header.length,
           "its file is cut short: " + found("its length", fileLength, header.length));
 }

@@ -113,6 +113,8 @@ inline constexpr std::size_t firstDirectoryBlock =
     (sizeof(StoreHeader) + storeUnit - 1) / storeUnit * storeUnit;
 static_assert(sizeof(StoredImage) == 40 && sizeof(DirectoryBlock) % storeUnit == 0 &&
               firstDirectoryBlock % storeUnit == 0);
+// No store is shorter.
+inline constexpr std::size_t storeLengthMin = firstDirectoryBlock + sizeof(DirectoryBlock);
 
 // Acquire: what is read later is at least as new.  So when an anchor is the same
 // after as before, nothing that was read between was of a later change.

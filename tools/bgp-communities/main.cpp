@@ -1,4 +1,5 @@
 // The command line of bgp-communities.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -6,13 +7,16 @@
 #include <csignal>
 #include <functional>
 #include <iostream>
+#include <sstream>
 
 #include "Kiv/Exception.h"
 #include "Routing/RouteMap/PosixRegex.h"
+#include "Stash/StoreLayout.h"
 #include "tools/bgp-communities/AttributeCommand.h"
 #include "tools/bgp-communities/CommunityArgument.h"
 #include "tools/bgp-communities/Json.h"
 #include "tools/bgp-communities/MrtCommand.h"
+#include "tools/bgp-communities/Running.h"
 #include "tools/bgp-communities/ShowCommand.h"
 #include "tools/bgp-communities/StoreCommand.h"
 
@@ -30,10 +34,16 @@ constexpr const char* exitStatuses =
     "Exit status: 0 all fine; 1 nothing matched; 2 wrong usage; 3 some input was damaged,\n"
     "and all that was good is delivered; 4 nothing could be read, or output not written.";
 
+// What ends the program before it begins: help that is asked for, or an error.
 ExitStatus usageError(const CLI::App& app, const CLI::ParseError& error) {
-  const bool asked = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
-  app.exit(error);
-  return asked ? ExitStatus::fine : ExitStatus::wrongUsage;
+  std::ostringstream asked;
+  const int code = app.exit(error, asked, std::cerr);
+  return CommTool::writing(std::cerr, [&] {
+    CommTool::TextOutput out(STDOUT_FILENO);
+    out.append(asked.str());
+    out.flush();
+    return code == 0 ? ExitStatus::fine : ExitStatus::wrongUsage;
+  });
 }
 
 Routing::RouteMap::PosixRegex regexOf(const std::string& text) {
@@ -202,13 +212,25 @@ void addStore(CLI::App& app, std::vector<Command>& commands, StoreOptions& optio
           "Go on rewriting the lists for that long, or until interrupted")
       ->type_name("SECONDS");
   write->add_option("--size", options.write.size, "What the store may grow to")
-      ->type_name("OCTETS");
+      ->check(CLI::Range(Stash::storeLengthMin, std::size_t{Stash::storeMaximumLimit}))
+      ->option_text("OCTETS");
   CLI::App* read = addStoreCommand(*store, "read", "Rebuild all lists", options.read.name);
   read->add_flag("--lists", options.read.lists, "Print a line a list, too");
   read->add_flag("--follow", options.read.follow, "Read again and again, until interrupted");
   addStoreCommand(*store, "info", "Show what is in a store", options.info);
   addStoreCommand(*store, "remove", "Delete a store", options.remove);
   commands.push_back({store, [store, &options] { return runStore(*store, options); }});
+}
+
+// A standard descriptor that the caller has closed would be the next file's, and if that
+// is a store, it would be written over.  What takes its place fails as one that is
+// closed does: it can be read where one writes, and written where one reads.
+void closedDescriptorsTake() {
+  for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(fd, F_GETFD) >= 0) continue;
+    // The lowest that is free, which is this one.
+    (void)::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }
 
 ExitStatus runAskedFor(const std::vector<Command>& commands) {
@@ -246,5 +268,6 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   // A reader that goes away shows as an error of the write.
   std::signal(SIGPIPE, SIG_IGN);
+  closedDescriptorsTake();
   return run(argc, argv);
 }
