@@ -7,6 +7,7 @@
 
 #include "BgpCommon/BgpHashMixImpl.h"
 #include "Kiv/AttributeReader.h"
+#include "Kiv/Hash.h"
 #include "OvFmt/DynamicBuffer.h"
 
 namespace Routing::Bgp {
@@ -37,14 +38,12 @@ U32 ExtCommIp6Content::hash() const noexcept {
   return mix.hash();
 }
 
-// Each step is one-to-one in what it adds, so contents that differ in one word
-// differ until the result is cut to 32 bits.
 U32 ExtCommIp6Content::probeHash() const noexcept {
   const auto words = std::bit_cast<std::array<U32, sizeof(ExtCommIp6Content) / sizeof(U32)>>(*this);
-  U64 h = (words[0] | U64{words[1]} << 32) * 0x9E3779B97F4A7C15;
-  h = (h ^ h >> 32 ^ (words[2] | U64{words[3]} << 32)) * 0xBF58476D1CE4E5B9;
-  h = (h ^ h >> 29 ^ words[4]) * 0x94D049BB133111EB;
-  return static_cast<U32>(h >> 32 ^ h);
+  const Kiv::HashKey key = Kiv::hashKey;
+  const U64 h = Kiv::foldedProduct(key.mask ^ (words[0] | U64{words[1]} << 32),
+                                   key.factor ^ (words[2] | U64{words[3]} << 32));
+  return static_cast<U32>(Kiv::foldedProduct(h ^ words[4], key.factor));
 }
 
 Kiv::String valueToStrep(const ExtCommIp6Content& content) {

@@ -34,8 +34,8 @@ class ExtCommIp6Content : public Dorn::DedupContentHandle {
   // The one-at-a-time hash of the octets (BgpCommon/BgpHashMixImpl.h) in wire
   // order, but for the local administrator: low octet first.
   OV_EXPORT U32 hash() const noexcept;
-  // What tables are probed with: a hash by whole words, several times as fast. Not
-  // the same on every platform.
+  // What tables are probed with: a hash by whole words, several times as fast, and
+  // another one in each process (Kiv/Hash.h).
   OV_EXPORT U32 probeHash() const noexcept;
 
   friend constexpr bool operator==(const ExtCommIp6Content&, const ExtCommIp6Content&) = default;

@@ -52,7 +52,7 @@ class RouteTargetPrefix {
   OV_EXPORT U8 commonPrefixLen(const RouteTargetPrefix& other) const;
 
   // The length plays no part.
-  constexpr U32 hash(U32 seed) const { return Kiv::hashSingleAttr(seed, prefix_); }
+  U32 hash(U32 seed) const { return Kiv::hashSingleAttr(seed, prefix_); }
 
   friend constexpr bool operator==(const RouteTargetPrefix&, const RouteTargetPrefix&) = default;
   friend constexpr std::strong_ordering operator<=>(const RouteTargetPrefix&,

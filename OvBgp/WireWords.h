@@ -9,6 +9,7 @@
 #include <cstring>
 #include <span>
 
+#include "Kiv/Hash.h"
 #include "Kiv/Inline.h"
 #include "Kiv/Types.h"
 
@@ -64,17 +65,13 @@ KIV_INLINE void forPairs(std::size_t octets, const Use& use) noexcept {
 }
 
 // A hash for the interning tables' own use, of words as they stand on the wire, so that
-// a received attribute need not be decoded. Each of the two sums is one-to-one in what
-// it adds: multiplication spreads upward, the shift brings it down.
+// a received attribute need not be decoded. Whoever sends it does not know the key.
 template <class Order>
 KIV_INLINE U32 wordHash(const U8* at, std::size_t octets) noexcept {
-  U64 a = octets * 0x9E3779B97F4A7C15;
-  U64 b = 0;
-  const auto add = [&a, &b ](U64 first, U64 second) __attribute__((always_inline)) {
-    a = (a ^ first) * 0xBF58476D1CE4E5B9;
-    b = (b ^ second) * 0x94D049BB133111EB;
-    a ^= a >> 32;
-    b ^= b >> 32;
+  const Kiv::HashKey key = Kiv::hashKey;
+  U64 h = key.mask ^ octets * key.factor;
+  const auto add = [&h, &key ](U64 first, U64 second) __attribute__((always_inline)) {
+    h = Kiv::foldedProduct(h ^ first, key.factor ^ second);
   };
   if (octets < 8) {
     add(octets == 0 ? 0 : Order::wordAt(at), 0);
@@ -84,7 +81,7 @@ KIV_INLINE U32 wordHash(const U8* at, std::size_t octets) noexcept {
           add(Order::pairAt(at + i), Order::pairAt(at + j));
         });
   }
-  return static_cast<U32>(a) ^ std::rotl(static_cast<U32>(b), 16);
+  return static_cast<U32>(h);
 }
 
 KIV_INLINE U32 wireHash(std::span<const U8> octets) noexcept {

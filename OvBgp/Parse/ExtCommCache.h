@@ -2,9 +2,11 @@
 #ifndef OVBGP_PARSE_EXTCOMMCACHE_H
 #define OVBGP_PARSE_EXTCOMMCACHE_H
 
+#include <cstddef>
 #include <unordered_map>
 
 #include "Kiv/Export.h"
+#include "Kiv/Hash.h"
 #include "Kiv/PtrInterface.h"
 #include "Kiv/String.h"
 #include "Kiv/Types.h"
@@ -35,7 +37,13 @@ class OV_EXPORT ExtCommCache final : public Kiv::PtrInterface {
   void extCommToAsdotStringDelAll() { extCommToAsdotString_.clear(); }
 
  private:
-  using Texts = std::unordered_map<U64, Kiv::String>;
+  // Communities come from anywhere.
+  struct Hash {
+    std::size_t operator()(U64 extCommVal) const noexcept {
+      return Kiv::hashSingleAttr(0, extCommVal);
+    }
+  };
+  using Texts = std::unordered_map<U64, Kiv::String, Hash>;
 
   Texts extCommToString_;
   Texts extCommToAsdotString_;

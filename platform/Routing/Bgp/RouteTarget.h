@@ -44,7 +44,7 @@ class RouteTarget {
   constexpr bool isRouteTarget() const {
     return (value_ >> 48 & 0xff) == subtype && value_ >> 56 <= typeFourOctetAs;
   }
-  constexpr U32 hash(U32 seed = 0) const { return Kiv::hashSingleAttr(seed, value_); }
+  U32 hash(U32 seed = 0) const { return Kiv::hashSingleAttr(seed, value_); }
 
   friend constexpr bool operator==(const RouteTarget&, const RouteTarget&) = default;
   friend constexpr std::strong_ordering operator<=>(const RouteTarget&,
