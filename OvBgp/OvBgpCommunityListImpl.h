@@ -16,6 +16,8 @@ namespace Routing::Bgp {
 
 template <class Value>
 using ExtCommVector = KivStash::Vector<Kiv::Ptr<const Value>>;
+template <class Value>
+using ExtCommContentOf = decltype(std::declval<const Value&>().getContent());
 
 // What becomes a member must be there, and interned once.
 template <class Value>
@@ -34,14 +36,15 @@ void ExtCommVectorAdd(const Kiv::Ptr<const Value>& comm, ExtCommVector<Value>& c
   comms.append(comm);
 }
 
-// The order of members, and what it is looked up by: contents, not objects.
+// The order of members, and what it is looked up by: contents, or the numbers that they
+// are made of, not objects.
 template <class Value>
 bool ExtCommSortFn(const Kiv::Ptr<const Value>& a, const Kiv::Ptr<const Value>& b) {
   return a->getContent() < b->getContent();
 }
 template <class Value, class Content>
 bool ExtCommSortFnValue(const Kiv::Ptr<const Value>& a, const Content& content) {
-  return a->getContent() < content;
+  return a->getContent() < ExtCommContentOf<Value>(content);
 }
 template <class Value>
 bool ExtCommCompareFn(const Kiv::Ptr<const Value>& a, const Kiv::Ptr<const Value>& b) {
@@ -67,7 +70,7 @@ Kiv::Ptr<const Value> ExtCommVectorLookup(const ExtCommVector<Value>& comms,
                                           const Content& content) {
   const auto* const at =
       std::lower_bound(comms.begin(), comms.end(), content, ExtCommSortFnValue<Value, Content>);
-  if (at == comms.end() || (*at)->getContent() != content) return nullptr;
+  if (at == comms.end() || (*at)->getContent() != ExtCommContentOf<Value>(content)) return nullptr;
   return *at;
 }
 

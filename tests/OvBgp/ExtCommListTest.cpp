@@ -229,6 +229,8 @@ TEST_F(ExtCommListTest, MembersAreFoundByValue) {
   EXPECT_TRUE(list->comm(color));
   EXPECT_FALSE(list->comm(color + 1));
   EXPECT_EQ(nullptr, list->lookupExtComm(std::numeric_limits<U64>::max()));
+  EXPECT_EQ(comm(color), ExtCommVectorLookup(list->commVector(), color));
+  EXPECT_EQ(nullptr, ExtCommVectorLookup(list->commVector(), color - 1));
   const auto part = list->classificationList(extCommClassificationColor);
   EXPECT_TRUE(part->comm(color));
   EXPECT_FALSE(part->comm(routeTarget));
