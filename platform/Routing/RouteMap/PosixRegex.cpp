@@ -15,90 +15,179 @@ namespace {
 constexpr std::size_t expressionSizeMax = 4096;
 constexpr std::size_t nestingMax = 100;
 constexpr U64 copiesMax = 2000;
-constexpr U64 timesMax = 100'000;  // more than the C library takes
+constexpr U64 timesMax = 100'000;       // more than the C library takes
+constexpr U64 emptyWalksMax = 200'000;  // ways past a place, times items
+constexpr U64 borderWalksMax = 500;
+constexpr U64 waysMax = 1'000'000;
+
+// What an expression is put together from.
+struct Part {
+  U64 items = 0;
+  U64 emptyWays = 1;  // of getting past it without an octet of text
+  U64 walks = 1;      // the most such ways inside, or past all of it
+  bool hasBorder = false;
+};
+constexpr Part character{.items = 1, .emptyWays = 0};
+constexpr Part border{.items = 1, .hasBorder = true};  // such as ^, which takes no text
+
+// The group being read: its alternatives so far, and the one that is being read, of
+// which the last part stands apart, as a repetition repeats it.
+struct Group {
+  U64 items = 0;
+  U64 emptyWays = 0;
+  U64 branchEmptyWays = 1;
+  U64 walks = 1;  // that lead to the place before `last`
+  U64 longestWalk = 1;
+  bool hasBorder = false;
+  Part last;
+};
 
 // Estimates what compiling an expression costs.  The C library recurses into
 // groups and copies what is repeated, with no bound of its own; time grows with up
-// to the third power of the copies, and memory with the second.  Whether the
-// expression is right is left to the C library: what is malformed merely gives
-// an estimate of no meaning.
+// to the third power of the copies, and memory with the second.  And where a loop
+// can go round without an octet of text, (a*|b*)*, it walks every such way from
+// every place.  Whether the expression is right is left to the C library: what is
+// malformed merely gives an estimate of no meaning.
 class CostEstimate {
  public:
   explicit CostEstimate(std::string_view expression) : text_(expression) {
     for (at_ = 0; at_ < text_.size() && !isTooMuch_; ++at_) takeOne();
+    while (groups_.size() > 1) closeGroup();
+    endBranch();
+    if (longestWalk_ * groups_.back().items > walksMax_) isTooMuch_ = true;
   }
   bool isTooMuch() const { return isTooMuch_; }
 
  private:
-  // Items of the group being read, and of its last part, which a repetition repeats.
-  struct Group {
-    U64 items = 0;
-    U64 last = 0;
-  };
+  static U64 bounded(U64 ways) { return std::min(ways, waysMax); }
 
   void takeOne() {
     switch (text_[at_]) {
       case '\\':
         ++at_;
-        return addPart(1);
+        return addPart(isBorderEscape() ? border : character);
+      case '^':
+      case '$':
+        return addPart(border);
       case '[':
         skipBracket();
-        return addPart(1);
+        return addPart(character);
       case '(':
         return openGroup();
       case ')':
         return closeGroup();
+      case '|':
+        return endBranch();
       case '{':
         return repeat();
       case '*':
+        return repeatLast(2, 0, timesMax);
       case '+':
+        return repeatLast(2, 1, timesMax);
       case '?':
-        return multiplyLast(2);
+        return repeatLast(2, 0, 1);
       default:
-        return addPart(1);
+        return addPart(character);
     }
   }
 
-  void addPart(U64 items) {
+  // References to groups count: what they stand for may be empty.
+  bool isBorderEscape() const {
+    return at_ < text_.size() && std::string_view("bB<>`'123456789").find(text_[at_]) != text_.npos;
+  }
+
+  void addPart(const Part& part) {
+    joinLast();
+    groups_.back().last = part;
+  }
+
+  // Puts the last part, which nothing more repeats, to the others of its branch.
+  void joinLast() {
     Group& group = groups_.back();
-    group.last = items;
-    group.items += items;
+    const Part& last = group.last;
+    group.items += last.items;
+    group.hasBorder = group.hasBorder || last.hasBorder;
+    group.branchEmptyWays = bounded(group.branchEmptyWays * last.emptyWays);
+    group.longestWalk = std::max(group.longestWalk, bounded(group.walks * last.walks));
+    group.walks = last.emptyWays == 0 ? last.walks : bounded(group.walks * last.emptyWays);
+    longestWalk_ = std::max(longestWalk_, group.longestWalk);
+    group.last = Part();
+  }
+
+  void endBranch() {
+    joinLast();
+    Group& group = groups_.back();
+    ++group.items;
+    group.emptyWays = bounded(group.emptyWays + group.branchEmptyWays);
+    group.branchEmptyWays = 1;
+    group.walks = 1;
   }
 
   void openGroup() {
+    joinLast();
     groups_.emplace_back();
     if (groups_.size() > nestingMax) isTooMuch_ = true;
   }
 
   void closeGroup() {
-    if (groups_.size() == 1) return addPart(1);
-    const U64 items = groups_.back().items + 1;
+    if (groups_.size() == 1) return addPart(character);
+    endBranch();
+    const Group group = groups_.back();
     groups_.pop_back();
-    addPart(items);
+    addPart({.items = group.items,
+             .emptyWays = group.emptyWays,
+             .walks = std::max(group.longestWalk, group.emptyWays),
+             .hasBorder = group.hasBorder});
   }
 
-  // Both factors are small enough for the product: items by the expression's size
-  // and copiesMax, `times` by timesMax.
-  void multiplyLast(U64 times) {
-    Group& group = groups_.back();
-    const U64 added = group.last * (times - 1);
-    group.last += added;
-    group.items += added;
+  // From `least` to `most` times, of which the C library makes `copies`.  The factors
+  // are small enough for the product: items by the expression's size and copiesMax,
+  // `copies` by timesMax.
+  void repeatLast(U64 copies, U64 least, U64 most) {
+    Part& last = groups_.back().last;
+    const U64 added = last.items * (copies - 1);
+    last.items += added;
     copies_ += added;
     if (copies_ > copiesMax) isTooMuch_ = true;
+    if (most == timesMax && last.emptyWays > 0) emptyLoop(last.hasBorder);
+    last.emptyWays = emptyWaysOf(last.emptyWays, least, most == timesMax ? least + 1 : most);
+    last.walks = bounded(std::max(last.walks, last.emptyWays));
+  }
+
+  // Round a border, places are copied for each way to it.
+  void emptyLoop(bool hasBorder) {
+    walksMax_ = std::min(walksMax_, hasBorder ? borderWalksMax : emptyWalksMax);
+  }
+
+  // One way for each number of times, if each time there is but one.
+  static U64 emptyWaysOf(U64 once, U64 least, U64 most) {
+    U64 ways = least == 0 ? 1 : 0;
+    U64 power = 1;
+    for (U64 times = 1; times <= most && power > 0 && ways < waysMax; ++times) {
+      power = bounded(power * once);
+      if (times >= least) ways += power;
+    }
+    return bounded(ways);
   }
 
   // {m}, {m,}, {m,n} and, as an extension, {,n}: the largest number counts.
   void repeat() {
-    U64 times = 0;
+    U64 least = 0;
     U64 number = 0;
+    bool hasComma = false;
+    bool hasMost = false;
+    U64 times = 0;
     for (++at_; at_ < text_.size() && text_[at_] != '}'; ++at_) {
       const char c = text_[at_];
-      number =
-          c >= '0' && c <= '9' ? std::min(number * 10 + static_cast<U64>(c - '0'), timesMax) : 0;
+      const bool isDigit = c >= '0' && c <= '9';
+      if (!isDigit && !hasComma) least = number;
+      number = isDigit ? std::min(number * 10 + static_cast<U64>(c - '0'), timesMax) : 0;
+      hasMost = isDigit && hasComma;
+      hasComma = hasComma || !isDigit;
       times = std::max(times, number);
     }
-    multiplyLast(std::max<U64>(times, 1) + 1);
+    if (!hasComma) least = times;
+    repeatLast(std::max<U64>(times, 1) + 1, least, hasComma && !hasMost ? timesMax : times);
   }
 
   // From '[' to its ']'.  A ']' that comes first, or inside [: :], [. .] or [= =],
@@ -124,6 +213,8 @@ class CostEstimate {
   std::size_t at_ = 0;
   std::vector<Group> groups_{1};
   U64 copies_ = 0;  // items that stand for others, of all groups
+  U64 longestWalk_ = 1;
+  U64 walksMax_ = ~U64{0};
   bool isTooMuch_ = false;
 };
 

@@ -20,7 +20,8 @@ class OV_EXPORT PosixRegex {
   // Raises Kiv::RangeException, with the expression and the C library's message,
   // if it does not compile.  Expressions that could exhaust the C library's stack,
   // memory or patience are refused in the same way: longer than 4096 octets, groups nested
-  // deeper than 100, or repetitions that multiply out to more than 2000 copies.
+  // deeper than 100, repetitions that multiply out to more than 2000 copies, or loops
+  // that can go round without any text in too many ways, such as ((a*|b*|c*){13})*.
   explicit PosixRegex(Kiv::String expression);
 
   const Kiv::String& expression() const { return expression_; }
