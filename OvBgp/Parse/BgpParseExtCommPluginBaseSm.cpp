@@ -9,6 +9,19 @@ BgpParseExtCommPluginBaseSm::Ptr BgpParseExtCommPluginBaseSmIs(
   return bgpParseExtCommPluginIs<BgpParseExtCommPluginBaseSm>(collections);
 }
 
+void BgpParseExtCommPluginBaseSm::begin() {
+  if (hasBegun_) return;
+  hasBegun_ = true;
+  handleStartup();
+}
+
+// With a reference, as nobody has one yet and operations may take some and drop them.
+void BgpParseExtCommPluginBaseSm::constructed() {
+  referenceAdd();
+  begin();
+  referenceSubtract();
+}
+
 // An operation may let go of the plugin.
 void BgpParseExtCommPluginBaseSm::handleStartup() const {
   const PtrConst self(this);

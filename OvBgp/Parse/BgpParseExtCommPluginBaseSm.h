@@ -24,7 +24,7 @@ Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
   Kiv::Ptr<Plugin> plugin(new Plugin(collections));
   plugin->hasNotificationActiveIs(true);
-  plugin->handleStartup();
+  plugin->begin();
   return plugin;
 }
 
@@ -56,8 +56,9 @@ Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
 // What an operation throws ends the building of the node; it is lost if the node is
 // being withdrawn.
 //
-// Make plugins with bgpParseExtCommPluginIs. A plugin hears while its notification
-// is on; handleStartup() makes up for what it missed. Unregisters when it goes.
+// Make plugins of your own with bgpParseExtCommPluginIs, unless their constructor says
+// constructed(), as the library's do. A plugin hears while its notification is on;
+// handleStartup() makes up for what it missed. Unregisters when it goes.
 // Holds a reference to the registry, which holds none to it. Owner thread only.
 class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
   KIV_OBJECT(BgpParseExtCommPluginBaseSm)
@@ -133,6 +134,18 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
                      addExtCommIp6SubTypeNonTransSubRule,
                      handleExtCommIp6SubTypeNonTransRuleInstance)
 
+ protected:
+  // The last that the constructor of a final class calls: serves all nodes that exist.
+  void constructed();
+
+ private:
+  template <class Plugin>
+  friend Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+
+  // Runs handleStartup(), once.
+  void begin();
+
   // What hears of the registry's changes.
   class OV_EXPORT KivRuleCollections final : public Kiv::Notifiee {
    public:
@@ -169,6 +182,7 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
   void handleInstances(Kind kind) const;
 
   KivRuleCollections ruleCollections_;
+  bool hasBegun_ = false;
 };
 #undef SUBTYPE_OPERATIONS
 

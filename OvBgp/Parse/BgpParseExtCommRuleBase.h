@@ -10,9 +10,11 @@
 
 namespace Routing::Bgp {
 
-// A node of the rule tree. Make one with bgpParseExtCommRuleIs: a rule is announced
-// when it is complete and held, since whoever hears of it calls it and may hold it.
-// For the same reason it is withdrawn before its destruction begins.
+// A node of the rule tree. Make one with bgpParseExtCommRuleIs, or with new for a
+// Kiv::Ptr. A rule is announced when it is complete and held, since whoever hears of
+// it calls it and may hold it (but not, while it is being built, if another that
+// hears of it throws). For the same reason it is withdrawn before its destruction
+// begins.
 //
 // Threads: any number may parse at a time, while none changes the tree.
 class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
@@ -25,7 +27,8 @@ class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
   const BgpParseExtCommControl& parseControl() const noexcept { return parseControl_; }
 
   // Run when the rule has been built, and when it is about to go; a rule that takes
-  // children announces and withdraws itself.
+  // children announces and withdraws itself. Built is a rule whose constructor says so
+  // (constructed), or else one that bgpParseExtCommRuleIs has made.
   virtual void handleInitialized() {}
   virtual void handleDel() {}
 
@@ -34,6 +37,10 @@ class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
   void zeroReferencesIs() noexcept final;
 
  protected:
+  // The last that the constructor of a final class calls: runs handleInitialized()
+  // with a reference held. What that throws ends the rule, which nobody may hold then.
+  void constructed();
+
   // Enters `key` in the registry, or takes it back.
   template <class Kind>
   void announce(const typename Kind::Key& key) const {
@@ -45,16 +52,23 @@ class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
   }
 
  private:
+  template <class Rule>
+  friend Kiv::Ptr<Rule> bgpParseExtCommRuleIs(const BgpParseExtCommControl& control);
+
+  // Runs handleInitialized(), once.
+  void begin();
+  void handleDelQuietly() noexcept;
+
   const BgpParseExtCommControl parseControl_;
+  bool hasBegun_ = false;
 };
 
-// A new rule, announced, with notification switched on. The only way to make one
-// that takes children.
+// A new rule, announced, with notification switched on.
 template <class Rule>
 Kiv::Ptr<Rule> bgpParseExtCommRuleIs(const BgpParseExtCommControl& control) {
   Kiv::Ptr<Rule> rule(new Rule(control));
   rule->hasNotificationActiveIs(true);
-  rule->handleInitialized();
+  rule->begin();
   return rule;
 }
 

@@ -106,7 +106,10 @@ class OV_EXPORT BgpParseExtCommTransTwoOctetAsRule final
   KIV_OBJECT(BgpParseExtCommTransTwoOctetAsRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransTwoOctetAsRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommTransIpv4AddressRule final
@@ -114,7 +117,10 @@ class OV_EXPORT BgpParseExtCommTransIpv4AddressRule final
   KIV_OBJECT(BgpParseExtCommTransIpv4AddressRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransIpv4AddressRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommTransFourOctetAsRule final
@@ -122,7 +128,10 @@ class OV_EXPORT BgpParseExtCommTransFourOctetAsRule final
   KIV_OBJECT(BgpParseExtCommTransFourOctetAsRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransFourOctetAsRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommTransOpaqueRule final
@@ -130,7 +139,10 @@ class OV_EXPORT BgpParseExtCommTransOpaqueRule final
   KIV_OBJECT(BgpParseExtCommTransOpaqueRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransOpaqueRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommTransGenericRule final
@@ -138,7 +150,10 @@ class OV_EXPORT BgpParseExtCommTransGenericRule final
   KIV_OBJECT(BgpParseExtCommTransGenericRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransGenericRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommTransGenericPart2Rule final
@@ -146,7 +161,10 @@ class OV_EXPORT BgpParseExtCommTransGenericPart2Rule final
   KIV_OBJECT(BgpParseExtCommTransGenericPart2Rule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransGenericPart2Rule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommTransGenericPart3Rule final
@@ -154,7 +172,10 @@ class OV_EXPORT BgpParseExtCommTransGenericPart3Rule final
   KIV_OBJECT(BgpParseExtCommTransGenericPart3Rule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommTransGenericPart3Rule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommNonTransTwoOctetAsRule final
@@ -162,7 +183,10 @@ class OV_EXPORT BgpParseExtCommNonTransTwoOctetAsRule final
   KIV_OBJECT(BgpParseExtCommNonTransTwoOctetAsRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommNonTransTwoOctetAsRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommNonTransIpv4AddressRule final
@@ -170,7 +194,10 @@ class OV_EXPORT BgpParseExtCommNonTransIpv4AddressRule final
   KIV_OBJECT(BgpParseExtCommNonTransIpv4AddressRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommNonTransIpv4AddressRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommNonTransFourOctetAsRule final
@@ -178,7 +205,10 @@ class OV_EXPORT BgpParseExtCommNonTransFourOctetAsRule final
   KIV_OBJECT(BgpParseExtCommNonTransFourOctetAsRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommNonTransFourOctetAsRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommNonTransOpaqueRule final
@@ -186,7 +216,10 @@ class OV_EXPORT BgpParseExtCommNonTransOpaqueRule final
   KIV_OBJECT(BgpParseExtCommNonTransOpaqueRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommNonTransOpaqueRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommIp6TransRule final
@@ -194,7 +227,10 @@ class OV_EXPORT BgpParseExtCommIp6TransRule final
   KIV_OBJECT(BgpParseExtCommIp6TransRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommIp6TransRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 class OV_EXPORT BgpParseExtCommIp6NonTransRule final
@@ -202,7 +238,10 @@ class OV_EXPORT BgpParseExtCommIp6NonTransRule final
   KIV_OBJECT(BgpParseExtCommIp6NonTransRule)
 
  public:
-  using BgpParseExtCommTypeRule::BgpParseExtCommTypeRule;
+  explicit BgpParseExtCommIp6NonTransRule(const BgpParseExtCommControl& control)
+      : BgpParseExtCommTypeRule(control) {
+    constructed();
+  }
 };
 
 }  // namespace Routing::Bgp

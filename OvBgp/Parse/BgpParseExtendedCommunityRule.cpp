@@ -4,6 +4,11 @@ namespace Routing::Bgp {
 
 KIV_OBJECT_DEFINE(BgpParseExtendedCommunityRule)
 
+BgpParseExtendedCommunityRule::BgpParseExtendedCommunityRule(const BgpParseExtCommControl& control)
+    : BgpParseExtCommRuleBase(control) {
+  constructed();
+}
+
 BgpParseExtendedCommunityRule::Ptr bgpParseExtendedCommunityRuleFactory(
     const BgpParseExtCommControl& control) {
   return bgpParseExtCommRuleIs<BgpParseExtendedCommunityRule>(control);

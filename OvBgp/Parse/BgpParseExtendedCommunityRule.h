@@ -23,9 +23,9 @@
 
 namespace Routing::Bgp {
 
-// Make it with bgpParseExtendedCommunityRuleFactory. Owns its type rules, one a
-// type; plugins that watch the root may replace them or add to them, through the
-// pointer to const that they are given. Interns nothing.
+// Owns its type rules, one a type, which it builds before it announces itself; plugins
+// that watch the root may replace them or add to them, through the pointer to const
+// that they are given. Interns nothing.
 class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRuleBase {
   KIV_OBJECT(BgpParseExtendedCommunityRule)
 
@@ -33,8 +33,8 @@ class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRule
   using TypeRulePtr = Kiv::Ptr<const BgpParseExtendedCommunityTypeRuleBase>;
   using Ip6TypeRulePtr = Kiv::Ptr<const BgpParseExtendedCommunityIp6TypeRuleBase>;
 
-  // Has no type rules yet: handleInitialized() builds them.
-  using BgpParseExtCommRuleBase::BgpParseExtCommRuleBase;
+  // Plugins that watch the control's registry have hung their leaves when this returns.
+  explicit BgpParseExtendedCommunityRule(const BgpParseExtCommControl& control);
 
   // A new object, never null. Two lookups and a virtual call a level; allocates
   // nothing but the object. Throws std::bad_alloc.
@@ -74,8 +74,7 @@ class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRule
       ip6TypeRule_;
 };
 
-// A new root with all its type rules, announced. Plugins that watch the control's
-// registry have hung their leaves when this returns.
+// A new root with notification on.
 OV_EXPORT BgpParseExtendedCommunityRule::Ptr bgpParseExtendedCommunityRuleFactory(
     const BgpParseExtCommControl& control);
 

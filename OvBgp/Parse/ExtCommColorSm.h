@@ -25,7 +25,10 @@ class OV_EXPORT BgpParseExtCommColorSm final : public BgpParseExtCommPluginBaseS
   KIV_OBJECT(BgpParseExtCommColorSm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommColorSm(const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeTransOpaqueSubRule(
       const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,

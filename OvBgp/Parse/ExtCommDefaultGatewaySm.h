@@ -25,7 +25,11 @@ class OV_EXPORT BgpParseExtCommDefaultGatewaySm final : public BgpParseExtCommPl
   KIV_OBJECT(BgpParseExtCommDefaultGatewaySm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommDefaultGatewaySm(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeTransOpaqueSubRule(
       const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,

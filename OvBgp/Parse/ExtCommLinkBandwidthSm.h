@@ -25,7 +25,11 @@ class OV_EXPORT BgpParseExtCommLinkBandwidthSm final : public BgpParseExtCommPlu
   KIV_OBJECT(BgpParseExtCommLinkBandwidthSm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommLinkBandwidthSm(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeNonTransTwoOctetAsSubRule(
       const BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey& key,

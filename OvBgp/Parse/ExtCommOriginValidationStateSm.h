@@ -25,7 +25,11 @@ class OV_EXPORT BgpParseExtCommOriginValidationStateSm final : public BgpParseEx
   KIV_OBJECT(BgpParseExtCommOriginValidationStateSm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommOriginValidationStateSm(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeNonTransOpaqueSubRule(
       const BgpParseExtCommSubTypeNonTransOpaqueRuleKey& key,

@@ -45,7 +45,11 @@ class OV_EXPORT BgpParseExtCommRouteOriginSm final : public BgpParseExtCommPlugi
   KIV_OBJECT(BgpParseExtCommRouteOriginSm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommRouteOriginSm(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeTransTwoOctetAsSubRule(
       const BgpParseExtCommSubTypeTransTwoOctetAsRuleKey& key,

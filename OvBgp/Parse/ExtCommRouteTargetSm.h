@@ -45,7 +45,11 @@ class OV_EXPORT BgpParseExtCommRouteTargetSm final : public BgpParseExtCommPlugi
   KIV_OBJECT(BgpParseExtCommRouteTargetSm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommRouteTargetSm(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeTransTwoOctetAsSubRule(
       const BgpParseExtCommSubTypeTransTwoOctetAsRuleKey& key,

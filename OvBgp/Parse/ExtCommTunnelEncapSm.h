@@ -25,7 +25,11 @@ class OV_EXPORT BgpParseExtCommTunnelEncapSm final : public BgpParseExtCommPlugi
   KIV_OBJECT(BgpParseExtCommTunnelEncapSm)
 
  public:
-  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  explicit BgpParseExtCommTunnelEncapSm(
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+      : BgpParseExtCommPluginBaseSm(collections) {
+    constructed();
+  }
 
   void instantiateExtCommSubTypeTransOpaqueSubRule(
       const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,

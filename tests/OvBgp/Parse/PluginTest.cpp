@@ -87,6 +87,20 @@ TEST(Announcing, NodesAreWholeAndHeld) {
   EXPECT_EQ(0U, BgpParseExtCommTransOpaqueRule::kivType().objects());
 }
 
+// Without bgpParseExtCommRuleIs, too.
+TEST(Announcing, ConstructorsBuildWholeTrees) {
+  const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
+  const auto plugin = bgpParseExtCommColorSmFactory(registry);
+  Ear ear(*registry);
+  BgpParseExtendedCommunityRule::Ptr root(
+      new BgpParseExtendedCommunityRule(BgpParseExtCommControl(registry)));
+  EXPECT_EQ(announcements(130, 131, 143), ear.attributes);
+  EXPECT_EQ("ExtCommColor", classOf(*root, pluginColor));
+  EXPECT_EQ(1U, root->references());
+  root = nullptr;
+  EXPECT_EQ(2U * 13U, ear.attributes.size());
+}
+
 TEST(Announcing, Ip6NonTransitiveIsNeverAnnounced) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   Ear ear(*registry);
@@ -168,6 +182,26 @@ TEST(Plugin, AllOfThemLateHangExactlyTheirLeaves) {
   for (U64 kind = 0; kind <= 0xffff; ++kind) {
     const ExtCommContent content(kind << 48);
     ASSERT_EQ(classOf(*container->extCommParser(), content), classOf(*late, content));
+  }
+}
+
+template <class... Plugin>
+std::vector<BgpParseExtCommPluginBaseSm::Ptr> constructed(const Collections::Ptr& registry) {
+  return {Kiv::Ptr<Plugin>(new Plugin(registry))...};
+}
+
+TEST(Plugin, ConstructorsServeNodesThatAreThere) {
+  const auto container = bgpParseExtCommContainerSmFactory();
+  const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
+  const auto early = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
+  const auto plugins =
+      constructed<BgpParseExtCommRouteOriginSm, BgpParseExtCommRouteTargetSm,
+                  BgpParseExtCommTunnelEncapSm, BgpParseExtCommDefaultGatewaySm,
+                  BgpParseExtCommLinkBandwidthSm, BgpParseExtCommColorSm,
+                  BgpParseExtCommOriginValidationStateSm, BgpParseExtCommPluginBaseSm>(registry);
+  for (U64 kind = 0; kind <= 0xffff; ++kind) {
+    const ExtCommContent content(kind << 48);
+    ASSERT_EQ(classOf(*container->extCommParser(), content), classOf(*early, content));
   }
 }
 

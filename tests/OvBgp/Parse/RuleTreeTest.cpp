@@ -206,6 +206,17 @@ TYPED_TEST(TypeRule, HoldsOneLeafASubtype) {
   EXPECT_EQ(1U, second->references());
 }
 
+TYPED_TEST(TypeRule, AnnouncesItselfOnConstruction) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  using Rule = typename TypeParam::Rule;
+  Kiv::Ptr<Rule> rule(new Rule(BgpParseExtCommControl(registry)));
+  EXPECT_EQ(TypeParam::announced,
+            registry->template keysOf<TypeParam>().has(typename TypeParam::Key(rule.ptr())));
+  EXPECT_EQ(1U, rule->references());
+  rule = nullptr;
+  EXPECT_EQ(0U, registry->template keysOf<TypeParam>().size());
+}
+
 TEST(RuleTree, RootRefusesNullsAndForgetsRules) {
   const auto root = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl());
   EXPECT_THROW(root->typeRuleIs(nullptr), Kiv::NullArgumentException);
