@@ -1,9 +1,8 @@
-#include "OvBgp/Parse/ExtCommColor.h"
-
 #include <ostream>
 
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommColorValue.h"
 
 namespace Routing::Bgp {
 namespace {

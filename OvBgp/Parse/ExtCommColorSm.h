@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommColor.h"
+#include "OvBgp/Parse/ExtCommColorValue.h"
 
 namespace Routing::Bgp {
 

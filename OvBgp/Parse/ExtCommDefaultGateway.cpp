@@ -1,9 +1,8 @@
-#include "OvBgp/Parse/ExtCommDefaultGateway.h"
-
 #include <ostream>
 
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommDefaultGatewayValue.h"
 
 namespace Routing::Bgp {
 namespace {

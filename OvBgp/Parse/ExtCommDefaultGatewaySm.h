@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommDefaultGateway.h"
+#include "OvBgp/Parse/ExtCommDefaultGatewayValue.h"
 
 namespace Routing::Bgp {
 

@@ -1,10 +1,9 @@
-#include "OvBgp/Parse/ExtCommLinkBandwidth.h"
-
 #include <ostream>
 
 #include "Kiv/Assert.h"
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommLinkBandwidthValue.h"
 
 namespace Routing::Bgp {
 namespace {

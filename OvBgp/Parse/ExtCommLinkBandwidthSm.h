@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommLinkBandwidth.h"
+#include "OvBgp/Parse/ExtCommLinkBandwidthValue.h"
 
 namespace Routing::Bgp {
 

@@ -1,9 +1,8 @@
-#include "OvBgp/Parse/ExtCommOriginValidationState.h"
-
 #include <ostream>
 
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommOriginValidationStateValue.h"
 
 namespace Routing::Bgp {
 

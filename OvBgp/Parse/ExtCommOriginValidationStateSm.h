@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommOriginValidationState.h"
+#include "OvBgp/Parse/ExtCommOriginValidationStateValue.h"
 
 namespace Routing::Bgp {
 

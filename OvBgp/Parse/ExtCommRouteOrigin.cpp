@@ -1,7 +1,6 @@
-#include "OvBgp/Parse/ExtCommRouteOrigin.h"
-
 #include "Kiv/Assert.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommRouteOriginValue.h"
 #include "OvBgp/Parse/ExtCommRouteText.h"
 
 namespace Routing::Bgp {

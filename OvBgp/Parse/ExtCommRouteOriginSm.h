@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommRouteOrigin.h"
+#include "OvBgp/Parse/ExtCommRouteOriginValue.h"
 
 namespace Routing::Bgp {
 

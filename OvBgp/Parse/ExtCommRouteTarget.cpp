@@ -1,7 +1,6 @@
-#include "OvBgp/Parse/ExtCommRouteTarget.h"
-
 #include "Kiv/Assert.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommRouteTargetValue.h"
 #include "OvBgp/Parse/ExtCommRouteText.h"
 
 namespace Routing::Bgp {

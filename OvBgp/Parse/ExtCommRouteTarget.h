@@ -1,46 +1,9 @@
-// Route targets: which routers may take the route (RFC 4360 section 4).
+// All there is of one kind of community: the class of its values, and the plugin that
+// makes the rule tree know it.
 #ifndef OVBGP_PARSE_EXTCOMMROUTETARGET_H
 #define OVBGP_PARSE_EXTCOMMROUTETARGET_H
 
-#include <iosfwd>
-
-#include "Kiv/Export.h"
-#include "OvBgp/ExtCommAsNumber.h"
-#include "OvBgp/ExtCommIpv4Address.h"
-
-namespace Routing::Bgp {
-
-// A route target that starts with an AS number.  Its diagnostic text requires a
-// transitive AS type; its value is read by the flag alone.
-class OV_EXPORT ExtCommRouteTargetAs final : public ExtCommAsNumber {
-  KIV_OBJECT(ExtCommRouteTargetAs)
-
- public:
-  ExtCommRouteTargetAs(const ExtCommContent& content, bool fourOctetAs)
-      : ExtCommAsNumber(extCommClassificationRouteTarget, content, fourOctetAs) {}
-
-  void formatDerivedType(std::ostream& out) const override;
-  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
-};
-
-// A route target that starts with an IPv4 address.
-class OV_EXPORT ExtCommRouteTargetIpv4Address final : public ExtCommIpv4Address {
-  KIV_OBJECT(ExtCommRouteTargetIpv4Address)
-
- public:
-  explicit ExtCommRouteTargetIpv4Address(const ExtCommContent& content)
-      : ExtCommIpv4Address(extCommClassificationRouteTarget, content) {}
-
-  void formatDerivedType(std::ostream& out) const override;
-  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
-};
-
-// New, not interned, with notification switched on.
-OV_EXPORT ExtCommRouteTargetAs::Ptr extCommRouteTargetAsFactory(const ExtCommContent& content,
-                                                                bool fourOctetAs);
-OV_EXPORT ExtCommRouteTargetIpv4Address::Ptr extCommRouteTargetIpv4AddressFactory(
-    const ExtCommContent& content);
-
-}  // namespace Routing::Bgp
+#include "OvBgp/Parse/ExtCommRouteTargetSm.h"     // IWYU pragma: export
+#include "OvBgp/Parse/ExtCommRouteTargetValue.h"  // IWYU pragma: export
 
 #endif

@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommRouteTarget.h"
+#include "OvBgp/Parse/ExtCommRouteTargetValue.h"
 
 namespace Routing::Bgp {
 

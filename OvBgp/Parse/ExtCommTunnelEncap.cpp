@@ -1,10 +1,9 @@
-#include "OvBgp/Parse/ExtCommTunnelEncap.h"
-
 #include <ostream>
 
 #include "Kiv/EnumRegistry.h"
 #include "OvBgp/ExtCommText.h"
 #include "OvBgp/NotifyingObject.h"
+#include "OvBgp/Parse/ExtCommTunnelEncapValue.h"
 
 namespace Routing::Bgp {
 namespace {

@@ -7,7 +7,7 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/Parse/BgpParseExtCommPluginBaseSm.h"
 #include "OvBgp/Parse/BgpParseExtCommSubtypeRules.h"
-#include "OvBgp/Parse/ExtCommTunnelEncap.h"
+#include "OvBgp/Parse/ExtCommTunnelEncapValue.h"
 
 namespace Routing::Bgp {
 
