@@ -14,6 +14,7 @@ void HeldRoutes::add(const RouteBatch& batch, const RouteCommunities& communitie
   count(batch);
   if (batch.action == RouteAction::withdraw) return drop(batch);
   const U32 peer = peerNumber(batch.peer);
+  for (const Nlri& nlri : batch.routes) routes_.prefetch(RouteKey(peer, nlri));
   for (const Nlri& nlri : batch.routes) {
     routes_.insertOrAssign(RouteKey(peer, nlri), communities);
   }
