@@ -1,21 +1,24 @@
 // A random program over one interning table, whose members' hashes meet as often as
 // the input wants, against std::unordered_map.  Members come and go one by one and by
 // the hundred, also while the table is walked or an observer is told of another.
-#include <algorithm>
 #include <deque>
 #include <functional>
-#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "Dorn/DedupHashTable.h"
-#include "fuzz/Input.h"
-#include "fuzz/Require.h"
+#include "fuzz/Mirror.h"
+#include "fuzz/Program.h"
+
+namespace Fuzz {
+KIV_OBJECT_DEFINE(Mirror)
+}  // namespace Fuzz
 
 namespace {
 
 using Dorn::DedupHashTable;
+using Fuzz::Mirror;
 using Fuzz::require;
 
 // How numbers are hashed: by their remainder, and then in high bits or low ones.
@@ -54,41 +57,9 @@ KIV_OBJECT_DEFINE(Number)
 // How many references the program holds to each number.
 using Model = std::unordered_map<U32, U32>;
 
-class Observer final : public Dorn::DedupHashTableLifeTimeNotifiee {
-  KIV_OBJECT(Observer)
-
- public:
-  explicit Observer(std::function<void()> callBack) : callBack_(std::move(callBack)) {}
-
-  void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
-    require(present.insert(static_cast<Number*>(handle.ptr())->number).second, "came twice");
-    callBackOnce();
-  }
-  void handleRemove(Dorn::DedupHandle* handle) override {
-    require(present.erase(static_cast<Number*>(handle)->number) == 1, "went twice");
-    callBackOnce();
-  }
-  void handleNotificationStop(const Kiv::Ptr<const DedupHashTable>&) override { stopped = true; }
-
-  std::unordered_set<U32> present;
-  bool stopped = false;
-
- private:
-  void callBackOnce() {
-    if (calling_) return;
-    calling_ = true;
-    callBack_();
-    calling_ = false;
-  }
-
-  const std::function<void()> callBack_;
-  bool calling_ = false;
-};
-KIV_OBJECT_DEFINE(Observer)
-
 class Program {
  public:
-  explicit Program(Fuzz::Input& input, bool threadSafe)
+  Program(Fuzz::Input& input, bool threadSafe)
       : input_(input),
         table_(Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(threadSafe)) {}
 
@@ -200,7 +171,7 @@ class Program {
 
   // The one that is there goes, and another comes or none.
   void observe() {
-    std::function<void()> callBack = [] {};
+    std::function<void()> callBack;
     const U32 which = number();
     if (input_.flag()) {
       callBack = [this, which] {
@@ -208,10 +179,10 @@ class Program {
         (void)table_->lookupByContent(NumberContent(which + 1), hashing(which + 1));
       };
     }
-    const Observer::Ptr former = observer_;
-    observer_ = input_.below(4) == 0 ? nullptr : Observer::Ptr(new Observer(callBack));
+    const Mirror::Ptr former = observer_;
+    observer_ = input_.below(4) == 0 ? nullptr : Mirror::Ptr(new Mirror(callBack));
     table_->lifeTimeNotifieeIs(observer_);
-    require(!former || former->stopped, "an observer that was not told to stop");
+    require(!former || former->stopped(), "an observer that was not told to stop");
   }
 
   // What was a member is not taken for one again.
@@ -233,13 +204,13 @@ class Program {
       const auto found = table_->lookupByContent(NumberContent(which), hashing(which));
       require(found && found->references() == references + 2, "references");
     }
-    if (observer_) require(observer_->present == members, "what the observer was told");
+    if (observer_) observer_->check(*table_);
   }
 
   // The table goes; who holds its members keeps them.
   void orphan() {
     table_ = nullptr;
-    require(!observer_ || observer_->stopped, "an observer of a table that is gone");
+    require(!observer_ || observer_->stopped(), "an observer of a table that is gone");
     for (const Number::Ptr& member : held_) {
       require(!member->isDeduped() && member->everDeduped(), "in a table that is gone");
     }
@@ -247,7 +218,7 @@ class Program {
 
   Fuzz::Input& input_;
   DedupHashTable::Ptr table_;
-  Observer::Ptr observer_;
+  Mirror::Ptr observer_;
   std::deque<Number::Ptr> held_;
   Model model_;
 };
@@ -255,13 +226,11 @@ class Program {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
-  Fuzz::Input input(data, size);
-  const Fuzz::NothingLeft guard;
-  const bool severalThreads = input.flag();
-  Kiv::VFPtrInterface::threadSafePointers = severalThreads;
-  constexpr U32 moduli[] = {0, 1, 2, 3, 7, 16, 255, 1000};
-  hashing.modulus = moduli[input.below(8)];
-  hashing.shift = input.below(4) * 8;
-  Program(input, severalThreads).run();
-  return 0;
+  return Fuzz::leavingNothing(data, size, [](Fuzz::Input& input) {
+    const bool severalThreads = Fuzz::severalThreadsFrom(input);
+    constexpr U32 moduli[] = {0, 1, 2, 3, 7, 16, 255, 1000};
+    hashing.modulus = moduli[input.below(8)];
+    hashing.shift = input.below(4) * 8;
+    Program(input, severalThreads).run();
+  });
 }

@@ -12,8 +12,7 @@
 
 #include "Kiv/Exception.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "fuzz/Input.h"
-#include "fuzz/Require.h"
+#include "fuzz/Program.h"
 
 namespace {
 
@@ -501,8 +500,5 @@ class Program {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const U8* data, std::size_t size) {
-  Fuzz::Input input(data, size);
-  const Fuzz::NothingLeft guard;
-  Program(input).run();
-  return 0;
+  return Fuzz::leavingNothing(data, size, [](Fuzz::Input& input) { Program(input).run(); });
 }
