@@ -111,7 +111,7 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
  protected:
   // `variant`: one bit for a subclass to tell its objects apart.
   ExtComm(ExtCommClassification classification, const ExtCommContent& content, bool variant)
-      : classification_(static_cast<U8>(classification) & 0x3F),
+      : classification_(classificationKept(classification) & 0x3F),
         variant_(variant),
         content_(content) {
     // What the observer of their table hears of.

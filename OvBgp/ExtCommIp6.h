@@ -37,7 +37,7 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   class StrepFormat;
 
   ExtCommIp6(ExtCommClassification classification, const ExtCommIp6Content& content)
-      : classification_(static_cast<U8>(classification)), extCommIp6Content_(content) {}
+      : classification_(classificationKept(classification)), extCommIp6Content_(content) {}
 
   U32 hash() const override;
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;

@@ -11,6 +11,7 @@
 #ifndef OVBGP_OVBGPCOMMUNITYPACKETTYPES_H
 #define OVBGP_OVBGPCOMMUNITYPACKETTYPES_H
 
+#include "Kiv/Assert.h"
 #include "Kiv/Enum.h"
 #include "Kiv/Export.h"
 #include "Kiv/String.h"
@@ -240,6 +241,13 @@ KIV_ENUM(ExtCommClassification, ENUM_ROWS)
 #undef ENUM_ROWS
 using enum ExtCommClassification;
 KIV_ENUM_INSTANCE_BY_VALUE(ExtCommClassification, ExtCommClassificationInstance)
+// As a community keeps it, in six bits.  Rules of one's own may give numbers without a
+// name, but none beyond: lists would group them under another.
+inline U8 classificationKept(ExtCommClassification classification) noexcept {
+  KIV_ASSERT(static_cast<U32>(classification) < 64, "classification < 64",
+             "OvBgp/OvBgpCommunityPacketTypes");
+  return static_cast<U8>(classification);
+}
 
 // Well-known standard communities (RFC 1997, RFC 8326, RFC 9494), host byte order.
 #define ENUM_ROWS(enumMember, enumMarker)            \

@@ -10,6 +10,7 @@
 
 #include "Kiv/Exception.h"
 #include "OvBgp/ExtCommAsNumber.h"
+#include "OvBgp/ExtCommIp6.h"
 #include "OvBgp/ExtCommIpv4Address.h"
 #include "OvBgp/ExtCommText.h"
 
@@ -287,6 +288,16 @@ TEST(ExtCommSubtypeDeathTest, FunctionsStopTheProcessOnAnythingElse) {
   EXPECT_DEATH((void)plain(0x030B000000000000)->pktSubtypeTransOpaqueString(),
                "\"!pktSubtype\\(\\).isUnspecified\\(\\)\" failed in OvBgp/OvBgpCommunity:[0-9]+, "
                ".*ExtComm::pktSubtypeTransOpaqueString\\(\\) const");
+}
+
+// Lists would group it under another one.
+TEST(ExtCommDeathTest, AClassificationThatIsNotKeptStopsTheProcess) {
+  constexpr ExtCommClassification most{63};
+  constexpr ExtCommClassification tooMany{64};
+  EXPECT_EQ(most, extCommFactory(most, ExtCommContent(1))->classification());
+  EXPECT_EQ(most, extCommIp6Factory(most, ExtCommIp6Content())->classification());
+  EXPECT_DEATH(extCommFactory(tooMany, ExtCommContent(1)), "classification < 64");
+  EXPECT_DEATH(extCommIp6Factory(tooMany, ExtCommIp6Content()), "classification < 64");
 }
 
 TEST(ExtComm, DiagnosticTextNamesWhatItCan) {
