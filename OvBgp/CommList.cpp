@@ -58,6 +58,8 @@ void CommList::appendText(OvFmt::DynamicBufferInterface& to) const {
   appendNamedCommunities(to, members());
 }
 
+Kiv::String CommList::textOfOne(U32 community) { return namedCommunityText(community); }
+
 // Where no member has a name, both texts are the same, and so is the answer.
 bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
   const auto numbers = [this](auto& text) { appendCommunities(text, members()); };

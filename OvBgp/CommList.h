@@ -77,6 +77,7 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
 
  private:
   friend class ValueList<CommListFamily>;
+  static Kiv::String textOfOne(U32 community);
   void flagsIs();
 };
 

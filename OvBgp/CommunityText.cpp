@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Kiv/Inline.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 #include "OvToggles/OvToggles.h"
 
@@ -54,6 +55,11 @@ std::string_view nameOf(U32 community, bool withLlgr) {
   return {};
 }
 
+KIV_INLINE char* writeNamed(char* at, U32 community, bool withLlgr) {
+  const std::string_view name = nameOf(community, withLlgr);
+  return name.empty() ? writeCommunity(at, community) : at + name.copy(at, name.size());
+}
+
 // Room for the text of `comms`, in either form. A few get the most that they can
 // need; longer lists are measured, so that one that fits the buffer stays in it.
 std::size_t textRoom(std::span<const U32> comms) {
@@ -95,9 +101,15 @@ void appendCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> c
 
 void appendNamedCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms) {
   appendList(to, comms, [withLlgr = llgrIsOn()](char* at, U32 community) {
-    const std::string_view name = nameOf(community, withLlgr);
-    return name.empty() ? writeCommunity(at, community) : at + name.copy(at, name.size());
+    return writeNamed(at, community, withLlgr);
   });
+}
+
+Kiv::String namedCommunityText(U32 community) {
+  Kiv::String text(communityTextMax, '\0');
+  const char* const end = writeNamed(text.data(), community, llgrIsOn());
+  text.resize(static_cast<std::size_t>(end - text.data()));
+  return text;
 }
 
 }  // namespace Routing::Bgp

@@ -8,6 +8,7 @@
 #include <span>
 #include <string_view>
 
+#include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "OvFmt/DynamicBuffer.h"
 
@@ -35,6 +36,9 @@ bool anyCommunityHasName(std::span<const U32> comms);
 void appendCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms);
 // The same with names for those that have one.
 void appendNamedCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms);
+// The same of one, made where it stays: what is written piece by piece and then copied
+// at once has to be waited for.
+Kiv::String namedCommunityText(U32 community);
 
 }  // namespace Routing::Bgp
 

@@ -70,6 +70,12 @@ class OV_EXPORT LargeCommList final : public ValueList<LargeCommListFamily> {
   // The list that the writer of a store has at `stored`, rebuilt, not yet interned;
   // OvBgp/Destash.h.
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
+
+ private:
+  friend class ValueList<LargeCommListFamily>;
+  static Kiv::String textOfOne(const Acl::CommunityValue& community) {
+    return getStringValue(community);
+  }
 };
 
 // A new, empty list.  Throws std::bad_alloc.

@@ -32,8 +32,9 @@ namespace Routing::Bgp {
 // was no memory to give it back).
 //
 // A Family is all that tells one such list from another:
-//   List      the class that derives from this one; it adds appendText, and
-//             flagsIs if it remembers anything of its members
+//   List      the class that derives from this one; it adds appendText, textOfOne
+//             for a list of one community, and flagsIs if it remembers anything of
+//             its members
 //   Element   a community; in memory its words on the wire, in host byte order
 //   Table     where the lists are interned
 //   attrType, attributeName

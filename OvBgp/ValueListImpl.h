@@ -75,6 +75,7 @@ bool ValueList<Family>::comm(Value community) const {
 
 template <class Family>
 Kiv::String ValueList<Family>::toStrep() const {
+  if (comms() == 1) return List::textOfOne(members().front());
   ListText text;
   self().appendText(text);
   return text.str();

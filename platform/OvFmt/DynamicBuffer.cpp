@@ -10,8 +10,6 @@
 
 namespace OvFmt {
 
-DynamicBufferInterface::~DynamicBufferInterface() = default;
-
 char* DynamicBufferInterface::getBuffer(std::size_t required) {
   // No buffer is larger than PTRDIFF_MAX, so such a request is never worth trying.
   const bool isPossible = required <= static_cast<std::size_t>(PTRDIFF_MAX) - size();
@@ -40,10 +38,6 @@ void DynamicBufferInterface::appendHex(U64 value, unsigned minDigits) {
   char* const end = reserve(digits) + digits;
   for (char* at = end; at != writePtr_; value >>= 4) *--at = "0123456789abcdef"[value & 0xf];
   writePtr_ = end;
-}
-
-HeapGrowingBuffer::~HeapGrowingBuffer() {
-  if (onHeap()) std::free(storage());
 }
 
 void HeapGrowingBuffer::grow(std::size_t required) {

@@ -9,6 +9,7 @@
 #define OVFMT_DYNAMICBUFFER_H
 
 #include <cstddef>
+#include <cstdlib>
 #include <string_view>
 
 #include "Kiv/Export.h"
@@ -83,7 +84,7 @@ class OV_EXPORT DynamicBufferInterface {
  protected:
   DynamicBufferInterface(char* begin, std::size_t capacity)
       : begin_(begin), writePtr_(begin), endPtr_(begin + capacity) {}
-  virtual ~DynamicBufferInterface();
+  virtual ~DynamicBufferInterface() = default;
 
   // Called when the room is less than `required`: moves the text into larger
   // storage through storageIs, or does nothing if this buffer cannot provide it.
@@ -109,7 +110,11 @@ class OV_EXPORT HeapGrowingBuffer : public DynamicBufferInterface {
  protected:
   HeapGrowingBuffer(char* inlineArea, std::size_t inlineSize, std::size_t step)
       : DynamicBufferInterface(inlineArea, inlineSize), inlineArea_(inlineArea), step_(step) {}
-  ~HeapGrowingBuffer() override;
+  // In sight of callers, as the text of one community takes no longer than a call.
+  ~HeapGrowingBuffer() override {
+    if (onHeap()) [[unlikely]]
+      std::free(storage());
+  }
   void grow(std::size_t required) final;
 
  private:
