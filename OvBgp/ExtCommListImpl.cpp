@@ -139,23 +139,38 @@ void assertFits(const ExtCommClassificationList& list) {
 }
 void assertFits(const ExtCommIp6ClassificationList&) {}
 
-// The interned sub-list of these members, which is made if there is none.
-template <class Family>
-Kiv::Ptr<const typename Family::ClassificationList> partDedup(
-    const typename Family::ListTable& table, ExtCommClassification classification,
-    std::span<const typename Family::Value* const> comms) {
-  using Part = typename Family::ClassificationList;
-  Dorn::DedupHashTable& parts = tableOf(classification, table);
-  const ExtCommListContent<typename Family::Value> content(comms);
-  const U32 hash = addressHash(comms);
-  if (Kiv::Ptr<const Part> found = parts.lookup<Part>(content, hash)) return found;
-  return Kiv::staticPtrCast<const Part>(
-      parts.dedup(newClassificationListOf(classification, comms, Family{}), hash));
-}
-
 template <class Value>
 std::span<const Value* const> pointersIn(const ExtCommVector<Value>& comms) noexcept {
   return pointersOf<Value>({comms.data(), comms.size()});
+}
+
+// Whether they ascend strictly, which nearly all do.
+template <class Value>
+bool membersAscend(std::span<const Kiv::Ptr<const Value>> comms) {
+  bool ascends = true;
+  const Value* before = nullptr;
+  for (const auto& comm : comms) {
+    ExtCommAssertMember(comm);
+    if (before) ascends &= before->getContent() < comm->getContent();
+    before = comm.ptr();
+  }
+  return ascends;
+}
+
+// The interned sub-list of these members, which hash to `hash`; made if there is none.
+template <class Family>
+Kiv::Ptr<const typename Family::ClassificationList> partDedup(
+    const typename Family::ListTable& table, ExtCommClassification classification,
+    std::span<const typename Family::Value* const> comms, U32 hash) {
+  using Part = typename Family::ClassificationList;
+  Dorn::DedupHashTable& parts = tableOf(classification, table);
+  const auto isWanted = [comms](const Part& part) {
+    return sameObjects(pointersIn(part.commVector()), comms);
+  };
+  Dorn::DedupHashTable::Miss miss;
+  if (auto found = parts.lookup<const Part>(hash, isWanted, miss)) return found;
+  return Kiv::staticPtrCast<const Part>(
+      parts.dedup(newClassificationListOf(classification, comms, Family{}), miss));
 }
 
 template <class List>
@@ -349,54 +364,60 @@ auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
   }
 }
 
+// A list that is found as it stands is in order and has members that are interned, so
+// they are looked at only after that.
 template <class Family>
 auto ExtCommListBase<Family>::dedupComms(const ListTable* table, std::span<const ValuePtr> comms)
     -> ListPtr {
-  bool ascends = true;
-  const Value* before = nullptr;
-  for (const ValuePtr& comm : comms) {
-    ExtCommAssertMember(comm);
-    if (before) ascends &= before->getContent() < comm->getContent();
-    before = comm.ptr();
-  }
   const auto pointers = pointersOf(comms);
-  if (ascends) return dedupAscending(table, pointers, addressHash(pointers));
+  Miss miss;
+  if (ListPtr found = lookup(*table, pointers, miss)) return found;
+  if (membersAscend(comms)) return dedupNew(table, pointers, miss);
   const CommsRoom<const Value*> room(comms.size());
   std::copy(pointers.begin(), pointers.end(), room.comms().begin());
   const auto members = sortedUnique(room.comms());
-  return dedupAscending(table, members, addressHash(members));
+  if (ListPtr found = lookup(*table, members, miss)) return found;
+  return dedupNew(table, members, miss);
 }
 
 template <class Family>
-auto ExtCommListBase<Family>::dedupAscending(const ListTable* table,
-                                             std::span<const Value* const> comms, U32 hash)
-    -> ListPtr {
-  const ExtCommListContent<Value> content(comms);
-  if (ListPtr found = table->dedupTable()->template lookup<List>(content, hash)) return found;
-  return dedupNew(table, comms, hash);
+auto ExtCommListBase<Family>::lookup(const ListTable& table, std::span<const Value* const> comms,
+                                     Miss& miss) -> ListPtr {
+  return table.dedupTable()->template lookup<const List>(
+      addressHash(comms),
+      [comms](const List& list) { return sameObjects(pointersIn(list.commVector()), comms); },
+      miss);
 }
 
 // Each sub-list is looked up before it is made, and what is made has its members with
 // it in one piece of memory.
 template <class Family>
 auto ExtCommListBase<Family>::dedupNew(const ListTable* table, std::span<const Value* const> comms,
-                                       U32 hash) -> ListPtr {
+                                       const Miss& miss) -> ListPtr {
   const CommGroups<Value> groups(comms);
   if (!groups.isKnown()) return dedupByHand(table, comms);
   std::array<ClassificationListPtr, CommGroups<Value>::most> parts;
+  std::array<U32, CommGroups<Value>::most> hashes{};
   U32 count = 0;
   for (U32 index = 0; index < parts.size(); ++index) {
     const auto group = groups[index];
     if (group.empty()) continue;
-    parts[index] = partDedup<Family>(*table, static_cast<ExtCommClassification>(index), group);
+    hashes[index] = addressHash(group);
+    tableOf(static_cast<ExtCommClassification>(index), *table).prefetch(hashes[index]);
     count = index + 1;
+  }
+  for (U32 index = 0; index < count; ++index) {
+    const auto group = groups[index];
+    if (group.empty()) continue;
+    parts[index] =
+        partDedup<Family>(*table, static_cast<ExtCommClassification>(index), group, hashes[index]);
   }
   const std::size_t behind = comms.size_bytes() + count * sizeof(ClassificationListPtr);
   void* const memory = KivStash::allocateWithArray<List, ValuePtr>(behind);
-  const Kiv::Ptr<List> list(::new (memory) List);
-  list->hasNotificationActiveIs(true);
+  Kiv::Ptr<List> list(::new (memory) List, Kiv::adopt);
+  list->beginNotifying();
   list->membersAre(comms, std::span(parts).first(count));
-  return Kiv::staticPtrCast<const List>(table->dedupTable()->dedup(list, hash));
+  return Kiv::staticPtrCast<const List>(table->dedupTable()->dedup(std::move(list), miss));
 }
 
 // Requires: the object has memory for them behind it.  Takes the sub-lists over.
@@ -432,9 +453,13 @@ auto ExtCommListBase<Family>::dedupByHand(const ListTable* table,
 template <class Family>
 void ExtCommListBase<Family>::zeroReferencesIs() noexcept {
   if (!commVector_.isAttached()) return Dorn::DedupHandle::zeroReferencesIs();
-  // Many of them are used by no other list, and so are in no cache.
+  // Many of them are used by no other list, and so neither they nor what their tables
+  // know of them is in a cache.
   for (const ClassificationListPtr& part : classificationListVector_) {
     __builtin_prefetch(part.ptr());
+  }
+  for (const ClassificationListPtr& part : classificationListVector_) {
+    if (part) part->releasePrefetch();
   }
   const std::size_t behind = commVector_.storageBytes() + classificationListVector_.storageBytes();
   KivStash::destroyWithArray<List, ValuePtr>(self(), behind);

@@ -11,6 +11,7 @@
 
 #include "Dorn/DedupContentHandle.h"
 #include "Dorn/DedupHandle.h"
+#include "Dorn/DedupHashTable.h"
 #include "Kiv/Export.h"
 #include "Kiv/Ptr.h"
 #include "Kiv/String.h"
@@ -224,11 +225,13 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   ClassificationList& newPartFor(U32 position, bool dedupMode);
   void partsDedup(const ListTable* table);
 
-  // The interned list of members that ascend, which hash to `hash`; and the one that
-  // is made of them if there is none.
-  static ListPtr dedupAscending(const ListTable* table, std::span<const Value* const> comms,
-                                U32 hash);
-  static ListPtr dedupNew(const ListTable* table, std::span<const Value* const> comms, U32 hash);
+  using Miss = Dorn::DedupHashTable::Miss;
+
+  // The interned list of just these members, or null and what to make one with.
+  static ListPtr lookup(const ListTable& table, std::span<const Value* const> comms, Miss& miss);
+  // Makes the list of members that ascend and were not found.
+  static ListPtr dedupNew(const ListTable* table, std::span<const Value* const> comms,
+                          const Miss& miss);
   static ListPtr dedupByHand(const ListTable* table, std::span<const Value* const> comms);
   void membersAre(std::span<const Value* const> comms, std::span<ClassificationListPtr> parts);
 

@@ -145,8 +145,8 @@ template <class Part, class... Args>
 Kiv::Ptr<Part> partWith(std::span<const typename Part::Value* const> comms, Args... args) {
   void* const memory =
       KivStash::allocateWithArray<Part, typename Part::ValuePtr>(comms.size_bytes());
-  Kiv::Ptr<Part> part(::new (memory) Part(args...));
-  part->hasNotificationActiveIs(true);
+  Kiv::Ptr<Part> part(::new (memory) Part(args...), Kiv::adopt);
+  part->beginNotifying();
   part->commVector_.attachedIs(referencesMade(part.ptr() + 1, comms));
   part->commVectorSortedIs(true);
   return part;

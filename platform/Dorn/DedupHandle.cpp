@@ -42,6 +42,12 @@ U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
   return doRemoveFromDedupTable();
 }
 
+void DedupHandle::releasePrefetch() const noexcept {
+  const U32 seen = word();
+  if ((seen & countMask) - 1 > idleReferences(seen) || !isDeduped()) return;
+  DedupTableNumbers::table(table_.load(std::memory_order_relaxed)).prefetch(probeHash());
+}
+
 // The caller still owns the reference that it gives up here, so a member stays
 // one until its table's lock is taken.
 U32 DedupHandle::doRemoveFromDedupTable() const noexcept {

@@ -83,6 +83,9 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
     return referenceAdd() & countMask;
   }
   U32 referencesDec() const noexcept;
+  // Says that a reference will be given up soon: if it is the last one, the table then
+  // has at hand what it needs.  For those who give up many handles at a time.
+  void releasePrefetch() const noexcept;
 
  protected:
   DedupHandle() noexcept = default;

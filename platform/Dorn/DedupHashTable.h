@@ -88,6 +88,14 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
   }
 
+  // Says that members of this hash will be looked up, inserted or released soon. With
+  // several threads nothing comes of it, as buckets are looked at under a lock only.
+  KIV_INLINE void prefetch(U32 hash) const noexcept {
+    if (threadSafe_) return;
+    const U32 mixed = mixed32(hash);
+    shardOf(mixed).buckets.prefetch(mixed);
+  }
+
   // The member equal to `handle`; `handle` itself becomes one if there is none.
   // All handles of one table are of one type. Throws std::bad_alloc, or what the
   // observer's handleInsert throws, and leaves the table as it was. Requires: the
