@@ -38,6 +38,13 @@ function(ovbgp_compile_options target)
     target_compile_options(${target} PRIVATE ${sanitize})
     target_link_options(${target} PRIVATE ${sanitize})
   endif()
+  # Counted in the file itself, so that what aborts on purpose counts, too.
+  if(OVBGP_COVERAGE)
+    target_compile_options(${target} PRIVATE -fprofile-instr-generate -fprofile-update=atomic
+                                             -fcoverage-mapping
+                                             "SHELL:-mllvm -runtime-counter-relocation")
+    target_link_options(${target} PRIVATE -fprofile-instr-generate)
+  endif()
 endfunction()
 
 # ovbgp_add_shared_library(NAME SOURCES folder... INCLUDE_ROOT folder)

@@ -20,9 +20,8 @@ class StoreSpace {
   StoreSpace(std::size_t begin, std::size_t limit) noexcept
       : end_(begin), limit_(limit), used_(begin) {}
 
-  // Octets in use, and the end of the last of them.
+  // Octets in use.
   std::size_t used() const noexcept { return used_; }
-  std::size_t end() const noexcept { return end_; }
 
   // Takes `size` octets, which must not be 0; nothing if there is no piece of that
   // size.

@@ -186,6 +186,13 @@ TEST_F(ExtCommListDedupTableTest, HoweverItStopsTheListsStayAndNothingIsListed) 
          rtTable()->lifeTimeNotifieeDel();
          EXPECT_EQ(0U, other->rtExtCommList().size());
        }},
+      {"the collection forgets them, and is asked to again when they go",
+       [&] {
+         collection->rtExtCommListDelAll();
+         EXPECT_EQ(0U, collection->rtExtCommList().size());
+         notifiee = nullptr;
+         lists->rtExtCommListLifeTimeNotifieeDel();
+       }},
       {"the collection is no longer wanted, then the observer",
        [&] {
          lists->notifyingRtExtCommListCollectionDel();

@@ -130,6 +130,7 @@ TEST_F(ExtCommListTest, NotesWhatItsMembersAre) {
       const auto list = isReceived ? receivedOf(row.values) : internOf(row.values);
       EXPECT_EQ(isReceived, list->commVector().isAttached());
       EXPECT_EQ(row.attrs, list->commVectorAttrs().bits()) << *list;
+      EXPECT_EQ((row.attrs & 4) != 0, list->hasLinkBandwidthWithUnspecifiedAsNumber());
       EXPECT_EQ(row.transitive, list->totalTransitiveCommunities()) << *list;
     }
   }

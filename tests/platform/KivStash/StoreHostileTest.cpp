@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <functional>
@@ -232,6 +233,27 @@ TEST(HostileStore, MayLoseItsFileUnderReadersAndWriter) {
         Stash::InvalidStoreException);
     ::unlink(path.c_str());
   }
+}
+
+// Whose handler was there before the first store gets what is none of ours.
+TEST(HostileStoreDeathTest, PassesOtherFaultsOn) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that had no store yet
+  const auto raiseAfter = [](const struct sigaction& before) {
+    ::sigaction(SIGBUS, &before, nullptr);
+    const TestName name;
+    const StoreWriter writer(name.name());
+    Stash::storeRemove(name.name());
+    ::raise(SIGBUS);
+    std::_Exit(0);
+  };
+  struct sigaction before = {};
+  before.sa_handler = SIG_IGN;
+  EXPECT_EXIT(raiseAfter(before), testing::ExitedWithCode(0), "");
+  before.sa_handler = [](int) { std::_Exit(1); };
+  EXPECT_EXIT(raiseAfter(before), testing::ExitedWithCode(1), "");
+  before.sa_flags = SA_SIGINFO;
+  before.sa_sigaction = [](int, siginfo_t* info, void*) { std::_Exit(info->si_code <= 0 ? 2 : 3); };
+  EXPECT_EXIT(raiseAfter(before), testing::ExitedWithCode(2), "");
 }
 
 // A fault that is none of ours still ends the process.
