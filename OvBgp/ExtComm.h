@@ -101,8 +101,10 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   Kiv::String pktSubtypeNonTransOpaqueString() const;
 
   // The interned object of this value, typed by the table's rule tree. One hash
-  // and one probe if there is one. Throws std::bad_alloc.
-  static PtrConst dedupContent(const ExtCommDedupTable* table, const ExtCommContent& content);
+  // and one probe if there is one. Throws std::bad_alloc. To use it, include
+  // OvBgp/ExtCommDedupTable.h.
+  OV_EXPORT inline static PtrConst dedupContent(const ExtCommDedupTable* table,
+                                                const ExtCommContent& content);
 
   // The value that the writer of a store has at `stored`: of this class, whatever
   // the value, in the state `rebuilt`, and never in a table.  OvBgp/Destash.h.
@@ -124,6 +126,8 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   void appendTypeNames(OvFmt::DynamicBufferInterface& to) const;
 
  private:
+  friend class ExtCommDedupTable;
+
   Kiv::String subtypeText() const;
   // Asks the virtual operations; before others can see the object.
   void plainNoted();

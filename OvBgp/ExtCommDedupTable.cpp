@@ -64,12 +64,10 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
   return notifyingObject<ExtCommDedupTable>(rule);
 }
 
-// Stands here, above the rule tree, which knows extended communities but no table.
-ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
-                                        const ExtCommContent& content) {
-  PtrConst result = table->dedupContent<ExtComm>(
-      content, hashOf(content),
-      [](const BgpParseExtendedCommunityRule& rule, const ExtCommContent& wanted) {
+ExtComm::PtrConst ExtCommDedupTable::dedupNew(const ExtCommContent& content,
+                                              const Miss& miss) const {
+  ExtComm::PtrConst result = ExtCommDedupTableBase::dedupNew<ExtComm>(
+      content, miss, [](const BgpParseExtendedCommunityRule& rule, const ExtCommContent& wanted) {
         ExtComm::Ptr made = rule.parseExtendedCommunity(wanted);
         if (made && !made->everDeduped()) made->plainNoted();
         return made;
@@ -80,5 +78,12 @@ ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                 "const Routing::Bgp::ExtCommContent&)");
   return result;
 }
+
+namespace {
+
+// The library has the function, too, for whoever calls it without the header.
+[[gnu::used]] constexpr auto dedupContentExported = &ExtComm::dedupContent;
+
+}  // namespace
 
 }  // namespace Routing::Bgp

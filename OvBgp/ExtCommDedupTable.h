@@ -5,6 +5,7 @@
 
 #include "Dorn/DedupHashTableLifeTimeNotifiee.h"
 #include "Kiv/Export.h"
+#include "Kiv/Inline.h"
 #include "OvBgp/ExtComm.h"
 #include "OvBgp/ExtCommDedupTableBase.h"
 #include "OvBgp/NotifyingRouteTargetList.h"
@@ -54,6 +55,8 @@ class OV_EXPORT ExtCommDedupTable final : public ExtCommDedupTableBase {
   friend class ExtComm;
 
   void handleInitialized();
+  // Never null.
+  ExtComm::PtrConst dedupNew(const ExtCommContent& content, const Miss& miss) const;
 
   NotifyingRouteTargetList::Ptr producerRtList_;
   ExtCommLifeTimeNotifiee::Ptr lifeTimeNotifiee_;
@@ -62,6 +65,14 @@ class OV_EXPORT ExtCommDedupTable final : public ExtCommDedupTableBase {
 // A new, empty table of what `rule` makes, with notification on.
 OV_EXPORT ExtCommDedupTable::Ptr extCommDedupTableFactory(
     const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
+
+// Where a value is held already, which is the rule, no function is called.
+KIV_INLINE ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
+                                                   const ExtCommContent& content) {
+  ExtCommDedupTable::Miss miss;
+  if (PtrConst found = table->lookup<ExtComm>(content, hashOf(content), miss)) return found;
+  return table->dedupNew(content, miss);
+}
 
 }  // namespace Routing::Bgp
 

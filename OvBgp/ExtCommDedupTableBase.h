@@ -8,6 +8,7 @@
 #include "Dorn/DedupHashTable.h"
 #include "Dorn/DumpContext.h"
 #include "Kiv/Export.h"
+#include "Kiv/Inline.h"
 #include "Kiv/PtrInterface.h"
 
 namespace Routing::Bgp {
@@ -41,24 +42,28 @@ class OV_EXPORT ExtCommDedupTableBase : public Kiv::PtrInterface {
   explicit ExtCommDedupTableBase(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
   ~ExtCommDedupTableBase() override;
 
-  // The member that `content` describes, which hashes to `hash`; if there is none,
-  // what `parse(rule, content)` makes, or the equal one that another thread was first with.
-  // Null if `parse` makes nothing.
+  using Miss = Dorn::DedupHashTable::Miss;
+
+  // The member that `content` describes, which hashes to `hash`; or null, and then
+  // `miss` is set.
+  template <class Value, class Content>
+  KIV_INLINE Kiv::Ptr<const Value> lookup(const Content& content, U32 hash, Miss& miss) const {
+    const auto isWanted = [&content](const Value& member) {
+      return member.Value::compareByContent(content);
+    };
+    return dedupTable_->lookup<const Value>(hash, isWanted, miss);
+  }
+  // What `parse(rule, content)` makes of content that was not found, or the equal one that
+  // another thread was first with. Null if `parse` makes nothing.
   template <class Value, class Content, class Parse>
-  Kiv::Ptr<const Value> dedupContent(const Content& content, U32 hash, const Parse& parse) const {
-    if (Kiv::Ptr<const Value> found = dedupTable_->lookup<Value>(content, hash)) return found;
-    return dedupNew<Value>(content, hash, parse);
+  Kiv::Ptr<const Value> dedupNew(const Content& content, const Miss& miss,
+                                 const Parse& parse) const {
+    Kiv::Ptr<Value> made = parse(rule(), content);
+    if (!made) return nullptr;
+    return Kiv::staticPtrCast<const Value>(dedupTable_->dedup(std::move(made), miss));
   }
 
  private:
-  // Apart, so that a hit saves nothing for it.
-  template <class Value, class Content, class Parse>
-  [[gnu::noinline]] Kiv::Ptr<const Value> dedupNew(const Content& content, U32 hash,
-                                                   const Parse& parse) const {
-    Kiv::Ptr<Value> made = parse(rule(), content);
-    if (!made) return nullptr;
-    return Kiv::staticPtrCast<const Value>(dedupTable_->dedup(std::move(made), hash));
-  }
   const BgpParseExtendedCommunityRule& rule() const;
 
   const Kiv::Ptr<Dorn::DedupHashTable> dedupTable_;

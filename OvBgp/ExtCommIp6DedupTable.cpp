@@ -20,8 +20,10 @@ ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
 // Stands here, above the rule tree, which knows communities but no table.
 ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
                                               const ExtCommIp6Content& content) {
-  PtrConst result = table->dedupContent<ExtCommIp6>(
-      content, content.probeHash(),
+  ExtCommIp6DedupTable::Miss miss;
+  if (PtrConst found = table->lookup<ExtCommIp6>(content, content.probeHash(), miss)) return found;
+  PtrConst result = table->dedupNew<ExtCommIp6>(
+      content, miss,
       [](const BgpParseExtendedCommunityRule& rule, const ExtCommIp6Content& wanted) {
         return rule.parseExtendedCommunityIp6(wanted);
       });

@@ -2,14 +2,25 @@
 #ifndef OVBGP_NOTIFYINGOBJECT_H
 #define OVBGP_NOTIFYINGOBJECT_H
 
+#include <concepts>
+
+#include "Dorn/DedupHandle.h"
+
 namespace Routing::Bgp {
 
 // A new object of class `T`, with notification switched on.  Throws std::bad_alloc.
 template <class T, class... Args>
 typename T::Ptr notifyingObject(const Args&... args) {
-  typename T::Ptr object(new T(args...));
-  object->hasNotificationActiveIs(true);
-  return object;
+  T* const made = new T(args...);
+  if constexpr (std::derived_from<T, Dorn::DedupHandle>) {
+    // There are many of these, and none is shared by its constructor.
+    made->beginNotifying();
+    return typename T::Ptr(made, Kiv::adopt);
+  } else {
+    typename T::Ptr object(made);
+    object->hasNotificationActiveIs(true);
+    return object;
+  }
 }
 
 }  // namespace Routing::Bgp

@@ -31,12 +31,10 @@ void DedupHandle::beingDetachedIs(bool being) noexcept {
   stateIs(being ? static_cast<U8>(rest | beingDetachedBit) : rest);
 }
 
-// One compare-and-exchange (one store without thread-safe pointers) while others use
-// the handle.  The release that may leave only the table and the notifier goes to the
-// table, which decides under its lock.
+// One compare-and-exchange while others use the handle.  The release that may leave
+// only the table and the notifier goes to the table, which decides under its lock.
 U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
-  while ((seen & countMask) - 1 > idleReferences(seen)) {
-    if (!threadSafePointers) return referenceSubtractPlain(seen) & countMask;
+  while (threadSafePointers && staysInUse(seen)) {
     if (referenceSubtractFrom(seen)) return (seen - 1) & countMask;
   }
   return doRemoveFromDedupTable();

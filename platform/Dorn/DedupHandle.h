@@ -105,6 +105,10 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   static constexpr U32 idleReferences(U32 word) noexcept {
     return 1 + ((word & lifeTimeNotifierFlag) != 0 ? 1 : 0);
   }
+  // Whether somebody uses the handle even when one more reference has gone.
+  static constexpr bool staysInUse(U32 word) noexcept {
+    return (word & countMask) - 1 > idleReferences(word);
+  }
   U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
   void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
   void beingDetachedIs(bool being) noexcept;
@@ -117,14 +121,13 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   std::atomic<U8> state_{0};   // a DedupHandleState, and the bits
 };
 
-// Nothing but the count while many others still use the handle and one thread counts.
+// Nothing but the count while others still use the handle and one thread counts.
 inline U32 DedupHandle::referencesDec() const noexcept {
   if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
     return 1;
   const U32 seen = word();
   delayAt(DelayPoint::decrement);
-  if (!threadSafePointers && (seen & countMask) > 3)
-    return referenceSubtractPlain(seen) & countMask;
+  if (!threadSafePointers && staysInUse(seen)) return referenceSubtractPlain(seen) & countMask;
   return referencesDecShared(seen);
 }
 

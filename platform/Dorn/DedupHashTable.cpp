@@ -73,8 +73,9 @@ DedupHashTable::DedupHashTable(bool threadSafe)
 DedupHashTable::~DedupHashTable() { DedupTableNumbers::numberDel(number_); }
 
 DedupHandle::Ptr DedupHashTable::lookupByContent(const DedupContentHandle& key, U32 hash) const {
-  return lookupBy(hash,
-                  [&key](const DedupHandle* member) { return member->compareByContent(key); });
+  Miss miss;
+  return lookup<DedupHandle>(
+      hash, [&key](const DedupHandle& member) { return member.compareByContent(key); }, miss);
 }
 
 DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, U32 hash) {

@@ -55,9 +55,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // content no subclass replaces: it is no virtual call.
   template <class Handle>
   Kiv::Ptr<Handle> lookup(const DedupContentHandle& key, U32 hash) const {
-    return Kiv::staticPtrCast<Handle>(lookupBy(hash, [&key](const DedupHandle* member) {
-      return static_cast<const Handle*>(member)->Handle::compareByContent(key);
-    }));
+    Miss miss;
+    return lookup<Handle>(
+        hash, [&key](const Handle& member) { return member.Handle::compareByContent(key); }, miss);
   }
 
   // What a lookup did not find, for the insertion of what is then made: that probes
@@ -192,14 +192,6 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // Requires the notification lock.
   void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept;
 
-  // The member that `isWanted` accepts, with a reference taken under the lock.
-  template <class IsWanted>
-  DedupHandle::Ptr lookupBy(U32 hash, const IsWanted& isWanted) const {
-    const U32 mixed = mixed32(hash);
-    const Shard& shard = shardOf(mixed);
-    const ShardLock lock(*this, shard);
-    return referenceTo(shard.buckets.find(mixed, isWanted));
-  }
   // A new reference to a member, or null. Requires the lock of its shard.
   static DedupHandle::Ptr referenceTo(DedupHandle* member) noexcept {
     if (member) member->referenceAdd();

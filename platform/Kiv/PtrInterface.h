@@ -36,6 +36,12 @@ class OV_EXPORT VFPtrInterface {
   // References held now.  A snapshot: other threads may be changing it.
   U32 references() const noexcept { return word() & countMask; }
 
+  // How a new object begins whose maker adopts its first reference and that tells its
+  // observers of changes. Requires: nobody has seen it yet.
+  void beginNotifying() noexcept {
+    word_.store(notificationActiveFlag | 1, std::memory_order_relaxed);
+  }
+
  protected:
   static constexpr U32 notificationActiveFlag = 0x80000000;
   static constexpr U32 lifeTimeNotifierFlag = 0x20000000;
@@ -80,12 +86,6 @@ class OV_EXPORT VFPtrInterface {
   U32 referenceSubtractPlain(U32 seen) const noexcept {
     word_.store(seen - 1, std::memory_order_relaxed);
     return seen - 1;
-  }
-
-  // How a new object begins whose maker adopts its first reference and that tells its
-  // observers of changes. Requires: nobody has seen it yet.
-  void beginNotifying() noexcept {
-    word_.store(notificationActiveFlag | 1, std::memory_order_relaxed);
   }
 
   void flagIs(U32 flag, bool on) const noexcept;

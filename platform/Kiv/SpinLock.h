@@ -26,7 +26,7 @@ class SpinLock {
   void unlock() noexcept { taken_.store(false, std::memory_order_release); }
 
  private:
-  void wait() noexcept {
+  [[gnu::noinline]] void wait() noexcept {
     U32 looks = 0;
     do {
       while (taken_.load(std::memory_order_relaxed)) {
