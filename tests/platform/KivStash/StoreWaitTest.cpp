@@ -19,18 +19,18 @@ extern "C" int sched_yield() noexcept {
 namespace StoreTest {
 namespace {
 
-constexpr U32 lists = 60;
+constexpr U32 listCount = 60;
 
 void writeStore(const TestName& name) {
   StoreWriter writer(name.name(), {0, 65536});
-  for (U32 i = 0; i < lists; ++i) {
+  for (U32 i = 0; i < listCount; ++i) {
     writer.putList(standardList, true, std::span<const U32>(std::array{i}));
   }
 }
 
 void anchorsAre(const TestName& name, U32 anchor) {
   std::fstream file(name.text(), std::ios::binary | std::ios::in | std::ios::out);
-  for (U32 i = 0; i < lists; ++i) {
+  for (U32 i = 0; i < listCount; ++i) {
     const std::size_t at = Stash::firstDirectoryBlock + offsetof(Stash::DirectoryBlock, images) +
                            i * sizeof(Stash::StoredImage) + offsetof(Stash::StoredImage, anchor);
     file.seekp(static_cast<std::streamoff>(at));
@@ -57,14 +57,14 @@ TEST(StoreWait, IsShortForAWriterThatDiedWhereverItDid) {
   const TestName name(true);
   writeStore(name);
   const auto manager = KivStash::storeManagerFactory(name.name());
-  EXPECT_EQ(lists, readable(manager));
+  EXPECT_EQ(listCount, readable(manager));
   anchorsAre(name, 5);
   const unsigned before = processorGivenUp;
   EXPECT_EQ(0U, readable(manager));
   EXPECT_LT(0U, processorGivenUp - before);
-  EXPECT_GT(3 * lists, processorGivenUp - before);
+  EXPECT_GT(3 * listCount, processorGivenUp - before);
   anchorsAre(name, 6);
-  EXPECT_EQ(lists, readable(manager));
+  EXPECT_EQ(listCount, readable(manager));
 }
 
 TEST(StoreWait, IsWorthItAgainOnceTheWriterIsSeen) {
