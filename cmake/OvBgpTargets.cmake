@@ -38,6 +38,9 @@ function(ovbgp_compile_options target)
     target_compile_options(${target} PRIVATE ${sanitize})
     target_link_options(${target} PRIVATE ${sanitize})
   endif()
+  if(OVBGP_HARDEN)
+    ovbgp_harden(${target})
+  endif()
   # Counted in the file itself, so that what aborts on purpose counts, too.
   if(OVBGP_COVERAGE)
     target_compile_options(${target} PRIVATE -fprofile-instr-generate -fprofile-update=atomic
