@@ -80,7 +80,7 @@ std::string hashElsewhere(const std::string& environment) {
   std::FILE* const out = ::popen(command.c_str(), "r");
   if (!out) return "";
   char said[16] = "";
-  std::fread(said, 1, sizeof said - 1, out);
+  said[std::fread(said, 1, sizeof said - 1, out)] = '\0';
   ::pclose(out);
   return said;
 }
