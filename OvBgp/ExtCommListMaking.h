@@ -28,18 +28,9 @@ std::span<const Value* const> pointersOf(std::span<const Kiv::Ptr<const Value>> 
   return {reinterpret_cast<const Value* const*>(comms.data()), comms.size()};
 }
 
-// One odd factor a place, which have nothing in common.
-inline constexpr std::array<U64, 32> placeFactors = [] {
-  std::array<U64, 32> factors{};
-  U64 state = 0;
-  for (U64& factor : factors) {
-    state += 0x9E3779B97F4A7C15;
-    U64 mixed = (state ^ state >> 30) * 0xBF58476D1CE4E5B9;
-    mixed = (mixed ^ mixed >> 27) * 0x94D049BB133111EB;
-    factor = mixed | 1;
-  }
-  return factors;
-}();
+// One odd factor a place, which have nothing in common, and others in each process: what
+// is received decides in which order objects get their addresses.
+extern const std::array<U64, 32> placeFactors;
 
 // A hash of the members' addresses for the tables' own use, some ten times as fast
 // as the byte hash: a sum of products, none of which waits for another, and of which

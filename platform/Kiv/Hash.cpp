@@ -9,15 +9,8 @@
 namespace Kiv {
 namespace {
 
-// Spreads what little may be in a number over all its bits; one-to-one.
-constexpr U64 spread(U64 n) noexcept {
-  n = (n ^ n >> 30) * 0xBF58476D1CE4E5B9;
-  n = (n ^ n >> 27) * 0x94D049BB133111EB;
-  return n ^ n >> 31;
-}
-
 HashKey keyOf(U64 first, U64 second) noexcept {
-  return {spread(first), spread(second + 0x9E3779B97F4A7C15) | 1};
+  return {spreadBits(first), spreadBits(second + 0x9E3779B97F4A7C15) | 1};
 }
 
 // Without random numbers of the system, for want of the call or of permission: when and

@@ -18,6 +18,13 @@ struct HashKey {
 // Drawn while the library is loaded, before the initialisers of anything that uses it.
 extern OV_EXPORT const HashKey hashKey;
 
+// Spreads what little may be in a number over all its bits; one-to-one.
+constexpr U64 spreadBits(U64 n) noexcept {
+  n = (n ^ n >> 30) * 0xBF58476D1CE4E5B9;
+  n = (n ^ n >> 27) * 0x94D049BB133111EB;
+  return n ^ n >> 31;
+}
+
 // The halves of the product of 128 bits, one over the other. A difference in one factor
 // changes the result in a way that depends on the other one, be it only the uppermost
 // bit, which a product of 64 bits would pass on as it is: so steps of this can follow

@@ -3,11 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <unordered_set>
-
 #include "Kiv/Type.h"
 #include "tests/tools/MrtBytes.h"
 #include "tools/bgp-communities/RouteKey.h"
+#include "tools/bgp-communities/RouteTable.h"
 
 namespace CommTool {
 namespace {
@@ -27,12 +26,12 @@ TEST(RouteKey, TellsApartAllThatMakesARoute) {
   multicast.prefix.multicast = true;
   Nlri longer = nlri(10);
   longer.prefix.length = 9;
-  std::unordered_set<RouteKey, RouteKeyHash> table;
+  RouteTable table;
   U32 count = 0;
   for (const Nlri& route :
        {nlri(10), nlri(11), nlri(10, 0), nlri(10, 1), other6, multicast, longer}) {
-    table.insert(RouteKey(0, route));
-    table.insert(RouteKey(1, route));
+    table.insertOrAssign(RouteKey(0, route), {});
+    table.insertOrAssign(RouteKey(1, route), {});
     count += 2;
   }
   EXPECT_EQ(table.size(), count);

@@ -22,7 +22,7 @@ TEST(RouteTable, HoldsWhatAMapHolds) {
   };
   const auto lookedUp = [](const RouteTable& table) {
     std::map<U64, const CommList*> found;
-    for (const auto& [key, communities] : table) found[key.hash(1)] = communities.standard.ptr();
+    for (const auto& [key, communities] : table) found[key.hash()] = communities.standard.ptr();
     return found;
   };
   RouteTable table;
@@ -34,10 +34,10 @@ TEST(RouteTable, HoldsWhatAMapHolds) {
     if (random() % 8 < (isGrowing ? 6U : 1U)) {
       const auto& list = lists[random() % lists.size()];
       table.insertOrAssign(key, {.standard = list, .large = {}, .extended = {}, .ip6Extended = {}});
-      model[key.hash(1)] = list.ptr();
+      model[key.hash()] = list.ptr();
     } else {
       table.erase(key);
-      model.erase(key.hash(1));
+      model.erase(key.hash());
     }
     ASSERT_EQ(model.size(), table.size());
     if (step % 5'000 == 0) {

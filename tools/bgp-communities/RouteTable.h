@@ -45,7 +45,7 @@ class RouteTable {
     U32 route = none;
   };
 
-  U32 hashOf(const RouteKey& key) const { return static_cast<U32>(hash_(key) >> 32); }
+  static U32 hashOf(const RouteKey& key) { return static_cast<U32>(key.hash()); }
   std::size_t next(std::size_t at) const { return (at + 1) & (places_.size() - 1); }
   std::size_t home(U32 hash) const { return hash & (places_.size() - 1); }
   // The first place, from the hash's home on, that is free or that `isWanted` accepts.
@@ -55,7 +55,6 @@ class RouteTable {
   void grow();
   void placeErase(std::size_t at);
 
-  RouteKeyHash hash_;
   std::deque<Route> routes_;
   std::vector<Place> places_ = std::vector<Place>(64);  // a power of two, never full
 };
