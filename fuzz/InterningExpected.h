@@ -32,13 +32,13 @@ struct Expected {
 
 // Where a kind is in there: lists by `at`, parts and values by `at - 2`.
 template <class Kind>
-constexpr std::size_t at = 0;
+inline constexpr std::size_t at = 0;
 template <>
-constexpr std::size_t at<Large> = 1;
+inline constexpr std::size_t at<Large> = 1;
 template <>
-constexpr std::size_t at<Extended> = 2;
+inline constexpr std::size_t at<Extended> = 2;
 template <>
-constexpr std::size_t at<Ip6Extended> = 3;
+inline constexpr std::size_t at<Ip6Extended> = 3;
 
 template <class Kind>
 Parts partsOf(const typename Kind::List& list) {

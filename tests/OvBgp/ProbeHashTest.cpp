@@ -17,7 +17,7 @@ using namespace Routing::Bgp;
 // An uppermost bit passes a product of 64 bits unchanged, whatever the factor, and
 // comes down where halves are folded, and there the next pair can take it back. Where
 // both pairs of each step have a choice, so many steps make 2 to that power lists.
-constexpr U32 steps = 10;
+constexpr std::size_t steps = 10;
 constexpr U32 choices = 1U << steps;
 
 std::vector<U8> listThatTakesBack(U32 choice) {
@@ -26,7 +26,7 @@ std::vector<U8> listThatTakesBack(U32 choice) {
   const auto flip = [&octets](std::size_t pair, std::size_t octet) {
     octets[8 * pair + octet] ^= 0x80;
   };
-  for (U32 bit = 0; bit < steps; ++bit) {
+  for (std::size_t bit = 0; bit < steps; ++bit) {
     if ((choice >> bit & 1) == 0) continue;
     const std::size_t first = bit / 2 * 4 + bit % 2;
     flip(first, 7);
