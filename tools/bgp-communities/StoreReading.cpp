@@ -1,5 +1,8 @@
 #include "tools/bgp-communities/StoreReading.h"
 
+#include <chrono>
+#include <thread>
+
 #include "OvFmt/DynamicBuffer.h"
 #include "Stash/StoreException.h"
 #include "tools/bgp-communities/ListTexts.h"
@@ -10,8 +13,11 @@ using namespace Routing::Bgp;
 
 namespace {
 
-// A list that changes so often between two looks is not read any more.
-constexpr int triesMax = 32;
+// A list that is in change so often is waited for, but so many milliseconds a walk in
+// all: its writer may only have lost its processor, or it may have died, or be hostile
+// and leave many lists so.
+constexpr int triesAtOnce = 32;
+constexpr int waitsMax = 500;
 
 CommList::PtrConst& slot(RouteCommunities& of, const CommList*) { return of.standard; }
 LargeCommList::PtrConst& slot(RouteCommunities& of, const LargeCommList*) { return of.large; }
@@ -42,6 +48,7 @@ StoreReading::StoreReading(const Stash::StoreName& name, bool lines, TextOutput&
 // A walk goes on behind images of unknown kinds; behind other faults it has ended.
 bool StoreReading::walk() {
   held_.clear();
+  waits_ = 0;
   ++counts_.walks;
   KivStash::StoreCursor cursor(manager_);
   for (;;) {
@@ -76,7 +83,7 @@ void StoreReading::readImage(const KivStash::StoredRef& image) {
 
 template <class List>
 void StoreReading::read(const void* stored, CommunityKind kind) {
-  for (int tries = 0; tries < triesMax; ++tries) {
+  for (int tries = 0; tries < triesAtOnce || wait(); ++tries) {
     try {
       return take<List>(List::destash(stored, manager_.ptr()), kind);
     } catch (const Stash::VersionAnchorException&) {
@@ -90,6 +97,13 @@ void StoreReading::read(const void* stored, CommunityKind kind) {
     }
   }
   ++counts_.unsettled;
+}
+
+bool StoreReading::wait() {
+  if (waits_ == waitsMax) return false;
+  ++waits_;
+  std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  return true;
 }
 
 template <class List>

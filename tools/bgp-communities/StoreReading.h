@@ -51,6 +51,8 @@ class StoreReading {
   void readImage(const KivStash::StoredRef& image);
   template <class List>
   void read(const void* stored, CommunityKind kind);
+  // Waits a moment for the writer; false if this walk has waited enough.
+  bool wait();
   template <class List>
   void take(const Kiv::Ptr<List>& list, CommunityKind kind);
   template <class List>
@@ -63,6 +65,7 @@ class StoreReading {
   TextOutput& out_;
   std::vector<RouteCommunities> held_;  // of each, one list
   StoreReadCounts counts_;
+  int waits_ = 0;  // of this walk
   std::string firstDamage_;
 };
 
