@@ -117,6 +117,7 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
 
   const List& self() const noexcept { return static_cast<const List&>(*this); }
   void print(std::ostream& out) const;
+  Kiv::String textOfAll() const;
   void sort();
 
   using Miss = Dorn::DedupHashTable::Miss;
