@@ -190,12 +190,15 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
 }
 
 // The one place where a member is found to be unused. It may have left the table
-// since its holder looked, if the insertion was undone.
+// since its holder looked, if the insertion was undone, or if another release left but
+// its notifier. Then it may be gone as soon as this reference is: the other one drops
+// the table's without the lock.
 DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
                                                       U32& left) noexcept {
+  const bool isMember = member.isDeduped();
   const U32 word = member.referenceSubtract();
   left = word & countMask;
-  if (!member.isDeduped()) return left == 0 ? Release::dies : Release::stays;
+  if (!isMember) return left == 0 ? Release::dies : Release::stays;
   if (left != DedupHandle::idleReferences(word)) return Release::stays;
   delayAt(DelayPoint::unlink);
   shard.buckets.erase(mixed, &member);
