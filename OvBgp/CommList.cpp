@@ -58,7 +58,7 @@ void CommList::appendText(OvFmt::DynamicBufferInterface& to) const {
   appendNamedCommunities(to, members());
 }
 
-Kiv::String CommList::textOfOne(U32 community) { return namedCommunityText(community); }
+Kiv::String CommList::textOf(std::span<const U32> comms) { return namedCommunitiesText(comms); }
 
 // Where no member has a name, both texts are the same, and so is the answer.
 bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {

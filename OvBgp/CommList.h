@@ -77,7 +77,7 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
 
  private:
   friend class ValueList<CommListFamily>;
-  static Kiv::String textOfOne(U32 community);
+  static Kiv::String textOf(std::span<const U32> comms);
   void flagsIs();
 };
 

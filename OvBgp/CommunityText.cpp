@@ -4,6 +4,7 @@
 #include <array>
 
 #include "Kiv/Inline.h"
+#include "OvBgp/ListText.h"
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 #include "OvToggles/OvToggles.h"
 
@@ -46,25 +47,24 @@ constexpr bool mayHaveName(U32 community) noexcept {
   return community == 0 || community >= 0xFFFF0000;
 }
 
-std::string_view nameOf(U32 community, bool withLlgr) {
-  if (!mayHaveName(community)) return {};
-  for (const WellKnown& row : wellKnown) {
-    if (static_cast<U32>(row.value) != community) continue;
-    return row.isLlgr && !withLlgr ? std::string_view() : row.name;
-  }
-  return {};
-}
-
-KIV_INLINE char* writeNamed(char* at, U32 community, bool withLlgr) {
-  const std::string_view name = nameOf(community, withLlgr);
+// Writes the well-known name or, where there is none, the numbers. Apart, so that
+// lists without such values are written in one loop without a call.
+[[gnu::noinline]] char* writeReserved(char* at, U32 community) {
+  const std::string_view name = wellKnownCommunityName(community);
   return name.empty() ? writeCommunity(at, community) : at + name.copy(at, name.size());
 }
+
+KIV_INLINE char* writeNamed(char* at, U32 community) {
+  return mayHaveName(community) ? writeReserved(at, community) : writeCommunity(at, community);
+}
+
+// A community and a blank.
+constexpr std::size_t entryMax = communityTextMax + 1;
 
 // Room for the text of `comms`, in either form. A few get the most that they can
 // need; longer lists are measured, so that one that fits the buffer stays in it.
 std::size_t textRoom(std::span<const U32> comms) {
   constexpr std::size_t fewComms = 8;
-  constexpr std::size_t entryMax = communityTextMax + 1;
   if (comms.size() <= fewComms) return comms.size() * entryMax;
   std::size_t room = OvFmt::decimalRoomU16;
   for (const U32 c : comms) {
@@ -76,40 +76,38 @@ std::size_t textRoom(std::span<const U32> comms) {
 
 template <class Write>
 void appendList(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms, const Write& write) {
-  char* at = to.reserve(textRoom(comms));
-  char* const begin = at;
-  for (const U32 community : comms) {
-    if (at != begin) *at++ = ' ';
-    at = write(at, community);
-  }
-  to.advanceTo(at);
+  to.advanceTo(writeBlankSeparated(to.reserve(textRoom(comms)), comms, write));
 }
+
+// Writers for lists, as objects so that they are inlined.
+constexpr auto numbers = [](char* at, U32 community) { return writeCommunity(at, community); };
+constexpr auto named = [](char* at, U32 community) { return writeNamed(at, community); };
 
 }  // namespace
 
-std::string_view wellKnownCommunityName(U32 community) { return nameOf(community, llgrIsOn()); }
+std::string_view wellKnownCommunityName(U32 community) {
+  if (!mayHaveName(community)) return {};
+  for (const WellKnown& row : wellKnown) {
+    if (static_cast<U32>(row.value) != community) continue;
+    return row.isLlgr && !llgrIsOn() ? std::string_view() : row.name;
+  }
+  return {};
+}
 
 bool anyCommunityHasName(std::span<const U32> comms) {
-  const bool withLlgr = llgrIsOn();
-  return std::ranges::any_of(
-      comms, [withLlgr](U32 community) { return !nameOf(community, withLlgr).empty(); });
+  return std::ranges::any_of(comms, [](U32 c) { return !wellKnownCommunityName(c).empty(); });
 }
 
 void appendCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms) {
-  appendList(to, comms, writeCommunity);
+  appendList(to, comms, numbers);
 }
 
 void appendNamedCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms) {
-  appendList(to, comms, [withLlgr = llgrIsOn()](char* at, U32 community) {
-    return writeNamed(at, community, withLlgr);
-  });
+  appendList(to, comms, named);
 }
 
-Kiv::String namedCommunityText(U32 community) {
-  Kiv::String text(communityTextMax, '\0');
-  const char* const end = writeNamed(text.data(), community, llgrIsOn());
-  text.resize(static_cast<std::size_t>(end - text.data()));
-  return text;
+Kiv::String namedCommunitiesText(std::span<const U32> comms) {
+  return blankSeparated<entryMax>(comms, named);
 }
 
 }  // namespace Routing::Bgp

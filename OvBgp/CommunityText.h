@@ -36,9 +36,8 @@ bool anyCommunityHasName(std::span<const U32> comms);
 void appendCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms);
 // The same with names for those that have one.
 void appendNamedCommunities(OvFmt::DynamicBufferInterface& to, std::span<const U32> comms);
-// The same of one, made where it stays: what is written piece by piece and then copied
-// at once has to be waited for.
-Kiv::String namedCommunityText(U32 community);
+// The latter as a string.
+Kiv::String namedCommunitiesText(std::span<const U32> comms);
 
 }  // namespace Routing::Bgp
 

@@ -34,6 +34,10 @@ Kiv::String LargeCommList::displayString(const Acl::CommunityValue& community, b
   return text.str();
 }
 
+Kiv::String LargeCommList::textOf(std::span<const Acl::CommunityValue> comms) {
+  return largeCommunitiesText(comms);
+}
+
 void LargeCommList::appendText(OvFmt::DynamicBufferInterface& to) const {
   appendLargeCommunities(to, members());
 }

@@ -73,9 +73,7 @@ class OV_EXPORT LargeCommList final : public ValueList<LargeCommListFamily> {
 
  private:
   friend class ValueList<LargeCommListFamily>;
-  static Kiv::String textOfOne(const Acl::CommunityValue& community) {
-    return getStringValue(community);
-  }
+  static Kiv::String textOf(std::span<const Acl::CommunityValue> comms);
 };
 
 // A new, empty list.  Throws std::bad_alloc.

@@ -1,5 +1,7 @@
 #include "OvBgp/LargeCommunityText.h"
 
+#include "OvBgp/ListText.h"
+
 namespace Routing::Bgp {
 namespace {
 
@@ -34,13 +36,11 @@ char* writeCommunity(char* at, const CommunityValue& community) {
 
 void appendLargeCommunities(OvFmt::DynamicBufferInterface& to,
                             std::span<const CommunityValue> comms) {
-  char* at = to.reserve(textRoom(comms));
-  char* const begin = at;
-  for (const CommunityValue& community : comms) {
-    if (at != begin) *at++ = ' ';
-    at = writeCommunity(at, community);
-  }
-  to.advanceTo(at);
+  to.advanceTo(writeBlankSeparated(to.reserve(textRoom(comms)), comms, writeCommunity));
+}
+
+Kiv::String largeCommunitiesText(std::span<const CommunityValue> comms) {
+  return blankSeparated<entryMax>(comms, writeCommunity);
 }
 
 }  // namespace Routing::Bgp

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "Acl/CommunityValue.h"
+#include "Kiv/String.h"
 #include "OvFmt/DynamicBuffer.h"
 
 namespace Routing::Bgp {
@@ -14,6 +15,7 @@ namespace Routing::Bgp {
 // room for all of them in one request and then writes without looking at it again.
 void appendLargeCommunities(OvFmt::DynamicBufferInterface& to,
                             std::span<const Acl::CommunityValue> comms);
+Kiv::String largeCommunitiesText(std::span<const Acl::CommunityValue> comms);
 
 }  // namespace Routing::Bgp
 

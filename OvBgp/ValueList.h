@@ -32,9 +32,8 @@ namespace Routing::Bgp {
 // was no memory to give it back).
 //
 // A Family is all that tells one such list from another:
-//   List      the class that derives from this one; it adds appendText, textOfOne
-//             for a list of one community, and flagsIs if it remembers anything of
-//             its members
+//   List      the class that derives from this one; it adds appendText, textOf for
+//             the same as a string, and flagsIs if it remembers anything of its members
 //   Element   a community; in memory its words on the wire, in host byte order
 //   Table     where the lists are interned
 //   attrType, attributeName
@@ -66,7 +65,7 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   bool commVectorSorted() const noexcept { return commVectorSorted_; }
 
   // The communities in list order, one blank between.
-  Kiv::String toStrep() const;
+  Kiv::String toStrep() const { return List::textOf(members()); }
 
   // The path attribute, header included, communities in list order.
   // Requires: fitsAttribute(), which lists of wire origin fulfil by themselves.
@@ -117,7 +116,6 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
 
   const List& self() const noexcept { return static_cast<const List&>(*this); }
   void print(std::ostream& out) const;
-  Kiv::String textOfAll() const;
   void sort();
 
   using Miss = Dorn::DedupHashTable::Miss;

@@ -73,19 +73,6 @@ bool ValueList<Family>::comm(Value community) const {
   return std::binary_search(commVector_.begin(), commVector_.end(), community);
 }
 
-template <class Family>
-Kiv::String ValueList<Family>::toStrep() const {
-  return comms() == 1 ? List::textOfOne(members().front()) : textOfAll();
-}
-
-// Apart, so that the text of one community pays nothing for the guard of this buffer.
-template <class Family>
-[[gnu::noinline]] Kiv::String ValueList<Family>::textOfAll() const {
-  ListText text;
-  self().appendText(text);
-  return text.str();
-}
-
 // Unformatted output: the stream's width, fill and base neither matter nor change.
 template <class Family>
 void ValueList<Family>::print(std::ostream& out) const {

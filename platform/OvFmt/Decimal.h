@@ -15,9 +15,9 @@
 namespace OvFmt {
 
 // The octets from its first argument on that writeDecimal may touch, and so the
-// room its caller must have: one more than the longest text, because three digits
-// are stored as four octets.
-inline constexpr std::size_t decimalRoomU16 = 6;
+// room its caller must have: more than the longest text, because three digits are
+// stored as four octets, and five as eight.
+inline constexpr std::size_t decimalRoomU16 = 8;
 inline constexpr std::size_t decimalRoomU32 = 11;
 inline constexpr std::size_t decimalRoomU64 = 21;
 
@@ -45,9 +45,13 @@ constexpr ThreeDigits makeThreeDigits() {
 }
 inline constexpr ThreeDigits threeDigits = makeThreeDigits();
 
-// Stores four octets, the lowest one first.
+// Store octets, the lowest one first.
 inline void storeFour(char* at, U32 octets) {
   if constexpr (std::endian::native == std::endian::big) octets = __builtin_bswap32(octets);
+  std::memcpy(at, &octets, sizeof octets);
+}
+inline void storeEight(char* at, U64 octets) {
+  if constexpr (std::endian::native == std::endian::big) octets = __builtin_bswap64(octets);
   std::memcpy(at, &octets, sizeof octets);
 }
 
@@ -68,10 +72,17 @@ inline char* writeFirstGroup(char* at, U32 value) {
 // Writes `value` in decimal at `at` and returns the end of the text.  No NUL is
 // added.  Up to decimalRoom... octets from `at` are overwritten; those after the
 // returned end are left with no meaning.
+//
+// Of 16 bits without a branch, as the halves of communities differ in length: six
+// digits are put together, then those in front that are zero shifted out.
 inline char* writeDecimal(char* at, U16 value) {
-  if (value < 1000) return Detail::writeFirstGroup(at, value);
-  at = Detail::writeFirstGroup(at, value / 1000U);
-  return Detail::writeGroup(at, value % 1000U);
+  const U32 thousands = value / 1000U;
+  const U32 first = Detail::threeDigits.entries[thousands];
+  const U32 last = Detail::threeDigits.entries[value - thousands * 1000U];
+  const U32 zeros = thousands != 0 ? first >> 24 : 3 + (last >> 24);
+  const U64 digits = (first & 0xFFFFFF) | U64{last} << 24;
+  Detail::storeEight(at, digits >> (8 * zeros));
+  return at + (6 - zeros);
 }
 
 inline char* writeDecimal(char* at, U32 value) {
