@@ -10,8 +10,8 @@
 #include "Kiv/Ptr.h"
 #include "Kiv/Types.h"
 #include "OvBgp/ExtComm.h"
+#include "OvBgp/ExtCommClassificationListImpl.h"
 #include "OvBgp/ExtCommFamily.h"
-#include "OvBgp/ExtCommListImpl.h"
 
 namespace Routing::Bgp {
 

@@ -7,9 +7,9 @@
 #include "Kiv/Export.h"
 #include "Kiv/Ptr.h"
 #include "Kiv/Types.h"
+#include "OvBgp/ExtCommClassificationListImpl.h"
 #include "OvBgp/ExtCommFamily.h"
 #include "OvBgp/ExtCommIp6.h"
-#include "OvBgp/ExtCommListImpl.h"
 
 namespace Routing::Bgp {
 

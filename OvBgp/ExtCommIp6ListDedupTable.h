@@ -4,6 +4,7 @@
 
 #include "Kiv/Export.h"
 #include "OvBgp/ExtCommListDedupTableBase.h"
+#include "OvBgp/OvBgpCommunityPacketTypes.h"
 
 namespace Routing::Bgp {
 
@@ -11,6 +12,12 @@ namespace Routing::Bgp {
 // When it goes, lists that users still hold stay alive, un-interned.
 class OV_EXPORT ExtCommIp6ListDedupTable final : public ExtCommListDedupTableBase {
   KIV_OBJECT(ExtCommIp6ListDedupTable)
+
+ public:
+  // The one where sub-lists of that classification are interned.
+  Dorn::DedupHashTable& classificationListTable(ExtCommClassification) const noexcept {
+    return *extCommClassificationListDedupTable();
+  }
 };
 
 // A new, empty table with notification on.

@@ -6,6 +6,7 @@
 #include "Kiv/Export.h"
 #include "OvBgp/ExtCommListDedupTableBase.h"
 #include "OvBgp/NotifyingRtExtCommListCollection.h"
+#include "OvBgp/OvBgpCommunityPacketTypes.h"
 #include "OvBgp/RtExtCommListLifeTimeNotifiee.h"
 
 namespace Routing::Bgp {
@@ -35,6 +36,11 @@ class OV_EXPORT ExtCommListDedupTable final : public ExtCommListDedupTableBase {
 
   const Kiv::Ptr<Dorn::DedupHashTable>& rtExtCommClassificationListDedupTable() const noexcept {
     return rtExtCommClassificationListDedupTable_;
+  }
+  // The one where sub-lists of that classification are interned.
+  Dorn::DedupHashTable& classificationListTable(ExtCommClassification c) const noexcept {
+    return c == extCommClassificationRouteTarget ? *rtExtCommClassificationListDedupTable()
+                                                 : *extCommClassificationListDedupTable();
   }
   // The sub-lists of route targets that are interned now; null once deleted.
   const NotifyingRtExtCommListCollection::Ptr& notifyingRtExtCommListCollection() const noexcept {

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <ostream>
 #include <string>
 
 #include "BgpCommon/BgpHashIdentity.h"
 #include "BgpCommon/BgpHashMixImpl.h"
-#include "Kiv/Assert.h"
 #include "Kiv/Exception.h"
 #include "OvBgp/ExtCommClassificationList.h"
 #include "OvBgp/ExtCommDedupTable.h"
@@ -19,51 +17,14 @@
 #include "OvBgp/ExtCommList.h"
 #include "OvBgp/ExtCommListDedupTable.h"
 #include "OvBgp/ExtCommListMaking.h"
+#include "OvBgp/ExtCommMembers.h"
 #include "OvBgp/NotifyingObject.h"
-#include "OvBgp/StreamedText.h"
 #include "OvFmt/DynamicBuffer.h"
 
-#define ASSERT_LIST(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/OvBgpCommunityList")
-
-namespace KivStash {
-
-template <>
-Kiv::Type& arrayType<Routing::Bgp::ExtComm::PtrConst>() noexcept {
-  static constinit Kiv::Type record{"ExtComm[]"};
-  return record;
-}
-
-template <>
-Kiv::Type& arrayType<Routing::Bgp::ExtCommIp6::PtrConst>() noexcept {
-  static constinit Kiv::Type record{"ExtCommIp6[]"};
-  return record;
-}
-
-template <>
-Kiv::Type& arrayType<Routing::Bgp::ExtCommClassificationList::PtrConst>() noexcept {
-  static constinit Kiv::Type record{"ExtCommClassificationList[]"};
-  return record;
-}
-
-template <>
-Kiv::Type& arrayType<Routing::Bgp::ExtCommIp6ClassificationList::PtrConst>() noexcept {
-  static constinit Kiv::Type record{"ExtCommIp6ClassificationList[]"};
-  return record;
-}
-
-}  // namespace KivStash
-
 namespace Routing::Bgp {
-
-void ExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
-void RtExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
-void LinkBandwidthExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
-void ExtCommIp6ClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
-
 namespace {
 
-// Where the families differ: how a content is read, what a sub-list is made as and
-// where it is interned.
+// Where the families differ: how a content is read, and what a sub-list is made as.
 
 ExtCommContent contentAt(const U8* octets, ExtCommFamily) noexcept {
   U64 value = 0;
@@ -120,30 +81,6 @@ ExtCommIp6ClassificationList::Ptr newClassificationListOf(ExtCommClassification 
   return partWith<ExtCommIp6ClassificationList>(comms, classification);
 }
 
-Dorn::DedupHashTable& tableOf(ExtCommClassification classification,
-                              const ExtCommListDedupTable& table) {
-  return classification == extCommClassificationRouteTarget
-             ? *table.rtExtCommClassificationListDedupTable()
-             : *table.extCommClassificationListDedupTable();
-}
-
-Dorn::DedupHashTable& tableOf(ExtCommClassification, const ExtCommIp6ListDedupTable& table) {
-  return *table.extCommClassificationListDedupTable();
-}
-
-// The observer of the route targets' table gives every member a notifier.
-void assertFits(const ExtCommClassificationList& list) {
-  ASSERT_LIST(list.classification() != extCommClassificationRouteTarget ||
-                  &list.fwkType() == &RtExtCommClassificationList::kivType(),
-              "route targets are a RtExtCommClassificationList");
-}
-void assertFits(const ExtCommIp6ClassificationList&) {}
-
-template <class Value>
-std::span<const Value* const> pointersIn(const ExtCommVector<Value>& comms) noexcept {
-  return pointersOf<Value>({comms.data(), comms.size()});
-}
-
 // Whether they ascend strictly, which nearly all do.
 template <class Value>
 bool membersAscend(std::span<const Kiv::Ptr<const Value>> comms) {
@@ -163,7 +100,7 @@ Kiv::Ptr<const typename Family::ClassificationList> partDedup(
     const typename Family::ListTable& table, ExtCommClassification classification,
     std::span<const typename Family::Value* const> comms, U32 hash) {
   using Part = typename Family::ClassificationList;
-  Dorn::DedupHashTable& parts = tableOf(classification, table);
+  Dorn::DedupHashTable& parts = table.classificationListTable(classification);
   const auto isWanted = [comms](const Part& part) {
     return sameObjects(pointersIn(part.commVector()), comms);
   };
@@ -173,30 +110,6 @@ Kiv::Ptr<const typename Family::ClassificationList> partDedup(
       parts.dedup(newClassificationListOf(classification, comms, Family{}), miss));
 }
 
-template <class List>
-bool samePointers(const KivStash::Vector<List>& a, const KivStash::Vector<List>& b) noexcept {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end());
-}
-
-template <class Value>
-void writeJoined(std::ostream& out, const ExtCommVector<Value>& comms) {
-  bool isFirst = true;
-  for (const auto& comm : comms) {
-    if (!isFirst) out.put(' ');
-    isFirst = false;
-    comm->formatDerivedType(out);
-  }
-}
-
-void write(std::ostream& out, std::string_view text) {
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
-}
-
-template <class List>
-Kiv::String textOf(const List& list) {
-  return streamedText([&list](std::ostream& out) { list.writeText(out); });
-}
-
 // By index, as the members may move while they are copied to their own end.
 template <class Value>
 void appendAll(ExtCommVector<Value>& to, const ExtCommVector<Value>& comms) {
@@ -204,71 +117,7 @@ void appendAll(ExtCommVector<Value>& to, const ExtCommVector<Value>& comms) {
   for (U32 i = 0; i < count; ++i) to.append(comms[i]);
 }
 
-// Too large a storage is no reason to lose what is in it.
-template <class Vector>
-void shrink(Vector& vector) noexcept {
-  try {
-    vector.shrinkToFit();
-  } catch (const std::bad_alloc&) {
-  }
-}
-
 }  // namespace
-
-template <class Family>
-ExtCommClassificationListBase<Family>::~ExtCommClassificationListBase() = default;
-
-template <class Family>
-Kiv::String ExtCommClassificationListBase<Family>::toStrep() const {
-  return textOf(*this);
-}
-
-template <class Family>
-void ExtCommClassificationListBase<Family>::writeText(std::ostream& out) const {
-  write(out, stringValue(classification()));
-  write(out, " : ");
-  writeJoined(out, commVector_);
-}
-
-template <class Family>
-U32 ExtCommClassificationListBase<Family>::hash() const {
-  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
-  BgpCommon::BgpHashMixImpl mix;
-  for (const ValuePtr& comm : commVector_) BgpCommon::addIdentity(mix, comm.ptr());
-  return mix.hash();
-}
-
-template <class Family>
-bool ExtCommClassificationListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
-  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
-  return samePointers(commVector_, static_cast<const ClassificationList*>(other)->commVector());
-}
-
-template <class Family>
-bool ExtCommClassificationListBase<Family>::compareByContent(
-    const Dorn::DedupContentHandle& key) const {
-  return sameObjects(pointersIn(commVector_),
-                     static_cast<const ExtCommListContent<Value>&>(key).comms());
-}
-
-template <class Family>
-U32 ExtCommClassificationListBase<Family>::probeHash() const {
-  return addressHash(pointersIn(commVector_));
-}
-
-// An interned sub-list is shared: nothing of it is written again.
-template <class Family>
-auto ExtCommClassificationListBase<Family>::dedup(const ListTable* table)
-    -> Kiv::Ptr<const ClassificationList> {
-  if (dedupState() == Dorn::dedupHandleStateNeverDeduped()) {
-    ExtCommVectorSort(commVector_);
-    self().commVectorSortedIs(true);
-    shrink(commVector_);
-  }
-  assertFits(self());
-  return Kiv::staticPtrCast<const ClassificationList>(
-      tableOf(classification(), *table).dedup(Dorn::DedupHandle::Ptr(this)));
-}
 
 template <class Family>
 ExtCommListBase<Family>::~ExtCommListBase() = default;
@@ -403,7 +252,8 @@ auto ExtCommListBase<Family>::dedupNew(const ListTable* table, std::span<const V
     const auto group = groups[index];
     if (group.empty()) continue;
     hashes[index] = addressHash(group);
-    tableOf(static_cast<ExtCommClassification>(index), *table).prefetch(hashes[index]);
+    table->classificationListTable(static_cast<ExtCommClassification>(index))
+        .prefetch(hashes[index]);
     count = index + 1;
   }
   for (U32 index = 0; index < count; ++index) {
@@ -563,8 +413,6 @@ U32 ExtCommListBase<Family>::probeHash() const {
   return addressHash(pointersIn(commVector_));
 }
 
-template class ExtCommClassificationListBase<ExtCommFamily>;
-template class ExtCommClassificationListBase<ExtCommIp6Family>;
 template class ExtCommListBase<ExtCommFamily>;
 template class ExtCommListBase<ExtCommIp6Family>;
 

@@ -1,5 +1,5 @@
-// What extended lists are looked up by and made of when their members are known
-// beforehand: hash, order, groups.  Private to the library.
+// What extended lists are made of when their members are known beforehand: order, groups,
+// one piece of memory.  Private to the library.
 #ifndef OVBGP_EXTCOMMLISTMAKING_H
 #define OVBGP_EXTCOMMLISTMAKING_H
 
@@ -19,40 +19,6 @@
 #include "OvBgp/OvBgpCommunityPacketTypes.h"
 
 namespace Routing::Bgp {
-
-// Counted pointers as the plain ones that they hold, which the owner keeps.
-template <class Value>
-std::span<const Value* const> pointersOf(std::span<const Kiv::Ptr<const Value>> comms) noexcept {
-  using Ptr = Kiv::Ptr<const Value>;
-  static_assert(std::is_standard_layout_v<Ptr> && sizeof(Ptr) == sizeof(const Value*));
-  return {reinterpret_cast<const Value* const*>(comms.data()), comms.size()};
-}
-
-// One odd factor a place, which have nothing in common, and others in each process: what
-// is received decides in which order objects get their addresses.
-extern const std::array<U64, 32> placeFactors;
-
-// A hash of the members' addresses for the tables' own use, some ten times as fast
-// as the byte hash: a sum of products, none of which waits for another, and of which
-// the high half is good.
-template <class Value>
-U32 addressHash(std::span<const Value* const> comms) noexcept {
-  U64 h = comms.size();
-  std::size_t place = 0;
-  for (const Value* const comm : comms) {
-    h += reinterpret_cast<std::uintptr_t>(comm) * placeFactors[place];
-    if (++place < placeFactors.size()) continue;
-    place = 0;
-    h = (h ^ h >> 32) * placeFactors[1];
-  }
-  return static_cast<U32>(h >> 32);
-}
-
-template <class Value>
-bool sameObjects(std::span<const Value* const> a, std::span<const Value* const> b) noexcept {
-  return a.size() == b.size() &&
-         (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
-}
 
 // Room for the members of the lists that routes have, and for those of any list.
 // What is plain is left for the user to write.

@@ -1,4 +1,4 @@
-#include "OvBgp/ExtCommListMaking.h"
+#include "OvBgp/ExtCommMembers.h"
 
 #include "Kiv/Hash.h"
 
