@@ -85,18 +85,19 @@ def build(targets, jobs):
 
 
 def verdict(test):
-    """How a test ends: "passed", or why it did not."""
+    """How a test ends: "passed", or why it did not; and what it printed."""
     binary, pattern = test.split()
     try:
         run = quietly([str(BUILD / "bin" / binary), f"--gtest_filter={pattern}", "--gtest_brief=1"],
                       timeout=PATIENCE, cwd=BUILD)
     except subprocess.TimeoutExpired:
-        return "hung"
+        return "hung", ""
+    output = run.stdout + run.stderr
     if run.returncode < 0:
-        return f"ended by signal {-run.returncode}"
+        return f"ended by signal {-run.returncode}", output
     if "0 tests from 0 test suites ran" in run.stdout:
         sys.exit(f"{test}: there is no such test")
-    return "passed" if run.returncode == 0 else "failed"
+    return "passed" if run.returncode == 0 else "failed", output
 
 
 def outcome_of(fault, jobs):
@@ -110,7 +111,7 @@ def outcome_of(fault, jobs):
         if errors:
             return "does not compile:\n" + errors
         for test in fault["tests"]:
-            ending = verdict(test)
+            ending, _ = verdict(test)
             if ending != "passed":
                 return f"caught ({test.split()[1]} {ending})"
         return "survived"
@@ -128,8 +129,9 @@ def check_without_faults(faults, jobs):
     if errors:
         sys.exit(errors)
     for test in tests:
-        if verdict(test) != "passed":
-            sys.exit(f"{test} does not pass without a fault")
+        ending, output = verdict(test)
+        if ending != "passed":
+            sys.exit(f"{output}{test} without a fault: {ending}")
 
 
 def main():
