@@ -18,17 +18,35 @@ constexpr U64 copiesMax = 2000;
 constexpr U64 timesMax = 100'000;       // more than the C library takes
 constexpr U64 emptyWalksMax = 200'000;  // ways past a place, times items
 constexpr U64 borderWalksMax = 500;
+constexpr U64 loopBordersMax = 4;
+constexpr U64 runCostMax = 200'000;
 constexpr U64 waysMax = 1'000'000;
+
+// What follows each other with no text between: borders, such as ^, and whatever may be
+// empty, each a step.
+struct Run {
+  U64 steps = 0;
+  U64 borders = 0;
+
+  Run operator+(const Run& next) const { return {steps + next.steps, borders + next.borders}; }
+  Run operator*(U64 times) const { return {steps * times, borders * times}; }
+  Run orLonger(const Run& other) const {
+    return {std::max(steps, other.steps), std::max(borders, other.borders)};
+  }
+  U64 cost() const { return steps * steps * borders; }
+};
 
 // What an expression is put together from.
 struct Part {
   U64 items = 0;
   U64 emptyWays = 1;  // of getting past it without an octet of text
   U64 walks = 1;      // the most such ways inside, or past all of it
-  bool hasBorder = false;
+  Run run = {};       // the longest inside
 };
 constexpr Part character{.items = 1, .emptyWays = 0};
-constexpr Part border{.items = 1, .hasBorder = true};  // such as ^, which takes no text
+constexpr Part border{.items = 1, .run = {.steps = 1, .borders = 1}};
+// The C library makes two of it: where a word begins, or ends.
+constexpr Part wordBorder{.items = 3, .emptyWays = 2, .run = {.steps = 2, .borders = 2}};
 
 // The group being read: its alternatives so far, and the one that is being read, of
 // which the last part stands apart, as a repetition repeats it.
@@ -38,7 +56,10 @@ struct Group {
   U64 branchEmptyWays = 1;
   U64 walks = 1;  // that lead to the place before `last`
   U64 longestWalk = 1;
-  bool hasBorder = false;
+  Run emptyRuns;   // of the alternatives that may be empty, taken together
+  Run longestRun;  // in one that may not
+  Run run;         // that leads to the place before `last`
+  Run branchRun;   // the longest
   Part last;
 };
 
@@ -46,8 +67,9 @@ struct Group {
 // groups and copies what is repeated, with no bound of its own; time grows with up
 // to the third power of the copies, and memory with the second.  And where a loop
 // can go round without an octet of text, (a*|b*)*, it walks every such way from
-// every place.  Whether the expression is right is left to the C library: what is
-// malformed merely gives an estimate of no meaning.
+// every place.  Each border copies what can be reached from it with no text between,
+// and so does each border among the copies.  Whether the expression is right is left
+// to the C library: what is malformed merely gives an estimate of no meaning.
 class CostEstimate {
  public:
   explicit CostEstimate(std::string_view expression) : text_(expression) {
@@ -65,7 +87,7 @@ class CostEstimate {
     switch (text_[at_]) {
       case '\\':
         ++at_;
-        return addPart(isBorderEscape() ? border : character);
+        return addPart(escaped());
       case '^':
       case '$':
         return addPart(border);
@@ -91,9 +113,13 @@ class CostEstimate {
     }
   }
 
-  // References to groups count: what they stand for may be empty.
-  bool isBorderEscape() const {
-    return at_ < text_.size() && std::string_view("bB<>`'123456789").find(text_[at_]) != text_.npos;
+  // References to groups count as borders: what they stand for may be empty.
+  Part escaped() const {
+    const auto isOneOf = [this](std::string_view these) {
+      return at_ < text_.size() && these.find(text_[at_]) != these.npos;
+    };
+    if (isOneOf("bB")) return wordBorder;
+    return isOneOf("<>`'123456789") ? border : character;
   }
 
   void addPart(const Part& part) {
@@ -106,18 +132,31 @@ class CostEstimate {
     Group& group = groups_.back();
     const Part& last = group.last;
     group.items += last.items;
-    group.hasBorder = group.hasBorder || last.hasBorder;
     group.branchEmptyWays = bounded(group.branchEmptyWays * last.emptyWays);
     group.longestWalk = std::max(group.longestWalk, bounded(group.walks * last.walks));
     group.walks = last.emptyWays == 0 ? last.walks : bounded(group.walks * last.emptyWays);
     longestWalk_ = std::max(longestWalk_, group.longestWalk);
+    joinRun(group, last);
     group.last = Part();
+  }
+
+  void joinRun(Group& group, const Part& last) {
+    group.run = group.run + last.run;
+    group.branchRun = group.branchRun.orLonger(group.run);
+    if (group.run.cost() > runCostMax) isTooMuch_ = true;
+    if (last.emptyWays == 0) group.run = last.run;
   }
 
   void endBranch() {
     joinLast();
     Group& group = groups_.back();
     ++group.items;
+    if (group.branchEmptyWays == 0) {
+      group.longestRun = group.longestRun.orLonger(group.branchRun);
+    } else {
+      group.emptyRuns = group.emptyRuns + group.run + Run{.steps = 1};
+    }
+    group.run = group.branchRun = Run();
     group.emptyWays = bounded(group.emptyWays + group.branchEmptyWays);
     group.branchEmptyWays = 1;
     group.walks = 1;
@@ -137,7 +176,7 @@ class CostEstimate {
     addPart({.items = group.items,
              .emptyWays = group.emptyWays,
              .walks = std::max(group.longestWalk, group.emptyWays),
-             .hasBorder = group.hasBorder});
+             .run = group.emptyRuns + group.longestRun});
   }
 
   // From `least` to `most` times, of which the C library makes `copies`.  The factors
@@ -147,16 +186,21 @@ class CostEstimate {
     Part& last = groups_.back().last;
     const U64 added = last.items * (copies - 1);
     last.items += added;
-    copies_ += added;
+    // What may be empty leads from each of its copies to all that follow.
+    copies_ += last.emptyWays > 0 ? 2 * added : added;
     if (copies_ > copiesMax) isTooMuch_ = true;
-    if (most == timesMax && last.emptyWays > 0) emptyLoop(last.hasBorder);
+    if (most == timesMax && last.emptyWays > 0) emptyLoop(last.run.borders);
+    last.run = last.emptyWays > 0 ? (last.run + Run{.steps = 1}) * copies : last.run * 2;
+    // Where it need not be, a border before it leads to all copies at once, too.
+    if (least == 0) last.run.steps += 1 + copies / 8;
     last.emptyWays = emptyWaysOf(last.emptyWays, least, most == timesMax ? least + 1 : most);
     last.walks = bounded(std::max(last.walks, last.emptyWays));
   }
 
   // Round a border, places are copied for each way to it.
-  void emptyLoop(bool hasBorder) {
-    walksMax_ = std::min(walksMax_, hasBorder ? borderWalksMax : emptyWalksMax);
+  void emptyLoop(U64 borders) {
+    if (borders > loopBordersMax) isTooMuch_ = true;
+    walksMax_ = std::min(walksMax_, borders > 0 ? borderWalksMax : emptyWalksMax);
   }
 
   // One way for each number of times, if each time there is but one.

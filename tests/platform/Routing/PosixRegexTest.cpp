@@ -92,6 +92,15 @@ TEST(PosixRegex, RefusesWhatWouldExhaustTheMachine) {
       "(a(b*|c*)*)(((d*|e*)*|f*){9})*",
       "(" + repeated("a*|", 400) + "b)*",
       "(((((\\b)+)?)*|a)+|aa+|(a?)+|(a?|b*a)?)*",
+      "(){1,1500}",
+      "(\\b){1,60}",
+      "((^|a){1,30}){1,30}",
+      "\\b(){0,200}",
+      "(\\<|a)(b?){1,250}",
+      repeated("\\b", 60),
+      repeated("(\\b|^|$|)", 40),
+      "((\\b)*^\\B(^|a|))*",
+      "(^|$|\\b|\\B)*",
   };
   for (const std::string& expression : refused) {
     EXPECT_THROW(PosixRegex{expression}, Kiv::RangeException) << expression;
@@ -101,6 +110,15 @@ TEST(PosixRegex, RefusesWhatWouldExhaustTheMachine) {
   EXPECT_EQ(PosixRegex("^([0-9]{1,5}:[0-9]{1,5} ?){1,32}$").execute("1:1 2:2 65535:65535"), 0);
   EXPECT_EQ(PosixRegex("^([0-9]{1,5}:[0-9]{1,5} ?){1,100}$").execute("1:1 2:2"), 0);
   EXPECT_EQ(PosixRegex(repeated("65000:1|", 511) + "1:1").execute("1:1"), 0);
+  EXPECT_EQ(PosixRegex("^[0-9]{1,255}$").execute("65000"), 0);
+  EXPECT_EQ(PosixRegex("a{1,1900}").execute("a"), 0);
+  EXPECT_EQ(PosixRegex("(6500[0-9]:){1,250}").execute("65001:"), 0);
+  EXPECT_EQ(PosixRegex("([0-9]* ?){1,100}$").execute("65001 "), 0);
+  EXPECT_EQ(PosixRegex("^(65000:[0-9]* ?){1,100}$").execute("65000:1 65000:2"), 0);
+  EXPECT_EQ(PosixRegex("((^| )65000:[0-9]+( |$)){1,90}").execute("65000:1"), 0);
+  EXPECT_EQ(PosixRegex("\\b((65000:1)?\\b ?){1,10}").execute("65000:1"), 0);
+  EXPECT_EQ(PosixRegex(repeated("^65000:1$|", 400) + "1:1").execute("1:1"), 0);
+  EXPECT_EQ(PosixRegex("(^|,|$|\\b)*65000").execute("65000"), 0);
   EXPECT_EQ(PosixRegex("^(65000:(1|2|3) ?)+$").execute("65000:1 65000:3"), 0);
   EXPECT_EQ(PosixRegex("^(( )?(65000:[0-9]+)?( |$))*$").execute("65000:1 65000:22"), 0);
   EXPECT_EQ(PosixRegex("((^| )?(65000:1)?)*$").execute("65000:1 65000:1"), 0);
