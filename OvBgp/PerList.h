@@ -36,7 +36,10 @@ class PerList {
     const auto found = entries_.find(&list);
     if (found != entries_.end()) return found->second.answer;
     Answer made = make(list);
-    if (isLong(made)) return unkept_ = std::move(made);
+    if (isLong(made)) {
+      unkept_ = std::move(made);
+      return unkept_;
+    }
     if (entries_.size() >= limit_) sweep();
     Entry entry{Kiv::Ptr<const Dorn::DedupHandle>(&list), std::move(made)};
     return entries_.try_emplace(&list, std::move(entry)).first->second.answer;
