@@ -64,9 +64,10 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
   return notifyingObject<ExtCommDedupTable>(rule);
 }
 
-ExtComm::PtrConst ExtCommDedupTable::dedupNew(const ExtCommContent& content,
-                                              const Miss& miss) const {
-  ExtComm::PtrConst result = ExtCommDedupTableBase::dedupNew<ExtComm>(
+const ExtComm* ExtCommDedupTable::dedupOutOfLine(ExtCommContent content, U32 hash) const {
+  Miss miss;
+  if (ExtComm::PtrConst found = lookup<ExtComm>(content, hash, miss)) return found.release();
+  ExtComm::PtrConst result = dedupNew<ExtComm>(
       content, miss, [](const BgpParseExtendedCommunityRule& rule, const ExtCommContent& wanted) {
         ExtComm::Ptr made = rule.parseExtendedCommunity(wanted);
         if (made && !made->everDeduped()) made->plainNoted();
@@ -76,7 +77,7 @@ ExtComm::PtrConst ExtCommDedupTable::dedupNew(const ExtCommContent& content,
                 "static Routing::Bgp::ExtComm::PtrConst Routing::Bgp::ExtComm::dedupContent("
                 "Routing::Bgp::ExtCommDedupTable::RawPtrConst, "
                 "const Routing::Bgp::ExtCommContent&)");
-  return result;
+  return result.release();
 }
 
 namespace {

@@ -55,8 +55,10 @@ class OV_EXPORT ExtCommDedupTable final : public ExtCommDedupTableBase {
   friend class ExtComm;
 
   void handleInitialized();
-  // Never null.
-  ExtComm::PtrConst dedupNew(const ExtCommContent& content, const Miss& miss) const;
+  // All that dedupContent does, for what is not found at once. Without parameters or
+  // results in memory, which would cost the other ones something, too: the caller adopts
+  // the reference. Never null.
+  const ExtComm* dedupOutOfLine(ExtCommContent content, U32 hash) const;
 
   NotifyingRouteTargetList::Ptr producerRtList_;
   ExtCommLifeTimeNotifiee::Ptr lifeTimeNotifiee_;
@@ -66,12 +68,14 @@ class OV_EXPORT ExtCommDedupTable final : public ExtCommDedupTableBase {
 OV_EXPORT ExtCommDedupTable::Ptr extCommDedupTableFactory(
     const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
 
-// Where a value is held already, which is the rule, no function is called.
+// What is held already, which is the rule, is found without calling a function, or most
+// of it.
 KIV_INLINE ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                                                    const ExtCommContent& content) {
-  ExtCommDedupTable::Miss miss;
-  if (PtrConst found = table->lookup<ExtComm>(content, hashOf(content), miss)) return found;
-  return table->dedupNew(content, miss);
+  const U32 hash = hashOf(content);
+  if (PtrConst found = table->dedupTable()->lookupAtHome<const ExtComm>(content, hash))
+    return found;
+  return PtrConst(table->dedupOutOfLine(content, hash), Kiv::adopt);
 }
 
 }  // namespace Routing::Bgp

@@ -1,5 +1,6 @@
 #include "Dorn/DedupBuckets.h"
 
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -11,24 +12,28 @@ namespace {
 
 constinit Kiv::Type bucketType{"Dorn::DedupBucket"};
 
+constexpr U32 smallTable = 2048;  // buckets
+
 constexpr std::align_val_t bucketAlignment{alignof(DedupBucket)};
 
 DedupBucket* bucketsNew(U32 count) {
   const std::size_t bytes = count * sizeof(DedupBucket);
   auto* const buckets = static_cast<DedupBucket*>(::operator new(bytes, bucketAlignment));
   bucketType.allocated(bytes);
-  for (U32 i = 0; i < count; ++i) new (buckets + i) DedupBucket;
+  std::uninitialized_value_construct_n(buckets, count);
   return buckets;
 }
 
 void bucketsDelete(DedupBucket* buckets, U32 count) noexcept {
-  if (!buckets) return;
+  if (count == 0) return;
   const std::size_t bytes = count * sizeof(DedupBucket);
   bucketType.freed(bytes);
   ::operator delete(buckets, bytes, bucketAlignment);
 }
 
 }  // namespace
+
+constinit DedupBucket DedupBuckets::noBucket;
 
 DedupBuckets::~DedupBuckets() { bucketsDelete(buckets_, count_); }
 
@@ -51,30 +56,35 @@ void DedupBuckets::insert(U32 hash, DedupHandle* member) noexcept {
 }
 
 bool DedupBuckets::erase(U32 hash, const DedupHandle* member) noexcept {
-  const Place found = place(hash, [member](const DedupHandle* other) { return other == member; });
-  if (!found.member) return false;
-  buckets_[found.bucket].slotDel(found.slot);
-  for (U32 before = home(hash); before != found.bucket; before = next(before)) {
-    buckets_[before].passedDec();
+  U32 at = home(hash);
+  for (U32 left = count_; left != 0; --left, at = next(at)) {
+    if (buckets_[at].erase(hash, member)) {
+      for (U32 before = home(hash); before != at; before = next(before)) {
+        buckets_[before].passedDec();
+      }
+      --size_;
+      return true;
+    }
+    if (!buckets_[at].passed()) break;
   }
-  --size_;
-  return true;
+  return false;
 }
 
 // Few buckets double, so that a small table seldom grows; many take little more than
-// they need.
+// they need.  Those of a table of some thousand keep more of it free, as it costs
+// nothing and fewer members are passed on.
 void DedupBuckets::grow() {
   const U32 count = count_ < 16 ? 2 * count_ + 1 : count_ + count_ / 4;
   DedupBuckets larger;
   larger.buckets_ = bucketsNew(count);
   larger.count_ = count;
-  larger.limit_ = count * (DedupBucket::slots - 1);
   for (U32 at = 0; at < count_; ++at) {
     const DedupBucket& bucket = buckets_[at];
     for (U32 i = 0; i < DedupBucket::slots; ++i) {
       if (bucket.member(i)) larger.insert(bucket.hash(i), bucket.member(i));
     }
   }
+  larger.limit_ = count * (DedupBucket::slots - (count < smallTable ? 2 : 1));
   swap(larger);
 }
 

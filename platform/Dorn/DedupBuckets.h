@@ -40,8 +40,18 @@ class alignas(64) DedupBucket {
   // The free slots, the first of which is sure to be one; if there is any.
   Slots freeSlots() const noexcept { return zeros(tags_); }
 
-  // Whether slot `i`, a candidate, has this hash.
-  bool hasHash(U32 i, U32 hash) const noexcept { return words_[i] >> addressBits == hash >> 16; }
+  // The member of this hash that `isWanted(DedupHandle*)` accepts, or null.
+  template <class IsWanted>
+  KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
+    for (Slots found = candidates(hash); found != 0; found &= found - 1) {
+      // Less the hash that is asked for, a candidate's word is its address or too large.
+      const U64 word = words_[firstOf(found)] ^ U64 { hash >> 16 } << addressBits;
+      if (word >> addressBits != 0) continue;
+      auto* const member = reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(word));
+      if (isWanted(member)) return member;
+    }
+    return nullptr;
+  }
   // The member in the slot; null if it is free.
   DedupHandle* member(U32 i) const noexcept {
     return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(words_[i] & addressMask));
@@ -56,9 +66,16 @@ class alignas(64) DedupBucket {
     tags_ |= U64{hash >> 8 & 0xFF} << 8 * i;
     words_[i] = U64{hash >> 16} << addressBits | reinterpret_cast<std::uintptr_t>(member);
   }
-  void slotDel(U32 i) noexcept {
-    tags_ &= ~(U64{0xFF} << 8 * i);
-    words_[i] = 0;
+  // Whether `member`, of this hash, was there.
+  bool erase(U32 hash, const DedupHandle* member) noexcept {
+    for (Slots found = candidates(hash); found != 0; found &= found - 1) {
+      const U32 i = firstOf(found);
+      if (this->member(i) != member) continue;
+      tags_ &= ~(U64{0xFF} << 8 * i);
+      words_[i] = 0;
+      return true;
+    }
+    return false;
   }
 
   // Whether there may be members that this bucket was too full for.
@@ -106,7 +123,20 @@ class DedupBuckets {
   KIV_INLINE void prefetch(U32 hash) const noexcept { __builtin_prefetch(buckets_ + home(hash)); }
   // The member of this hash that `isWanted(DedupHandle*)` accepts, or null.
   template <class IsWanted>
-  KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const;
+  KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
+    U32 at = home(hash);
+    // Bounded, as after many removals every bucket may have been passed by somebody.
+    for (U32 left = count_; left != 0; --left, at = next(at)) {
+      if (DedupHandle* const member = buckets_[at].find(hash, isWanted)) return member;
+      if (!buckets_[at].passed()) break;
+    }
+    return nullptr;
+  }
+  // The same, but looks only where most of them are; null says nothing.
+  template <class IsWanted>
+  KIV_INLINE DedupHandle* findAtHome(U32 hash, const IsWanted& isWanted) const {
+    return buckets_[home(hash)].find(hash, isWanted);
+  }
 
   // Makes room for one more member; the only operation that allocates.  Throws
   // std::bad_alloc and leaves everything as it was.
@@ -131,15 +161,7 @@ class DedupBuckets {
   void swap(DedupBuckets& other) noexcept;
 
  private:
-  struct Place {
-    U32 bucket;
-    U32 slot;
-    DedupHandle* member;  // null if none was found
-  };
-
   void grow();
-  template <class IsWanted>
-  KIV_INLINE Place place(U32 hash, const IsWanted& isWanted) const;
   // Any number of buckets will do: the product's high part is below it.
   U32 home(U32 hash) const noexcept {
     constexpr U32 bits = DedupBucket::hashBits;
@@ -147,33 +169,13 @@ class DedupBuckets {
   }
   U32 next(U32 at) const noexcept { return at + 1 == count_ ? 0 : at + 1; }
 
-  DedupBucket* buckets_ = nullptr;
+  static DedupBucket noBucket;  // always empty
+
+  DedupBucket* buckets_ = &noBucket;
   U32 count_ = 0;
   U32 size_ = 0;
   U32 limit_ = 0;  // members to hold before the next growth
 };
-
-template <class IsWanted>
-DedupBuckets::Place DedupBuckets::place(U32 hash, const IsWanted& isWanted) const {
-  U32 at = home(hash);
-  // Bounded, as after many removals every bucket may have been passed by somebody.
-  for (U32 left = count_; left != 0; --left, at = next(at)) {
-    const DedupBucket& bucket = buckets_[at];
-    for (auto found = bucket.candidates(hash); found != 0; found &= found - 1) {
-      const U32 slot = DedupBucket::firstOf(found);
-      if (!bucket.hasHash(slot, hash)) continue;
-      DedupHandle* const member = bucket.member(slot);
-      if (isWanted(member)) return {at, slot, member};
-    }
-    if (!bucket.passed()) break;
-  }
-  return {0, 0, nullptr};
-}
-
-template <class IsWanted>
-DedupHandle* DedupBuckets::find(U32 hash, const IsWanted& isWanted) const {
-  return place(hash, isWanted).member;
-}
 
 template <class Visit>
 void DedupBuckets::forEach(const Visit& visit) const {

@@ -34,7 +34,8 @@ void DedupHandle::beingDetachedIs(bool being) noexcept {
 // One compare-and-exchange while others use the handle.  The release that may leave
 // only the table and the notifier goes to the table, which decides under its lock.
 U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
-  while (threadSafePointers && staysInUse(seen)) {
+  while (staysInUse(seen)) {
+    if (!threadSafePointers) return referenceSubtractPlain(seen) & countMask;
     if (referenceSubtractFrom(seen)) return (seen - 1) & countMask;
   }
   return doRemoveFromDedupTable();

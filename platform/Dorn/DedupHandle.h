@@ -109,6 +109,11 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   static constexpr bool staysInUse(U32 word) noexcept {
     return (word & countMask) - 1 > idleReferences(word);
   }
+  // The same in one comparison: three references or more, and no notifier. False says
+  // nothing.
+  static constexpr bool surelyStaysInUse(U32 word) noexcept {
+    return (word & ~notificationActiveFlag) - 3 <= maxReferences - 3;
+  }
   U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
   void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
   void beingDetachedIs(bool being) noexcept;
@@ -127,7 +132,8 @@ inline U32 DedupHandle::referencesDec() const noexcept {
     return 1;
   const U32 seen = word();
   delayAt(DelayPoint::decrement);
-  if (!threadSafePointers && staysInUse(seen)) return referenceSubtractPlain(seen) & countMask;
+  if (!threadSafePointers && surelyStaysInUse(seen))
+    return referenceSubtractPlain(seen) & countMask;
   return referencesDecShared(seen);
 }
 

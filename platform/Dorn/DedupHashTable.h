@@ -60,6 +60,21 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
         hash, [&key](const Handle& member) { return member.Handle::compareByContent(key); }, miss);
   }
 
+  // The same where it takes but a few instructions: in a table for one thread, and for
+  // the members that stand where they are looked for first, which most do. Null says
+  // nothing.
+  template <class Handle>
+  KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(const DedupContentHandle& key, U32 hash) const {
+    if (threadSafe_) return nullptr;
+    const U32 mixed = mixed32(hash);
+    auto* const found = shards_[0].buckets.findAtHome(mixed, [&key](const DedupHandle* member) {
+      return static_cast<const Handle&>(*member).Handle::compareByContent(key);
+    });
+    if (!found) return nullptr;
+    found->referenceAdd();
+    return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
+  }
+
   // What a lookup did not find, for the insertion of what is then made: that probes
   // again only if others were inserted meanwhile.
   class Miss {
