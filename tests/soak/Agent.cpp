@@ -40,6 +40,7 @@ void Agent::take(const CommTool::RouteBatch& batch) {
   if (!problems_.empty()) noteFault(problems_.text());
   problems_.clear();
   if (++operations_ % 8 == 0) use(lists);
+  if (leak_ != 0 && operations_ % leak_ == 0) leaked_.push_back(lists);
 }
 
 void Agent::use(const CommTool::RouteCommunities& lists) {

@@ -20,7 +20,8 @@ namespace Soak {
 // match, snapshot, edit, attribute, store.
 class Agent {
  public:
-  explicit Agent(std::vector<Update> updates) : updates_(std::move(updates)) {}
+  // With a `leak`, the agent never lets go of the lists of one update in that many.
+  Agent(std::vector<Update> updates, U64 leak) : updates_(std::move(updates)), leak_(leak) {}
 
   // All updates once.
   void pass();
@@ -44,7 +45,9 @@ class Agent {
   }
 
   std::vector<Update> updates_;
+  const U64 leak_;
   CommTool::HeldRoutes held_;
+  std::vector<CommTool::RouteCommunities> leaked_;
   const StoreTest::TestName storeName_;
   KivStash::StoreWriter writer_{storeName_.name()};
   const KivStash::StoreManager::Ptr manager_ = KivStash::storeManagerFactory(storeName_.name());

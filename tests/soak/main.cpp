@@ -1,4 +1,5 @@
-// Runs an agent for long, and fails if its memory or its tables grow.
+// Runs an agent for long, and fails if its memory or its tables grow.  That it can fail
+// shows an agent that leaks the lists of one update in OVBGP_SOAK_LEAK.
 #include <chrono>
 #include <cstdlib>
 #include <exception>
@@ -67,7 +68,8 @@ class Figures {
 // Figures are taken after every fourth pass, when each update has had its turn to be
 // another one, some thirty times in all.
 int soak(double seconds, const std::vector<std::string>& files) {
-  Soak::Agent agent(Soak::updatesOf(files));
+  const char* const leak = std::getenv("OVBGP_SOAK_LEAK");
+  Soak::Agent agent(Soak::updatesOf(files), leak ? std::strtoull(leak, nullptr, 10) : 0);
   Figures figures;
   const auto start = Clock::now();
   const auto elapsed = [&start] {
