@@ -113,7 +113,7 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
  protected:
   // `variant`: one bit for a subclass to tell its objects apart.
   ExtComm(ExtCommClassification classification, const ExtCommContent& content, bool variant)
-      : classification_(classificationKept(classification) & 0x3F),
+      : classification_(classificationKept(classification) & classificationMask),
         variant_(variant),
         content_(content) {
     // What the observer of their table hears of.

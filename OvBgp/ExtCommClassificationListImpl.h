@@ -73,7 +73,7 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
 
  protected:
   explicit ExtCommClassificationListBase(ExtCommClassification classification) noexcept
-      : classification_(classificationKept(classification) & 0x3F) {}
+      : classification_(classificationKept(classification) & classificationMask) {}
   ~ExtCommClassificationListBase() override;
 
   // What a sub-list notes of its members: two bits, sorted the first of them.

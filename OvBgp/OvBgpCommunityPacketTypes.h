@@ -241,8 +241,10 @@ KIV_ENUM(ExtCommClassification, ENUM_ROWS)
 #undef ENUM_ROWS
 using enum ExtCommClassification;
 KIV_ENUM_INSTANCE_BY_VALUE(ExtCommClassification, ExtCommClassificationInstance)
-// As a community keeps it, in six bits.  Rules of one's own may give numbers without a
+// As communities and sub-lists keep it, in six bits; where that is a bit-field, the
+// mask only tells the compiler so.  Rules of one's own may give numbers without a
 // name, but none beyond: lists would group them under another.
+inline constexpr U8 classificationMask = 0x3F;
 inline U8 classificationKept(ExtCommClassification classification) noexcept {
   KIV_ASSERT(static_cast<U32>(classification) < 64, "classification < 64",
              "OvBgp/OvBgpCommunityPacketTypes");

@@ -10,6 +10,7 @@
 
 #include "Kiv/Exception.h"
 #include "OvBgp/ExtCommAsNumber.h"
+#include "OvBgp/ExtCommClassificationList.h"
 #include "OvBgp/ExtCommIp6.h"
 #include "OvBgp/ExtCommIpv4Address.h"
 #include "OvBgp/ExtCommText.h"
@@ -298,6 +299,7 @@ TEST(ExtCommDeathTest, AClassificationThatIsNotKeptStopsTheProcess) {
   EXPECT_EQ(most, extCommIp6Factory(most, ExtCommIp6Content())->classification());
   EXPECT_DEATH(extCommFactory(tooMany, ExtCommContent(1)), "classification < 64");
   EXPECT_DEATH(extCommIp6Factory(tooMany, ExtCommIp6Content()), "classification < 64");
+  EXPECT_DEATH(extCommClassificationListFactory(tooMany), "classification < 64");
 }
 
 TEST(ExtComm, DiagnosticTextNamesWhatItCan) {
