@@ -123,10 +123,12 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   // Whether these are the octets of the list's attribute.
   KIV_INLINE bool equalsWire(std::span<const U8> octets) const noexcept;
 
-  // Parts of dedupAttributeValue: finding the list of these octets; building it, if they
-  // ascend; sorting, and then the others.
+  // Parts of dedupAttributeValue: finding the list of these octets; what is rarer than
+  // finding it at once; building it, if they ascend; sorting, and then the others.
   KIV_INLINE static Kiv::Ptr<const List> lookup(Dorn::DedupHashTable& table,
-                                                std::span<const U8> octets, Miss& miss);
+                                                std::span<const U8> octets, U32 hash, Miss& miss);
+  static Kiv::Ptr<const List> dedupOutOfLine(Dorn::DedupHashTable& table, std::span<const U8> value,
+                                             U32 hash);
   static Kiv::Ptr<const List> dedupAscending(Dorn::DedupHashTable& table,
                                              std::span<const U8> octets, const Miss& miss);
   static Kiv::Ptr<const List> dedupUnordered(Dorn::DedupHashTable& table,

@@ -146,9 +146,9 @@ void ValueList<Family>::sort() {
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::lookup(Dorn::DedupHashTable& table,
                                                                 std::span<const U8> octets,
-                                                                Miss& miss) {
+                                                                U32 hash, Miss& miss) {
   return table.template lookup<List>(
-      wireHash(octets), [octets](const List& list) { return list.equalsWire(octets); }, miss);
+      hash, [octets](const List& list) { return list.equalsWire(octets); }, miss);
 }
 
 // A list that will not grow takes one piece of memory, communities and all.
@@ -187,10 +187,20 @@ Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
   if (value.size() % sizeof(Element) != 0) [[unlikely]]
     lengthRefuse(value.size());
   Dorn::DedupHashTable& lists = *table->dedupTable();
+  const U32 hash = wireHash(value);
+  const auto isWanted = [value](const List& list) { return list.equalsWire(value); };
+  if (auto list = lists.template lookupAtHome<const List>(hash, isWanted)) return list;
+  return dedupOutOfLine(lists, value, hash);
+}
+
+// All but what takes few instructions, which would pay for it otherwise.
+template <class Family>
+[[gnu::noinline]] Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupOutOfLine(
+    Dorn::DedupHashTable& table, std::span<const U8> value, U32 hash) {
   Miss miss;
-  if (auto list = lookup(lists, value, miss)) return list;
-  return ascends<Element>(value) ? dedupAscending(lists, value, miss)
-                                 : dedupUnordered(lists, value);
+  if (auto list = lookup(table, value, hash, miss)) return list;
+  return ascends<Element>(value) ? dedupAscending(table, value, miss)
+                                 : dedupUnordered(table, value);
 }
 
 // The sorted communities are looked up before a list is built that would be thrown away.
@@ -207,7 +217,7 @@ Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupUnordered(Dorn::De
   wireOrderSwap(wordsOf(members));
   const auto octets = octetsOf(members);
   Miss miss;
-  if (auto list = lookup(table, octets, miss)) return list;
+  if (auto list = lookup(table, octets, wireHash(octets), miss)) return list;
   return dedupAscending(table, octets, miss);
 }
 

@@ -7,7 +7,7 @@ namespace Dorn {
 
 constinit bool dedupHandleDisableSmartPointerOperations = false;
 
-bool DedupHandle::isDeduped() const noexcept { return dedupState() == DedupHandleState::deduped; }
+bool DedupHandle::isDeduped() const noexcept { return isMember(); }
 
 bool DedupHandle::everDeduped() const noexcept {
   return dedupState() != dedupHandleStateNeverDeduped();
@@ -21,16 +21,6 @@ bool DedupHandle::compareByContent(const DedupContentHandle&) const { return fal
 
 U32 DedupHandle::probeHash() const { return hash(); }
 
-void DedupHandle::dedupStateIs(DedupHandleState state) noexcept {
-  stateIs(
-      static_cast<U8>((this->state() & (beingDetachedBit | notableBit)) | static_cast<U8>(state)));
-}
-
-void DedupHandle::beingDetachedIs(bool being) noexcept {
-  const auto rest = static_cast<U8>(state() & ~beingDetachedBit);
-  stateIs(being ? static_cast<U8>(rest | beingDetachedBit) : rest);
-}
-
 // One compare-and-exchange while others use the handle.  The release that may leave
 // only the table and the notifier goes to the table, which decides under its lock.
 U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
@@ -43,7 +33,7 @@ U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
 
 void DedupHandle::releasePrefetch() const noexcept {
   const U32 seen = word();
-  if ((seen & countMask) - 1 > idleReferences(seen) || !isDeduped()) return;
+  if ((seen & countMask) - 1 > idleReferences(seen) || !isMember()) return;
   DedupTableNumbers::table(table_.load(std::memory_order_relaxed)).prefetch(probeHash());
 }
 
@@ -51,7 +41,7 @@ void DedupHandle::releasePrefetch() const noexcept {
 // one until its table's lock is taken.
 U32 DedupHandle::doRemoveFromDedupTable() const noexcept {
   auto* const self = const_cast<DedupHandle*>(this);
-  if (isDeduped()) {
+  if (isMember()) {
     const U16 table = table_.load(std::memory_order_relaxed);
     return DedupTableNumbers::table(table).memberRelease(*self);
   }

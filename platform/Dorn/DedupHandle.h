@@ -91,7 +91,10 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   DedupHandle() noexcept = default;
   ~DedupHandle() override = default;
 
-  void dedupStateIs(DedupHandleState state) noexcept;
+  void dedupStateIs(DedupHandleState state) noexcept {
+    const U8 bits = this->state() & (beingDetachedBit | notableBit);
+    stateIs(bits | static_cast<U8>(state));
+  }
   // For the constructors of a type.
   void notableIs() noexcept { stateIs(static_cast<U8>(state() | notableBit)); }
 
@@ -116,7 +119,12 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   }
   U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
   void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
-  void beingDetachedIs(bool being) noexcept;
+  void beingDetachedIs(bool being) noexcept {
+    const U8 rest = state() & static_cast<U8>(~beingDetachedBit);
+    stateIs(being ? rest | beingDetachedBit : rest);
+  }
+  // What isDeduped answers, without a virtual call.
+  bool isMember() const noexcept { return dedupState() == DedupHandleState::deduped; }
   U32 referencesDecShared(U32 seen) const noexcept;
   U32 doRemoveFromDedupTable() const noexcept;
 

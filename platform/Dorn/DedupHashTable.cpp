@@ -126,7 +126,7 @@ DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
 }
 
 void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
-  KIV_ASSERT(!handle.isDeduped() && handle.dedupState() != DedupHandleState::rebuilt,
+  KIV_ASSERT(!handle.isMember() && handle.dedupState() != DedupHandleState::rebuilt,
              "!isDeduped() && dedupState() != rebuilt", "Dorn/DedupHashTable");
   shard.buckets.reserveOne();
   handle.referenceAdd();
@@ -195,7 +195,7 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
 // the table's without the lock.
 DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
                                                       U32& left) noexcept {
-  const bool isMember = member.isDeduped();
+  const bool isMember = member.isMember();
   const U32 word = member.referenceSubtract();
   left = word & countMask;
   if (!isMember) return left == 0 ? Release::dies : Release::stays;

@@ -63,13 +63,14 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // The same where it takes but a few instructions: in a table for one thread, and for
   // the members that stand where they are looked for first, which most do. Null says
   // nothing.
-  template <class Handle>
-  KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(const DedupContentHandle& key, U32 hash) const {
+  template <class Handle, class IsWanted>
+  KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(U32 hash, const IsWanted& isWanted) const {
     if (threadSafe_) return nullptr;
     const U32 mixed = mixed32(hash);
-    auto* const found = shards_[0].buckets.findAtHome(mixed, [&key](const DedupHandle* member) {
-      return static_cast<const Handle&>(*member).Handle::compareByContent(key);
-    });
+    const auto wanted = [&isWanted](const DedupHandle* member) {
+      return isWanted(static_cast<const Handle&>(*member));
+    };
+    auto* const found = shards_[0].buckets.findAtHome(mixed, wanted);
     if (!found) return nullptr;
     found->referenceAdd();
     return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
