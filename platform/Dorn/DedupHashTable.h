@@ -60,9 +60,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
         hash, [&key](const Handle& member) { return member.Handle::compareByContent(key); }, miss);
   }
 
-  // The same where it takes but a few instructions: in a table for one thread, and for
-  // the members that stand where they are looked for first, which most do. Null says
-  // nothing.
+  // The member of class `Handle` that `isWanted(const Handle&)` accepts among those of
+  // this hash, where that takes but a few instructions: in a table for one thread, if it
+  // stands where it is looked for first, as most do. Null says nothing: ask lookup.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(U32 hash, const IsWanted& isWanted) const {
     if (threadSafe_) return nullptr;
