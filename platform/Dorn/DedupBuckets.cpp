@@ -4,7 +4,6 @@
 #include <new>
 #include <utility>
 
-#include "Kiv/Assert.h"
 #include "Kiv/Type.h"
 
 namespace Dorn {
@@ -14,7 +13,8 @@ constinit Kiv::Type bucketType{"Dorn::DedupBucket"};
 
 constexpr U32 smallTable = 2048;  // buckets
 
-constexpr std::align_val_t bucketAlignment{alignof(DedupBucket)};
+// Pairs of buckets, of 128 octets, are what caches mostly fetch together.
+constexpr std::align_val_t bucketAlignment{2 * alignof(DedupBucket)};
 
 DedupBucket* bucketsNew(U32 count) {
   const std::size_t bytes = count * sizeof(DedupBucket);
@@ -44,30 +44,29 @@ void DedupBuckets::swap(DedupBuckets& other) noexcept {
   std::swap(limit_, other.limit_);
 }
 
-void DedupBuckets::insert(U32 hash, DedupHandle* member) noexcept {
-  KIV_ASSERT(DedupBucket::fits(member), "fits(member)", "Dorn/DedupBuckets");
+DedupBucket& DedupBuckets::passFull(U32 hash) noexcept {
   U32 at = home(hash);
-  while (buckets_[at].freeSlots() == 0) {
-    buckets_[at].passedInc();
-    at = next(at);
+  for (U32 step = 0; buckets_[at].freeSlots() == 0; ++step) {
+    buckets_[at].passedInc(hash);
+    at = after(step, at, hash);
   }
-  buckets_[at].slotIs(DedupBucket::firstOf(buckets_[at].freeSlots()), hash, member);
-  ++size_;
+  return buckets_[at];
 }
 
-bool DedupBuckets::erase(U32 hash, const DedupHandle* member) noexcept {
+// A bucket that is passed twice is told twice, by who comes as by who goes.
+bool DedupBuckets::eraseElsewhere(U32 hash, const DedupHandle* member) noexcept {
   U32 at = home(hash);
-  for (U32 left = count_; left != 0; --left, at = next(at)) {
-    if (buckets_[at].erase(hash, member)) {
-      for (U32 before = home(hash); before != at; before = next(before)) {
-        buckets_[before].passedDec();
-      }
-      --size_;
-      return true;
-    }
-    if (!buckets_[at].passed()) break;
+  U32 steps = 0;
+  do {
+    if (!buckets_[at].passed(hash) || steps > count_) return false;
+    at = after(steps++, at, hash);
+  } while (!buckets_[at].erase(hash, member));
+  at = home(hash);
+  for (U32 step = 0; step < steps; ++step) {
+    buckets_[at].passedDec(hash);
+    at = after(step, at, hash);
   }
-  return false;
+  return true;
 }
 
 // Few buckets double, so that a small table seldom grows; many take little more than

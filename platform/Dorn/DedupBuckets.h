@@ -4,18 +4,27 @@
 // A bucket is one cache line of seven slots.  It keeps 24 bits of each member's hash,
 // eight of them (the tag) where one comparison finds them, the others in what an
 // address leaves free of its word: so a probe touches an object only if all are equal,
-// and growth touches none.  A member that finds its home bucket full goes to the next
-// one with room; every bucket that it passed counts it, so that a probe goes on
-// exactly while somebody went past, and removal needs no markers and moves nobody.
+// and growth touches none.
+//
+// A member that finds its home bucket full goes to another one, which its hash names,
+// too, and if that is full, to the next one with room.  Every bucket that it passed
+// counts it, by one of seven classes of hashes: so a probe goes on exactly while
+// somebody of its class went past, and removal needs no markers and moves nobody.  One
+// count for all would not do.  In a table that members come to and go from for long,
+// those who once passed a bucket stay away from it when it gets room again, and at six
+// sevenths nearly every bucket has been passed by somebody: a miss would look at dozens
+// of them, where it looks at two so.
 //
 // Cost: a hit or miss usually touches one bucket, 9.2 bytes a slot, filled to six
-// sevenths before it grows by a quarter.  Members stand in the order of their hashes,
-// in old buckets as in new ones, so growth reads and writes memory from end to end.
+// sevenths before it grows by a quarter.  Most members stand in the order of their
+// hashes, in old buckets as in new ones, so growth reads and writes memory from end to
+// end.
 #ifndef DORN_DEDUPBUCKETS_H
 #define DORN_DEDUPBUCKETS_H
 
 #include <cstddef>
 
+#include "Kiv/Assert.h"
 #include "Kiv/Inline.h"
 #include "Kiv/Types.h"
 
@@ -47,15 +56,13 @@ class alignas(64) DedupBucket {
       // Less the hash that is asked for, a candidate's word is its address or too large.
       const U64 word = words_[firstOf(found)] ^ U64 { hash >> 16 } << addressBits;
       if (word >> addressBits != 0) continue;
-      auto* const member = reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(word));
+      DedupHandle* const member = memberOf(word);
       if (isWanted(member)) return member;
     }
     return nullptr;
   }
   // The member in the slot; null if it is free.
-  DedupHandle* member(U32 i) const noexcept {
-    return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(words_[i] & addressMask));
-  }
+  DedupHandle* member(U32 i) const noexcept { return memberOf(words_[i]); }
   // As much of the hash of slot `i` as counts.
   U32 hash(U32 i) const noexcept {
     return static_cast<U32>(words_[i] >> addressBits) << 16 |
@@ -64,7 +71,7 @@ class alignas(64) DedupBucket {
 
   void slotIs(U32 i, U32 hash, DedupHandle* member) noexcept {
     tags_ |= U64{hash >> 8 & 0xFF} << 8 * i;
-    words_[i] = U64{hash >> 16} << addressBits | reinterpret_cast<std::uintptr_t>(member);
+    words_[i] |= U64{hash >> 16} << addressBits | reinterpret_cast<std::uintptr_t>(member);
   }
   // Whether `member`, of this hash, was there.
   bool erase(U32 hash, const DedupHandle* member) noexcept {
@@ -72,39 +79,49 @@ class alignas(64) DedupBucket {
       const U32 i = firstOf(found);
       if (this->member(i) != member) continue;
       tags_ &= ~(U64{0xFF} << 8 * i);
-      words_[i] = 0;
+      words_[i] &= passedMany;
       return true;
     }
     return false;
   }
 
-  // Whether there may be members that this bucket was too full for.
-  bool passed() const noexcept { return tags_ >> passedShift != 0; }
-  void passedInc() noexcept {
-    if (tags_ >> passedShift != passedMany) tags_ += U64{1} << passedShift;
+  // Whether there may be members of this hash that this bucket was too full for.
+  bool passed(U32 hash) const noexcept { return passedOf(words_[classOf(hash)]) != 0; }
+  void passedInc(U32 hash) noexcept {
+    U64& word = words_[classOf(hash)];
+    if (passedOf(word) != passedMany) ++word;
   }
-  void passedDec() noexcept {
-    if (tags_ >> passedShift != passedMany) tags_ -= U64{1} << passedShift;
+  void passedDec(U32 hash) noexcept {
+    U64& word = words_[classOf(hash)];
+    if (passedOf(word) != passedMany) --word;
   }
 
-  // Whether there is room for the address beside the hash.
+  // Whether the address leaves room for what is kept beside it.
   static bool fits(const DedupHandle* member) noexcept {
     return (U64{reinterpret_cast<std::uintptr_t>(member)} & ~addressMask) == 0;
   }
 
  private:
   static constexpr U64 ones = 0x01010101010101;
-  static constexpr U32 passedShift = 56;
-  static constexpr U64 passedMany = 0xFF;  // no more are counted, nor fewer
   // What a program of 64 bits gets from its system unless it asks for more.
   static constexpr U32 addressBits = 48;
-  static constexpr U64 addressMask = (U64{1} << addressBits) - 1;
+  // Objects are aligned to eight octets, which leaves three bits, in the word of slot i
+  // for the count of who passed of class i.
+  static constexpr U64 passedMany = 7;  // no more are counted, nor fewer
+  static constexpr U64 addressMask = ((U64{1} << addressBits) - 1) & ~passedMany;
+
+  // One of the words, by bits that neither buckets nor classes of others hang on.
+  static U32 classOf(U32 hash) noexcept { return (hash >> 8 & 0x7F) * slots >> 7; }
+  static U64 passedOf(U64 word) noexcept { return word & passedMany; }
+  static DedupHandle* memberOf(U64 word) noexcept {
+    return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(word & addressMask));
+  }
 
   // The octets, of seven, that are 0; behind the first one, some that are 1, too.
   static Slots zeros(U64 octets) noexcept { return (octets - ones) & ~octets & ones << 7; }
 
-  U64 tags_ = 0;  // an octet a slot, and how many members passed
-  U64 words_[slots] = {};
+  U64 tags_ = 0;           // an octet a slot
+  U64 words_[slots] = {};  // a slot each: hash, address, and the count of a class
 };
 static_assert(sizeof(DedupBucket) == 64);
 
@@ -124,18 +141,23 @@ class DedupBuckets {
   // The member of this hash that `isWanted(DedupHandle*)` accepts, or null.
   template <class IsWanted>
   KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
-    U32 at = home(hash);
-    // Bounded, as after many removals every bucket may have been passed by somebody.
-    for (U32 left = count_; left != 0; --left, at = next(at)) {
-      if (DedupHandle* const member = buckets_[at].find(hash, isWanted)) return member;
-      if (!buckets_[at].passed()) break;
-    }
-    return nullptr;
+    if (DedupHandle* const member = findAtHome(hash, isWanted)) return member;
+    return findElsewhere(hash, isWanted);
   }
-  // The same, but looks only where most of them are; null says nothing.
+  // The two halves of that: where most of them are; and all other places.
   template <class IsWanted>
   KIV_INLINE DedupHandle* findAtHome(U32 hash, const IsWanted& isWanted) const {
     return buckets_[home(hash)].find(hash, isWanted);
+  }
+  template <class IsWanted>
+  KIV_INLINE DedupHandle* findElsewhere(U32 hash, const IsWanted& isWanted) const {
+    U32 at = home(hash);
+    // Bounded, as every bucket may have been passed by somebody.
+    for (U32 step = 0; buckets_[at].passed(hash) && step <= count_; ++step) {
+      at = after(step, at, hash);
+      if (DedupHandle* const member = buckets_[at].find(hash, isWanted)) return member;
+    }
+    return nullptr;
   }
 
   // Makes room for one more member; the only operation that allocates.  Throws
@@ -144,9 +166,20 @@ class DedupBuckets {
     if (size_ >= limit_) grow();
   }
   // Requires: reserveOne() since the last insertion; `member` is not there yet.
-  void insert(U32 hash, DedupHandle* member) noexcept;
+  void insert(U32 hash, DedupHandle* member) noexcept {
+    KIV_ASSERT(DedupBucket::fits(member), "fits(member)", "Dorn/DedupBuckets");
+    DedupBucket* bucket = buckets_ + home(hash);
+    if (bucket->freeSlots() == 0) bucket = &passFull(hash);
+    bucket->slotIs(DedupBucket::firstOf(bucket->freeSlots()), hash, member);
+    ++size_;
+  }
   // Whether `member`, of this hash, was there.
-  bool erase(U32 hash, const DedupHandle* member) noexcept;
+  bool erase(U32 hash, const DedupHandle* member) noexcept {
+    const bool wasHome = buckets_[home(hash)].erase(hash, member);
+    const bool was = wasHome || eraseElsewhere(hash, member);
+    size_ -= was ? 1 : 0;
+    return was;
+  }
 
   template <class Visit>
   void forEach(const Visit& visit) const;
@@ -162,12 +195,24 @@ class DedupBuckets {
 
  private:
   void grow();
+  // The first bucket with room, if that is not the home bucket; all before are told.
+  DedupBucket& passFull(U32 hash) noexcept;
+  bool eraseElsewhere(U32 hash, const DedupHandle* member) noexcept;
+
   // Any number of buckets will do: the product's high part is below it.
-  U32 home(U32 hash) const noexcept {
-    constexpr U32 bits = DedupBucket::hashBits;
-    return static_cast<U32>(U64{hash >> (32 - bits)} * count_ >> bits);
+  U32 scaled(U32 bits) const noexcept {
+    return static_cast<U32>(U64{bits} * count_ >> DedupBucket::hashBits);
   }
-  U32 next(U32 at) const noexcept { return at + 1 == count_ ? 0 : at + 1; }
+  U32 home(U32 hash) const noexcept { return scaled(hash >> (32 - DedupBucket::hashBits)); }
+  // Where to go on after bucket `at`, `step` buckets behind the home bucket: first to the
+  // other one of its pair, which caches mostly fetch with it; then far away, lest full
+  // buckets fill those beside them; then one by one.
+  U32 after(U32 step, U32 at, U32 hash) const noexcept {
+    constexpr U32 dropped = 32 - DedupBucket::hashBits;
+    if (step == 0 && (at ^ 1) < count_) return at ^ 1;
+    if (step <= 1) return scaled((hash >> dropped) * 0x9E3779B1 >> dropped);
+    return at + 1 == count_ ? 0 : at + 1;
+  }
 
   static DedupBucket noBucket;  // always empty
 

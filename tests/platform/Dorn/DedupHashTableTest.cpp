@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <map>
 #include <random>
 #include <set>
@@ -121,6 +122,23 @@ TEST_P(DedupHashTableTest, MatchesAModelUnderRandomUseAndBadHashes) {
     for (const auto& [value, holders] : held) distinct += holders.empty() ? 0 : 1;
     EXPECT_EQ(distinct, table_->size());
     EXPECT_EQ(distinct, table_->members().size());
+  }
+}
+
+// Few hashes in tables of each size, so that members are passed on from bucket to bucket
+// and around the end, until the last one that has room.
+TEST_P(DedupHashTableTest, FindsExactlyWhoIsThereAtEverySize) {
+  for (U32 most = 1; most <= 60; ++most) {
+    Number::hashModulus = 1 + most % 7;
+    const auto table = newTable(GetParam());
+    std::deque<Number::Ptr> held;
+    for (U32 value = 0; value < 200; ++value) {
+      ASSERT_FALSE(find(table, value));
+      held.push_back(intern(table, value));
+      if (held.size() > most) held.erase(held.begin() + value % most);
+      for (const auto& number : held) ASSERT_EQ(number, find(table, number->number()));
+      ASSERT_EQ(held.size(), table->size());
+    }
   }
 }
 
