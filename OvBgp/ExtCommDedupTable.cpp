@@ -66,7 +66,9 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
 
 const ExtComm* ExtCommDedupTable::dedupOutOfLine(ExtCommContent content, U32 hash) const {
   Miss miss;
-  if (ExtComm::PtrConst found = lookup<ExtComm>(content, hash, miss)) return found.release();
+  const auto isWanted = describedBy<ExtComm>(content);
+  if (auto found = dedupTable()->lookupElsewhere<const ExtComm>(hash, isWanted, miss))
+    return found.release();
   ExtComm::PtrConst result = dedupNew<ExtComm>(
       content, miss, [](const BgpParseExtendedCommunityRule& rule, const ExtCommContent& wanted) {
         ExtComm::Ptr made = rule.parseExtendedCommunity(wanted);

@@ -73,9 +73,7 @@ OV_EXPORT ExtCommDedupTable::Ptr extCommDedupTableFactory(
 KIV_INLINE ExtComm::PtrConst ExtComm::dedupContent(const ExtCommDedupTable* table,
                                                    const ExtCommContent& content) {
   const U32 hash = hashOf(content);
-  const auto isWanted = [&content](const ExtComm& value) {
-    return value.ExtComm::compareByContent(content);
-  };
+  const auto isWanted = ExtCommDedupTable::describedBy<ExtComm>(content);
   if (PtrConst found = table->dedupTable()->lookupAtHome<const ExtComm>(hash, isWanted))
     return found;
   return PtrConst(table->dedupOutOfLine(content, hash), Kiv::adopt);

@@ -8,7 +8,6 @@
 #include "Dorn/DedupHashTable.h"
 #include "Dorn/DumpContext.h"
 #include "Kiv/Export.h"
-#include "Kiv/Inline.h"
 #include "Kiv/PtrInterface.h"
 
 namespace Routing::Bgp {
@@ -44,14 +43,10 @@ class OV_EXPORT ExtCommDedupTableBase : public Kiv::PtrInterface {
 
   using Miss = Dorn::DedupHashTable::Miss;
 
-  // The member that `content` describes, which hashes to `hash`; or null, and then
-  // `miss` is set.
+  // Tells the member that `content` describes, which stays with the caller.
   template <class Value, class Content>
-  KIV_INLINE Kiv::Ptr<const Value> lookup(const Content& content, U32 hash, Miss& miss) const {
-    const auto isWanted = [&content](const Value& member) {
-      return member.Value::compareByContent(content);
-    };
-    return dedupTable_->lookup<const Value>(hash, isWanted, miss);
+  static auto describedBy(const Content& content) {
+    return [&content](const Value& member) { return member.Value::compareByContent(content); };
   }
   // What `parse(rule, content)` makes of content that was not found, or the equal one that
   // another thread was first with. Null if `parse` makes nothing.

@@ -21,7 +21,10 @@ ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
 ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
                                               const ExtCommIp6Content& content) {
   ExtCommIp6DedupTable::Miss miss;
-  if (PtrConst found = table->lookup<ExtCommIp6>(content, content.probeHash(), miss)) return found;
+  const auto isWanted = ExtCommIp6DedupTable::describedBy<ExtCommIp6>(content);
+  if (auto found =
+          table->dedupTable()->lookup<const ExtCommIp6>(content.probeHash(), isWanted, miss))
+    return found;
   PtrConst result = table->dedupNew<ExtCommIp6>(
       content, miss,
       [](const BgpParseExtendedCommunityRule& rule, const ExtCommIp6Content& wanted) {

@@ -123,16 +123,14 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   // Whether these are the octets of the list's attribute.
   KIV_INLINE bool equalsWire(std::span<const U8> octets) const noexcept;
 
-  // Parts of dedupAttributeValue: finding the list of these octets; what is rarer than
-  // finding it at once; building it, if they ascend; sorting, and then the others.
-  KIV_INLINE static Kiv::Ptr<const List> lookup(Dorn::DedupHashTable& table,
-                                                std::span<const U8> octets, U32 hash, Miss& miss);
+  // Parts of dedupAttributeValue: what is rarer than finding the list of these octets at
+  // once; building the list of members that ascend; sorting them, and then the others.
   static Kiv::Ptr<const List> dedupOutOfLine(Dorn::DedupHashTable& table, std::span<const U8> value,
                                              U32 hash);
-  static Kiv::Ptr<const List> dedupAscending(Dorn::DedupHashTable& table,
-                                             std::span<const U8> octets, const Miss& miss);
+  static Kiv::Ptr<const List> dedupNew(Dorn::DedupHashTable& table,
+                                       std::span<const Element> members, const Miss& miss);
   static Kiv::Ptr<const List> dedupUnordered(Dorn::DedupHashTable& table,
-                                             std::span<const U8> value);
+                                             std::span<Element> received);
   [[noreturn]] static void lengthRefuse(std::size_t octets);
 
   // One octet, which the handle has left over.

@@ -40,25 +40,22 @@ std::span<const U8> octetsOf(std::span<Element> members) noexcept {
   return {reinterpret_cast<const U8*>(members.data()), members.size_bytes()};
 }
 
-// Decodes `value` to `members`, which are as many.
+// Decodes `value` to `members`, which are as many.  Says whether they strictly ascend,
+// as nearly all lists do: it is only remembered on the way, without a branch.
 template <class Element>
-void decode(std::span<const U8> value, std::span<Element> members) noexcept {
+bool decode(std::span<const U8> value, std::span<Element> members) noexcept {
   const U8* at = value.data();
-  for (U32& word : wordsOf(members)) {
-    word = wireWord(wireWordAt(at));
-    at += sizeof(U32);
+  const Element* before = nullptr;
+  bool ascends = true;
+  for (Element& member : members) {
+    for (U32& word : wordsOf(std::span(&member, 1))) {
+      word = wireWord(wireWordAt(at));
+      at += sizeof(U32);
+    }
+    if (before) ascends &= *before < member;
+    before = &member;
   }
-}
-
-// Whether the communities in `value` are strictly ascending, which nearly all are.
-template <class Element>
-bool ascends(std::span<const U8> value) noexcept {
-  std::array<Element, 2> pair;
-  for (std::size_t at = 0; at + sizeof pair <= value.size(); at += sizeof(Element)) {
-    decode(value.subspan(at, sizeof pair), std::span<Element>(pair));
-    if (!(pair[0] < pair[1])) return false;
-  }
-  return true;
+  return ascends;
 }
 
 template <class Family>
@@ -143,25 +140,16 @@ void ValueList<Family>::sort() {
   commVectorSorted_ = true;
 }
 
-template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::lookup(Dorn::DedupHashTable& table,
-                                                                std::span<const U8> octets,
-                                                                U32 hash, Miss& miss) {
-  return table.template lookup<List>(
-      hash, [octets](const List& list) { return list.equalsWire(octets); }, miss);
-}
-
 // A list that will not grow takes one piece of memory, communities and all.
 template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAscending(Dorn::DedupHashTable& table,
-                                                                        std::span<const U8> octets,
-                                                                        const Miss& miss) {
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupNew(Dorn::DedupHashTable& table,
+                                                                  std::span<const Element> members,
+                                                                  const Miss& miss) {
   static_assert(sizeof(List) == sizeof(ValueList), "the array is the object's last member");
-  const auto count = static_cast<U32>(octets.size() / sizeof(Element));
-  const std::size_t behind = KivStash::Vector<Element>::inPlaceBytes(count);
+  const std::size_t behind = KivStash::Vector<Element>::inPlaceBytes(members.size());
   Kiv::Ptr<List> list(::new (KivStash::allocateWithArray<List, Element>(behind)) List, Kiv::adopt);
   list->beginNotifying();
-  decode(octets, list->commVector_.inPlaceForOverwrite(count));
+  list->commVector_.inPlaceIs(members);
   list->commVectorSorted_ = true;
   list->flagsIs();
   return Kiv::staticPtrCast<const List>(table.dedup(std::move(list), miss));
@@ -198,27 +186,30 @@ template <class Family>
 [[gnu::noinline]] Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupOutOfLine(
     Dorn::DedupHashTable& table, std::span<const U8> value, U32 hash) {
   Miss miss;
-  if (auto list = lookup(table, value, hash, miss)) return list;
-  return ascends<Element>(value) ? dedupAscending(table, value, miss)
-                                 : dedupUnordered(table, value);
+  const auto isWanted = [value](const List& list) { return list.equalsWire(value); };
+  if (auto list = table.template lookupElsewhere<const List>(hash, isWanted, miss)) return list;
+  const std::size_t count = value.size() / sizeof(Element);
+  std::array<Element, 256 / sizeof(Element)> room;
+  std::vector<Element> largeRoom(count > room.size() ? count : 0);
+  const std::span<Element> members(largeRoom.empty() ? room.data() : largeRoom.data(), count);
+  return decode(value, members) ? dedupNew(table, members, miss) : dedupUnordered(table, members);
 }
 
 // The sorted communities are looked up before a list is built that would be thrown away.
 template <class Family>
-Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupUnordered(Dorn::DedupHashTable& table,
-                                                                        std::span<const U8> value) {
-  const std::size_t count = value.size() / sizeof(Element);
-  std::array<Element, 256 / sizeof(Element)> room;
-  std::vector<Element> largeRoom(count > room.size() ? count : 0);
-  const std::span<Element> all(largeRoom.empty() ? room.data() : largeRoom.data(), count);
-  decode(value, all);
-  std::ranges::sort(all);
-  const std::span<Element> members(all.begin(), std::unique(all.begin(), all.end()));
-  wireOrderSwap(wordsOf(members));
+Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupUnordered(
+    Dorn::DedupHashTable& table, std::span<Element> received) {
+  std::ranges::sort(received);
+  const std::span<const Element> members(received.begin(),
+                                         std::unique(received.begin(), received.end()));
   const auto octets = octetsOf(members);
+  const U32 hash = wordHash<HostOrder>(octets.data(), octets.size());
+  const auto isWanted = [members](const List& list) {
+    return std::ranges::equal(list.members(), members);
+  };
   Miss miss;
-  if (auto list = lookup(table, octets, wireHash(octets), miss)) return list;
-  return dedupAscending(table, octets, miss);
+  if (auto list = table.template lookup<const List>(hash, isWanted, miss)) return list;
+  return dedupNew(table, members, miss);
 }
 
 }  // namespace Routing::Bgp

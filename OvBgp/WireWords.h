@@ -27,11 +27,6 @@ inline U32 wireWordAt(const U8* octets) noexcept {
   return word;
 }
 
-// Turns host order into wire order, and back.
-inline void wireOrderSwap(std::span<U32> words) noexcept {
-  for (U32& word : words) word = wireWord(word);
-}
-
 // Two words at a time, as they are on the wire, from where they stand as on the wire.
 struct WireOrder {
   static U64 pairAt(const U8* at) noexcept {

@@ -97,9 +97,14 @@ DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, const Miss& miss
   return dedupObserved(shard, miss, handle);
 }
 
-DedupHandle* DedupHashTable::equalMember(const Shard& shard, const Miss& miss,
-                                         const DedupHandle& handle) {
+inline DedupHandle* DedupHashTable::equalMember(const Shard& shard, const Miss& miss,
+                                                const DedupHandle& handle) {
   if (shard.insertions == miss.insertions_) return nullptr;
+  return equalMemberAfter(shard, miss, handle);
+}
+
+DedupHandle* DedupHashTable::equalMemberAfter(const Shard& shard, const Miss& miss,
+                                              const DedupHandle& handle) {
   return shard.buckets.find(miss.mixed_, [&handle](const DedupHandle* member) {
     return member == &handle || handle.compare(member);
   });
@@ -125,7 +130,7 @@ DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
   return handle;
 }
 
-void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
+inline void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
   KIV_ASSERT(!handle.isMember() && handle.dedupState() != DedupHandleState::rebuilt,
              "!isDeduped() && dedupState() != rebuilt", "Dorn/DedupHashTable");
   shard.buckets.reserveOne();
@@ -193,8 +198,9 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
 // since its holder looked, if the insertion was undone, or if another release left but
 // its notifier. Then it may be gone as soon as this reference is: the other one drops
 // the table's without the lock.
-DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
-                                                      U32& left) noexcept {
+inline DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed,
+                                                             DedupHandle& member,
+                                                             U32& left) noexcept {
   const bool isMember = member.isMember();
   const U32 word = member.referenceSubtract();
   left = word & countMask;
@@ -207,7 +213,7 @@ DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed, D
   return Release::leaves;
 }
 
-void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
+inline void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
   member.beingDetachedIs(false);
   if ((member.referenceSubtract() & countMask) == 0) member.zeroReferencesIs();
 }

@@ -90,18 +90,25 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
     const U32 mixed = mixed32(hash);
+    const auto wanted = [&isWanted](const DedupHandle* member) {
+      return isWanted(static_cast<const Handle&>(*member));
+    };
     const Shard& shard = shardOf(mixed);
     const ShardLock lock(*this, shard);
-    auto* const found = shard.buckets.find(mixed, [&isWanted](const DedupHandle* member) {
+    return foundOr<Handle>(miss, shard, mixed, shard.buckets.find(mixed, wanted));
+  }
+
+  // The same where lookupAtHome has just said null, and nothing was done since.
+  template <class Handle, class IsWanted>
+  KIV_INLINE Kiv::Ptr<Handle> lookupElsewhere(U32 hash, const IsWanted& isWanted,
+                                              Miss& miss) const {
+    if (threadSafe_) return lookup<Handle>(hash, isWanted, miss);
+    const U32 mixed = mixed32(hash);
+    const auto wanted = [&isWanted](const DedupHandle* member) {
       return isWanted(static_cast<const Handle&>(*member));
-    });
-    if (found) {
-      found->referenceAdd();
-    } else {
-      miss.mixed_ = mixed;
-      miss.insertions_ = shard.insertions;
-    }
-    return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
+    };
+    const Shard& shard = shards_[0];
+    return foundOr<Handle>(miss, shard, mixed, shard.buckets.findElsewhere(mixed, wanted));
   }
 
   // Says that members of this hash will be looked up, inserted or released soon. With
@@ -208,23 +215,39 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // Requires the notification lock.
   void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept;
 
+  // The reference to what was found in the shard, or `miss` set. Requires its lock.
+  template <class Handle>
+  KIV_INLINE static Kiv::Ptr<Handle> foundOr(Miss& miss, const Shard& shard, U32 mixed,
+                                             DedupHandle* found) {
+    if (found) {
+      found->referenceAdd();
+    } else {
+      miss.mixed_ = mixed;
+      miss.insertions_ = shard.insertions;
+    }
+    return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
+  }
   // A new reference to a member, or null. Requires the lock of its shard.
   static DedupHandle::Ptr referenceTo(DedupHandle* member) noexcept {
     if (member) member->referenceAdd();
     return DedupHandle::Ptr(member, Kiv::adopt);
   }
 
-  void insert(Shard& shard, U32 mixed, DedupHandle& handle);
+  KIV_INLINE void insert(Shard& shard, U32 mixed, DedupHandle& handle);
   // The member that equals `handle`, which may be it, or null. Requires the lock of the
   // shard.
-  static DedupHandle* equalMember(const Shard& shard, const Miss& miss, const DedupHandle& handle);
+  KIV_INLINE static DedupHandle* equalMember(const Shard& shard, const Miss& miss,
+                                             const DedupHandle& handle);
+  static DedupHandle* equalMemberAfter(const Shard& shard, const Miss& miss,
+                                       const DedupHandle& handle);
   DedupHandle::Ptr dedupObserved(Shard& shard, const Miss& miss, const DedupHandle::Ptr& handle);
   void insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept;
 
   U32 memberRelease(DedupHandle& member) noexcept;
   U32 memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& member) noexcept;
-  static Release releaseLocked(Shard& shard, U32 mixed, DedupHandle& member, U32& left) noexcept;
-  static void tableReferenceDrop(DedupHandle& member) noexcept;
+  KIV_INLINE static Release releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
+                                          U32& left) noexcept;
+  KIV_INLINE static void tableReferenceDrop(DedupHandle& member) noexcept;
 
   void membersDetach() noexcept;
   void notifieeStop() noexcept;

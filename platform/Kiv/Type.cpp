@@ -92,14 +92,20 @@ void Type::allocated(std::size_t bytes) noexcept { count(1, bytes); }
 void Type::freed(std::size_t bytes) noexcept { count(~U64{0}, ~U64{bytes} + 1); }
 
 // Adds, or, by wrap-around, subtracts.
-void Type::count(U64 objects, U64 bytes) noexcept {
+inline void Type::count(U64 objects, U64 bytes) noexcept {
   const U32 number = number_.load(std::memory_order_relaxed);
-  ThreadCounts* const mine = PerThread<ThreadCounts>::mine();
+  ThreadCounts* const mine = PerThread<ThreadCounts>::ifMade();
   if (number - 1 >= numberedTypes - 1 || !mine) [[unlikely]]
-    return countShared(objects, bytes);
+    return countFirst(objects, bytes);
   ThreadCounts::Count& count = (*mine)[number];
   count.objects.store(ThreadCounts::get(count.objects) + objects, std::memory_order_relaxed);
   count.bytes.store(ThreadCounts::get(count.bytes) + bytes, std::memory_order_relaxed);
+}
+
+// Both: the thread gets counts of its own for the next time, if it can.
+[[gnu::noinline]] void Type::countFirst(U64 objects, U64 bytes) noexcept {
+  PerThread<ThreadCounts>::mine();
+  countShared(objects, bytes);
 }
 
 void Type::countShared(U64 objects, U64 bytes) noexcept {

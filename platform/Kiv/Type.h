@@ -43,6 +43,7 @@ class OV_EXPORT Type {
   friend class ThreadCounts;
 
   void count(U64 objects, U64 bytes) noexcept;
+  void countFirst(U64 objects, U64 bytes) noexcept;
   void countShared(U64 objects, U64 bytes) noexcept;
   void enlist() noexcept;
 

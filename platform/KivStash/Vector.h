@@ -99,11 +99,6 @@ requires std::is_nothrow_move_constructible_v<T> &&(alignof(T) <= alignof(void*)
     size_ = static_cast<U32>(values.size()) | inPlaceBit;
     std::uninitialized_copy(values.begin(), values.end(), data());
   }
-  // The same for the caller to write each of them before it is read.
-  std::span<T> inPlaceForOverwrite(U32 size) noexcept requires std::is_trivially_copyable_v<T> {
-    size_ = size | inPlaceBit;
-    return {data(), size};
-  }
   bool isInPlace() const noexcept { return (size_ & inPlaceBit) != 0; }
   // Takes over elements that were made behind the object; they end with the array.
   // Requires: never had any.
