@@ -16,8 +16,8 @@ namespace Kiv {
 // Keys are values of a few octets that can be made of nothing; such an empty key marks
 // a free place, and as a member it is remembered apart. A key that finds its place
 // taken goes to the next free one; removal moves those behind it up, so that a search
-// ends at the first free place. Grows by half once four fifths are taken, and keeps
-// what it has. Owner thread only.
+// ends at the first free place. Grows by half once two thirds are taken, when a search
+// takes five steps, and keeps what it has. Owner thread only.
 template <class Key, class Hash = std::hash<Key>>
 class FlatSet {
  public:
@@ -72,9 +72,12 @@ class FlatSet {
   // Both return whether anything changed. Throws std::bad_alloc, and changes nothing.
   bool add(const Key& key) {
     if (isNone(key)) return !std::exchange(hasNone_, true);
-    if (places_ != 0 && keys_[placeOf(key)] == key) return false;
-    if (size_ >= limit()) grow();
-    const U32 place = placeOf(key);
+    U32 place = places_ == 0 ? 0 : placeOf(key);
+    if (places_ != 0 && keys_[place] == key) return false;
+    if (size_ >= limit()) {
+      grow();
+      place = placeOf(key);
+    }
     keys_[place] = key;
     first_ = std::min(first_, place);
     ++size_;
@@ -102,7 +105,7 @@ class FlatSet {
 
  private:
   static bool isNone(const Key& key) noexcept { return key == Key{}; }
-  U32 limit() const noexcept { return static_cast<U32>(U64{places_} * 4 / 5); }
+  U32 limit() const noexcept { return static_cast<U32>(U64{places_} * 2 / 3); }
   // Any number of places will do, and any hash: the product's high half is below it.
   U32 home(const Key& key) const noexcept {
     const U64 spread = U64{Hash{}(key)} * 0x9E3779B97F4A7C15;
