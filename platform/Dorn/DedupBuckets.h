@@ -56,13 +56,13 @@ class alignas(64) DedupBucket {
       // Less the hash that is asked for, a candidate's word is its address or too large.
       const U64 word = words_[firstOf(found)] ^ U64 { hash >> 16 } << addressBits;
       if (word >> addressBits != 0) continue;
-      DedupHandle* const member = memberOf(word);
+      DedupHandle* const member = memberOf(word & ~passedMany);
       if (isWanted(member)) return member;
     }
     return nullptr;
   }
   // The member in the slot; null if it is free.
-  DedupHandle* member(U32 i) const noexcept { return memberOf(words_[i]); }
+  DedupHandle* member(U32 i) const noexcept { return memberOf(words_[i] & addressMask); }
   // As much of the hash of slot `i` as counts.
   U32 hash(U32 i) const noexcept {
     return static_cast<U32>(words_[i] >> addressBits) << 16 |
@@ -113,8 +113,8 @@ class alignas(64) DedupBucket {
   // One of the words, by bits that neither buckets nor classes of others hang on.
   static U32 classOf(U32 hash) noexcept { return (hash >> 8 & 0x7F) * slots >> 7; }
   static U64 passedOf(U64 word) noexcept { return word & passedMany; }
-  static DedupHandle* memberOf(U64 word) noexcept {
-    return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(word & addressMask));
+  static DedupHandle* memberOf(U64 address) noexcept {
+    return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(address));
   }
 
   // The octets, of seven, that are 0; behind the first one, some that are 1, too.
