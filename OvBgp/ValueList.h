@@ -124,7 +124,8 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   KIV_INLINE bool equalsWire(std::span<const U8> octets) const noexcept;
 
   // Parts of dedupAttributeValue: what is rarer than finding the list of these octets at
-  // once; building the list of members that ascend; sorting them, and then the others.
+  // once; building the list of members that ascend; sorting what does not, and finding or
+  // building its list.
   static Kiv::Ptr<const List> dedupOutOfLine(Dorn::DedupHashTable& table, std::span<const U8> value,
                                              U32 hash);
   static Kiv::Ptr<const List> dedupNew(Dorn::DedupHashTable& table,

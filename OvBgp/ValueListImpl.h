@@ -41,7 +41,7 @@ std::span<const U8> octetsOf(std::span<Element> members) noexcept {
 }
 
 // Decodes `value` to `members`, which are as many.  Says whether they strictly ascend,
-// as nearly all lists do: it is only remembered on the way, without a branch.
+// as nearly all lists do: it is only remembered on the way, without stopping.
 template <class Element>
 bool decode(std::span<const U8> value, std::span<Element> members) noexcept {
   const U8* at = value.data();

@@ -44,7 +44,7 @@ void DedupBuckets::swap(DedupBuckets& other) noexcept {
   std::swap(limit_, other.limit_);
 }
 
-DedupBucket& DedupBuckets::passFull(U32 hash) noexcept {
+DedupBucket& DedupBuckets::roomElsewhere(U32 hash) noexcept {
   U32 at = home(hash);
   for (U32 step = 0; buckets_[at].freeSlots() == 0; ++step) {
     buckets_[at].passedInc(hash);

@@ -1,21 +1,22 @@
 // The storage of one shard of an interning table: an open-addressing hash set of
 // handles, without lock or ownership.
 //
-// A bucket is one cache line of seven slots.  It keeps 24 bits of each member's hash,
+// A bucket is one cache line of seven slots.  It keeps 23 bits of each member's hash,
 // eight of them (the tag) where one comparison finds them, the others in what an
 // address leaves free of its word: so a probe touches an object only if all are equal,
 // and growth touches none.
 //
-// A member that finds its home bucket full goes to another one, which its hash names,
-// too, and if that is full, to the next one with room.  Every bucket that it passed
+// A member that finds its home bucket full goes to the other one of its pair; if that is
+// full, too, to one far away, which its hash names; and from there to the next one with
+// room.  Every bucket that it passed
 // counts it, by one of seven classes of hashes: so a probe goes on exactly while
 // somebody of its class went past, and removal needs no markers and moves nobody.  One
 // count for all would not do.  In a table that members come to and go from for long,
 // those who once passed a bucket stay away from it when it gets room again, and at six
 // sevenths nearly every bucket has been passed by somebody: a miss would look at dozens
-// of them, where it looks at two so.
+// of them, and so it looks at three.
 //
-// Cost: a hit or miss usually touches one bucket, 9.2 bytes a slot, filled to six
+// Cost: a hit or miss mostly touches one bucket, 9.2 bytes a slot, filled to six
 // sevenths before it grows by a quarter.  Most members stand in the order of their
 // hashes, in old buckets as in new ones, so growth reads and writes memory from end to
 // end.
@@ -32,8 +33,9 @@ namespace Dorn {
 
 class DedupHandle;
 
-// Of a hash the upper 24 bits count.  Bit 15 is always set, so that the tag, bits 8
-// to 15, is not that of a free slot, which is 0.
+// Of a hash the upper 24 bits count.  Bit 9 is always set, so that the tag, bits 8 to
+// 15, is not that of a free slot, which is 0, nor 1, which may pass for it (zeros).  It
+// hardly tells homes apart, as a high bit would, of which tables then used but a half.
 class alignas(64) DedupBucket {
  public:
   static constexpr U32 slots = 7;
@@ -56,7 +58,7 @@ class alignas(64) DedupBucket {
       // Less the hash that is asked for, a candidate's word is its address or too large.
       const U64 word = words_[firstOf(found)] ^ U64 { hash >> 16 } << addressBits;
       if (word >> addressBits != 0) continue;
-      DedupHandle* const member = memberOf(word & ~passedMany);
+      DedupHandle* const member = memberOf(word & ~passedMask);
       if (isWanted(member)) return member;
     }
     return nullptr;
@@ -79,21 +81,21 @@ class alignas(64) DedupBucket {
       const U32 i = firstOf(found);
       if (this->member(i) != member) continue;
       tags_ &= ~(U64{0xFF} << 8 * i);
-      words_[i] &= passedMany;
+      words_[i] &= passedMask;
       return true;
     }
     return false;
   }
 
   // Whether there may be members of this hash that this bucket was too full for.
-  bool passed(U32 hash) const noexcept { return passedOf(words_[classOf(hash)]) != 0; }
+  bool passed(U32 hash) const noexcept { return passedOf(classOf(hash)) != 0; }
   void passedInc(U32 hash) noexcept {
-    U64& word = words_[classOf(hash)];
-    if (passedOf(word) != passedMany) ++word;
+    const U32 i = classOf(hash);
+    if (passedOf(i) != passedMany) passedIs(i, passedOf(i) + 1);
   }
   void passedDec(U32 hash) noexcept {
-    U64& word = words_[classOf(hash)];
-    if (passedOf(word) != passedMany) --word;
+    const U32 i = classOf(hash);
+    if (passedOf(i) != passedMany) passedIs(i, passedOf(i) - 1);
   }
 
   // Whether the address leaves room for what is kept beside it.
@@ -105,14 +107,22 @@ class alignas(64) DedupBucket {
   static constexpr U64 ones = 0x01010101010101;
   // What a program of 64 bits gets from its system unless it asks for more.
   static constexpr U32 addressBits = 48;
-  // Objects are aligned to eight octets, which leaves three bits, in the word of slot i
-  // for the count of who passed of class i.
-  static constexpr U64 passedMany = 7;  // no more are counted, nor fewer
-  static constexpr U64 addressMask = ((U64{1} << addressBits) - 1) & ~passedMany;
+  // Objects are aligned to eight octets, which leaves three bits.  In the word of slot i
+  // they hold the lower part of the count of who passed of class i.
+  static constexpr U64 passedMask = 7;
+  static constexpr U32 passedShift = 56;  // bit i above has the fourth bit of that count
+  static constexpr U32 passedMany = 15;   // no more are counted, nor fewer
+  static constexpr U64 addressMask = ((U64{1} << addressBits) - 1) & ~passedMask;
 
-  // One of the words, by bits that neither buckets nor classes of others hang on.
-  static U32 classOf(U32 hash) noexcept { return (hash >> 8 & 0x7F) * slots >> 7; }
-  static U64 passedOf(U64 word) noexcept { return word & passedMany; }
+  // By the tag, which hardly tells buckets apart.
+  static U32 classOf(U32 hash) noexcept { return (hash >> 10 & 0x3F) * slots >> 6; }
+  U32 passedOf(U32 i) const noexcept {
+    return static_cast<U32>((words_[i] & passedMask) | (tags_ >> (passedShift + i) & 1) << 3);
+  }
+  void passedIs(U32 i, U32 count) noexcept {
+    words_[i] = (words_[i] & ~passedMask) | (count & passedMask);
+    tags_ = (tags_ & ~(U64{1} << (passedShift + i))) | U64{count >> 3} << (passedShift + i);
+  }
   static DedupHandle* memberOf(U64 address) noexcept {
     return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(address));
   }
@@ -120,8 +130,8 @@ class alignas(64) DedupBucket {
   // The octets, of seven, that are 0; behind the first one, some that are 1, too.
   static Slots zeros(U64 octets) noexcept { return (octets - ones) & ~octets & ones << 7; }
 
-  U64 tags_ = 0;           // an octet a slot
-  U64 words_[slots] = {};  // a slot each: hash, address, and the count of a class
+  U64 tags_ = 0;           // an octet a slot, and of each class' count a bit
+  U64 words_[slots] = {};  // a slot each: hash, address, and of a class' count three bits
 };
 static_assert(sizeof(DedupBucket) == 64);
 
@@ -169,7 +179,7 @@ class DedupBuckets {
   void insert(U32 hash, DedupHandle* member) noexcept {
     KIV_ASSERT(DedupBucket::fits(member), "fits(member)", "Dorn/DedupBuckets");
     DedupBucket* bucket = buckets_ + home(hash);
-    if (bucket->freeSlots() == 0) bucket = &passFull(hash);
+    if (bucket->freeSlots() == 0) bucket = &roomElsewhere(hash);
     bucket->slotIs(DedupBucket::firstOf(bucket->freeSlots()), hash, member);
     ++size_;
   }
@@ -196,7 +206,7 @@ class DedupBuckets {
  private:
   void grow();
   // The first bucket with room, if that is not the home bucket; all before are told.
-  DedupBucket& passFull(U32 hash) noexcept;
+  DedupBucket& roomElsewhere(U32 hash) noexcept;
   bool eraseElsewhere(U32 hash, const DedupHandle* member) noexcept;
 
   // Any number of buckets will do: the product's high part is below it.

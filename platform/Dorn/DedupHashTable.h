@@ -62,14 +62,12 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
 
   // The member of class `Handle` that `isWanted(const Handle&)` accepts among those of
   // this hash, where that takes but a few instructions: in a table for one thread, if it
-  // stands where it is looked for first, as most do. Null says nothing: ask lookup.
+  // stands where it is looked for first, as most do. Null says nothing: ask lookupElsewhere.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(U32 hash, const IsWanted& isWanted) const {
     if (threadSafe_) return nullptr;
     const U32 mixed = mixed32(hash);
-    const auto wanted = [&isWanted](const DedupHandle* member) {
-      return isWanted(static_cast<const Handle&>(*member));
-    };
+    const auto wanted = memberThat<Handle>(isWanted);
     auto* const found = shards_[0].buckets.findAtHome(mixed, wanted);
     if (!found) return nullptr;
     found->referenceAdd();
@@ -90,12 +88,10 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
     const U32 mixed = mixed32(hash);
-    const auto wanted = [&isWanted](const DedupHandle* member) {
-      return isWanted(static_cast<const Handle&>(*member));
-    };
+    const auto wanted = memberThat<Handle>(isWanted);
     const Shard& shard = shardOf(mixed);
     const ShardLock lock(*this, shard);
-    return foundOr<Handle>(miss, shard, mixed, shard.buckets.find(mixed, wanted));
+    return foundOrMissed<Handle>(miss, shard, mixed, shard.buckets.find(mixed, wanted));
   }
 
   // The same where lookupAtHome has just said null, and nothing was done since.
@@ -104,11 +100,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
                                               Miss& miss) const {
     if (threadSafe_) return lookup<Handle>(hash, isWanted, miss);
     const U32 mixed = mixed32(hash);
-    const auto wanted = [&isWanted](const DedupHandle* member) {
-      return isWanted(static_cast<const Handle&>(*member));
-    };
+    const auto wanted = memberThat<Handle>(isWanted);
     const Shard& shard = shards_[0];
-    return foundOr<Handle>(miss, shard, mixed, shard.buckets.findElsewhere(mixed, wanted));
+    return foundOrMissed<Handle>(miss, shard, mixed, shard.buckets.findElsewhere(mixed, wanted));
   }
 
   // Says that members of this hash will be looked up, inserted or released soon. With
@@ -196,10 +190,10 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   enum class Observation : U8 { none, notable, all };
 
   // Spreads a member's hash over all bits: the low eight choose the shard, the others
-  // are for its buckets, and not every type's hash is good in both. Bit 15 is always
+  // are for its buckets, and not every type's hash is good in both. Bit 9 is always
   // set, as the buckets want it.
   static constexpr U32 mixed32(U32 hash) noexcept {
-    return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 0x8000;
+    return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 0x200;
   }
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed & shardMask_]; }
   // Requires the notification lock.
@@ -215,10 +209,17 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // Requires the notification lock.
   void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept;
 
+  // What buckets ask of a member, by what is asked of a `Handle`; ends with `isWanted`.
+  template <class Handle, class IsWanted>
+  static auto memberThat(const IsWanted& isWanted) noexcept {
+    return [&isWanted](const DedupHandle* member) {
+      return isWanted(static_cast<const Handle&>(*member));
+    };
+  }
   // The reference to what was found in the shard, or `miss` set. Requires its lock.
   template <class Handle>
-  KIV_INLINE static Kiv::Ptr<Handle> foundOr(Miss& miss, const Shard& shard, U32 mixed,
-                                             DedupHandle* found) {
+  KIV_INLINE static Kiv::Ptr<Handle> foundOrMissed(Miss& miss, const Shard& shard, U32 mixed,
+                                                   DedupHandle* found) {
     if (found) {
       found->referenceAdd();
     } else {

@@ -16,8 +16,8 @@ namespace Kiv {
 // Keys are values of a few octets that can be made of nothing; such an empty key marks
 // a free place, and as a member it is remembered apart. A key that finds its place
 // taken goes to the next free one; removal moves those behind it up, so that a search
-// ends at the first free place. Grows by half once two thirds are taken, when a search
-// takes five steps, and keeps what it has. Owner thread only.
+// ends at the first free place. Grows by half once two thirds are taken, when a search for
+// what is not there takes five steps, and keeps what it has. Owner thread only.
 template <class Key, class Hash = std::hash<Key>>
 class FlatSet {
  public:

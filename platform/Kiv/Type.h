@@ -42,7 +42,7 @@ class OV_EXPORT Type {
   friend OV_EXPORT void forEachType(const std::function<void(const Type&)>&);
   friend class ThreadCounts;
 
-  void count(U64 objects, U64 bytes) noexcept;
+  inline void count(U64 objects, U64 bytes) noexcept;
   void countFirst(U64 objects, U64 bytes) noexcept;
   void countShared(U64 objects, U64 bytes) noexcept;
   void enlist() noexcept;
