@@ -46,6 +46,17 @@ TEST(DedupBucket, MembersAndCountsShareWordsAndLeaveEachOtherAlone) {
   for (U32 tag = 2; tag < 0x100; tag += 4) EXPECT_FALSE(bucket.passed(tag << 8));
 }
 
+// A count stands in two places, and goes back through both.
+TEST(DedupBucket, AllWhoPassedMayComeBack) {
+  DedupBucket bucket;
+  for (U32 i = 0; i < 12; ++i) bucket.passedInc(anyTag);
+  for (U32 i = 0; i < 12; ++i) {
+    EXPECT_TRUE(bucket.passed(anyTag));
+    bucket.passedDec(anyTag);
+  }
+  EXPECT_FALSE(bucket.passed(anyTag));
+}
+
 // Once more have passed than are counted, the bucket says so for good.
 TEST(DedupBucket, ManyWhoPassedAreNotForgotten) {
   DedupBucket bucket;
