@@ -32,6 +32,8 @@ U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
 }
 
 void DedupHandle::releasePrefetch() const noexcept {
+  wordPrefetch();
+  if (threadSafePointers) return;
   const U32 seen = word();
   if ((seen & countMask) - 1 > idleReferences(seen) || !isMember()) return;
   DedupTableNumbers::table(table_.load(std::memory_order_relaxed)).prefetch(probeHash());

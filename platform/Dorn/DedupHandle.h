@@ -138,6 +138,7 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
 inline U32 DedupHandle::referencesDec() const noexcept {
   if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
     return 1;
+  if (threadSafePointers) wordPrefetch();
   const U32 seen = word();
   delayAt(DelayPoint::decrement);
   if (!threadSafePointers && surelyStaysInUse(seen))

@@ -88,7 +88,11 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
     const U32 mixed = mixed32(hash);
-    const auto wanted = memberThat<Handle>(isWanted);
+    // Which has its count changed, as by other threads, if the table is for several.
+    const auto wanted = [&isWanted](const DedupHandle* member) {
+      member->wordPrefetch();
+      return isWanted(static_cast<const Handle&>(*member));
+    };
     const Shard& shard = shardOf(mixed);
     const ShardLock lock(*this, shard);
     return foundOrMissed<Handle>(miss, shard, mixed, shard.buckets.find(mixed, wanted));

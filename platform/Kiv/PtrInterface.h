@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstddef>
 
+#include "Kiv/CacheLine.h"
 #include "Kiv/Export.h"
 #include "Kiv/Pool.h"
 #include "Kiv/Ptr.h"
@@ -50,6 +51,8 @@ class OV_EXPORT VFPtrInterface {
   ~VFPtrInterface() = default;
 
   U32 word() const noexcept { return word_.load(std::memory_order_acquire); }
+  // Says that the word will be looked at and then changed, as other threads do, too.
+  void wordPrefetch() const noexcept { prefetchToWrite(&word_); }
 
   // Takes one more reference; returns the word with it.
   U32 referenceAdd() const noexcept {
