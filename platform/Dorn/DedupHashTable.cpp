@@ -22,20 +22,21 @@ KIV_OBJECT_DEFINE(DedupHashTableUnorderedSet)
 // has let go of the lock.
 class DedupHashTable::NotificationLock {
  public:
-  explicit NotificationLock(DedupHashTable& table) : table_(table) {
-    if (table_.threadSafe_) table_.notificationMutex_.lock();
-    ++table_.notificationDepth_;
+  explicit NotificationLock(DedupHashTable& table)
+      : notification_(table.notification_), threadSafe_(table.threadSafe_) {
+    if (threadSafe_) notification_.lock.lock();
+    ++notification_.depth;
   }
   NotificationLock(const NotificationLock&) = delete;
   NotificationLock& operator=(const NotificationLock&) = delete;
   ~NotificationLock() {
     DedupHandle* first = nullptr;
     std::vector<DedupHandle*> others;
-    if (--table_.notificationDepth_ == 0) {
-      first = std::exchange(table_.firstDetached_, nullptr);
-      others.swap(table_.otherDetached_);
+    if (--notification_.depth == 0) {
+      first = std::exchange(notification_.firstDetached, nullptr);
+      others.swap(notification_.otherDetached);
     }
-    if (table_.threadSafe_) table_.notificationMutex_.unlock();
+    if (threadSafe_) notification_.lock.unlock();
     if (first) tableReferenceDrop(*first);
     for (DedupHandle* const member : others) tableReferenceDrop(*member);
   }
@@ -43,19 +44,20 @@ class DedupHashTable::NotificationLock {
   // Without memory to remember it, the member goes at once: what it holds is in
   // tables below, whose locks may be taken under this one.
   void dropLater(DedupHandle& member) noexcept {
-    if (!table_.firstDetached_) {
-      table_.firstDetached_ = &member;
+    if (!notification_.firstDetached) {
+      notification_.firstDetached = &member;
       return;
     }
     try {
-      table_.otherDetached_.push_back(&member);
+      notification_.otherDetached.push_back(&member);
     } catch (const std::bad_alloc&) {
       tableReferenceDrop(member);
     }
   }
 
  private:
-  DedupHashTable& table_;
+  Notification& notification_;
+  const bool threadSafe_;
 };
 
 DedupHashTable::DedupHashTable(bool threadSafe)
@@ -86,6 +88,8 @@ DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, U32 hash) {
 
 DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, const Miss& miss) {
   Shard& shard = shardOf(miss.mixed_);
+  // What was looked for and not found is hardly there now.
+  if (miss.wasLookup() && isObserved(*handle)) return dedupObserved(shard, miss, handle);
   {
     const ShardLock lock(*this, shard);
     if (DedupHandle* const found = equalMember(shard, miss, *handle)) return referenceTo(found);
@@ -110,7 +114,7 @@ DedupHandle* DedupHashTable::equalMemberAfter(const Shard& shard, const Miss& mi
   });
 }
 
-// Looks again, as another thread may have been here between the two locks.
+// Looks again, as another thread may have been here meanwhile.
 DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
                                                const DedupHandle::Ptr& handle) {
   const NotificationLock notification(*this);
@@ -156,11 +160,12 @@ void DedupHashTable::insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle)
 U32 DedupHashTable::memberRelease(DedupHandle& member) noexcept {
   const U32 mixed = mixed32(member.probeHash());
   Shard& shard = shardOf(mixed);
+  if (isObserved(member)) return memberReleaseObserved(shard, mixed, member);
   U32 left = 0;
   Release outcome = Release::stays;
   {
     const ShardLock lock(*this, shard);
-    // Under the lock, so that an observer that has just come misses nothing.
+    // Once more under the lock, so that an observer that has just come misses nothing.
     if (!isObserved(member)) {
       outcome = releaseLocked(shard, mixed, member, left);
     } else {
@@ -221,7 +226,7 @@ inline void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
 void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee) {
   const NotificationLock notification(*this);
   notifieeStop();
-  const U32 registration = ++registrations_;
+  const U32 registration = ++notification_.registrations;
   if (!notifiee) return;
   notifiee->table_ = this;
   // Before the walk: an insertion that it misses sees the observer.
@@ -232,11 +237,11 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
     present = members();
     for (const DedupHandle::Ptr& member : present) {
       // What is done on hearing of one may have ended this registration.
-      if (registrations_ != registration) return;
+      if (notification_.registrations != registration) return;
       if (member->isDeduped() && isObserved(*member)) notifiee->handleInsert(member);
     }
   } catch (...) {
-    if (registrations_ == registration) notifieeStop();
+    if (notification_.registrations == registration) notifieeStop();
     throw;
   }
 }
@@ -245,11 +250,11 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
 void DedupHashTable::notifieeStop() noexcept {
   // Held, as it may let itself go.
   const DedupHashTableLifeTimeNotifiee::Ptr notifiee(notifiee_.load(std::memory_order_relaxed));
-  if (!notifiee || stopping_) return;
+  if (!notifiee || notification_.stopping) return;
   // Still registered, so that other threads wait; but it hears nothing more.
-  stopping_ = true;
+  notification_.stopping = true;
   notifiee->handleNotificationStop(PtrConst(this));
-  stopping_ = false;
+  notification_.stopping = false;
   notifiee->table_ = nullptr;
   notifieeSet(nullptr);
 }

@@ -27,7 +27,6 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "Dorn/DedupBuckets.h"
@@ -38,6 +37,7 @@
 #include "Kiv/Export.h"
 #include "Kiv/Inline.h"
 #include "Kiv/PtrInterface.h"
+#include "Kiv/RecursiveLock.h"
 #include "Kiv/SpinLock.h"
 
 namespace Dorn {
@@ -79,6 +79,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   class Miss {
    private:
     friend class DedupHashTable;
+
+    bool wasLookup() const noexcept { return insertions_ != ~U64{0}; }
+
     U32 mixed_ = 0;
     U64 insertions_ = ~U64{0};  // of the shard, when it was looked at; or more than ever
   };
@@ -172,6 +175,19 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     U64 insertions = 0;
   };
 
+  // What the notification lock guards, besides the order of notices.
+  struct Notification {
+    bool stopping = false;  // the observer is being told to stop
+    U32 depth = 0;
+    U32 registrations = 0;  // tells an end or a new beginning of observation
+    // Removed; dropped once the lock is free.  Seldom more than one.
+    DedupHandle* firstDetached = nullptr;
+    std::vector<DedupHandle*> otherDetached;
+    // Last, as those who wait for it write to its line, and every lookup reads that of
+    // the shards' address.
+    Kiv::RecursiveLock lock;
+  };
+
   // Holds a shard's lock, if the table has locks.
   class ShardLock {
    public:
@@ -202,7 +218,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed & shardMask_]; }
   // Requires the notification lock.
   DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept {
-    return stopping_ ? nullptr : notifiee_.load(std::memory_order_relaxed);
+    return notification_.stopping ? nullptr : notifiee_.load(std::memory_order_relaxed);
   }
   // Whether an observer has to hear of `member`.
   bool isObserved(const DedupHandle& member) const noexcept {
@@ -268,14 +284,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
 
   std::atomic<DedupHashTableLifeTimeNotifiee*> notifiee_{nullptr};
   std::atomic<Observation> observation_{Observation::none};  // what it is interested in
-  // Guards what is below, and the order of notices.
-  std::recursive_mutex notificationMutex_;
-  bool stopping_ = false;  // the observer is being told to stop
-  U32 notificationDepth_ = 0;
-  U32 registrations_ = 0;  // tells an end or a new beginning of observation
-  // Removed; dropped once the lock is free.  Seldom more than one.
-  DedupHandle* firstDetached_ = nullptr;
-  std::vector<DedupHandle*> otherDetached_;
+  Notification notification_;
 };
 
 // The table that every interning table of the library is built on.

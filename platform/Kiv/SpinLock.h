@@ -10,6 +10,13 @@
 
 namespace Kiv {
 
+// For loops that look whether another thread is done.
+inline void spinPause() noexcept {
+#if defined(__x86_64__) || defined(__i386__)
+  __builtin_ia32_pause();
+#endif
+}
+
 // Taking it is one exchange and giving it back one store, where a mutex needs two
 // locked operations.  Who finds it taken looks again for a while, and then lets
 // other threads run between looks, as the holder may have lost its processor.
@@ -33,14 +40,9 @@ class SpinLock {
         if (++looks > looksBeforeYield)
           sched_yield();
         else
-          pause();
+          spinPause();
       }
     } while (taken_.exchange(true, std::memory_order_acquire));
-  }
-  static void pause() noexcept {
-#if defined(__x86_64__) || defined(__i386__)
-    __builtin_ia32_pause();
-#endif
   }
 
   static constexpr U32 looksBeforeYield = 64;

@@ -60,6 +60,44 @@ TEST(DedupHashTableSchedule, LastReleaseOfAMemberThatLeftWhileItWaited) {
   EXPECT_EQ(0, Number::alive);
 }
 
+// Counts who came and who went.
+class Visitor : public Dorn::DedupHashTableLifeTimeNotifiee {
+  KIV_OBJECT(Visitor)
+
+ public:
+  void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>&) override { ++came; }
+  void handleRemove(Dorn::DedupHandle*) override { ++went; }
+  void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>&) override {}
+
+  U32 came = 0;
+  U32 went = 0;
+};
+KIV_OBJECT_DEFINE(Visitor)
+
+// A release has seen no observer, and one comes before it has the lock.
+Dorn::DedupHashTable* visited = nullptr;
+Visitor* visitor = nullptr;
+
+void visit(Dorn::DelayPoint point) {
+  if (point != Dorn::DelayPoint::lock) return;
+  Dorn::delayHook = nullptr;
+  visited->lifeTimeNotifieeIs(Dorn::DedupHashTableLifeTimeNotifiee::Ptr(visitor));
+}
+
+TEST(DedupHashTableSchedule, ObserverComesWhileTheLastReleaseWaits) {
+  const auto table = newTable(true);
+  const Kiv::Ptr<Visitor> observer(new Visitor);
+  visited = table.ptr();
+  visitor = observer.ptr();
+  Number::Ptr user = intern(table, 1);
+  Dorn::delayHook = visit;
+  user = nullptr;
+  EXPECT_EQ(1U, observer->came);
+  EXPECT_EQ(1U, observer->went);
+  EXPECT_EQ(0, Number::alive);
+  table->lifeTimeNotifieeDel();
+}
+
 }  // namespace
 }  // namespace DornTest
 
