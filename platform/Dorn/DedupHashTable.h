@@ -17,6 +17,10 @@
 //    lock is held while an observer runs. Lookups that hit never touch it.
 // 3. Count and threshold. The flag that raises the idle count lives in the
 //    reference word, so both are read in one load.
+// 4. Counts that nobody else can change. Who has the only reference but the table's, and
+//    its lock, changes the word by a load that acquires and a plain store: all others
+//    have released theirs, and lookups, which need the lock, are the only way to a new
+//    one. It is the same for the table's reference to what has left.
 //
 // The table's own reference to a removed member, and with it the member, goes
 // after every lock has been released.
