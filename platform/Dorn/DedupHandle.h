@@ -161,11 +161,14 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
 inline U32 DedupHandle::referencesDec() const noexcept {
   if (dedupHandleDisableSmartPointerOperations) [[unlikely]]
     return 1;
-  if (threadSafePointers) wordPrefetch();
+  if (!threadSafePointers) {
+    const U32 seen = word();
+    if (surelyStaysInUse(seen)) return referenceSubtractPlain(seen) & countMask;
+    return referencesDecShared(seen);
+  }
+  wordPrefetch();
   const U32 seen = word();
   delayAt(DelayPoint::decrement);
-  if (!threadSafePointers && surelyStaysInUse(seen))
-    return referenceSubtractPlain(seen) & countMask;
   return referencesDecShared(seen);
 }
 
