@@ -117,29 +117,6 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   static constexpr bool surelyStaysInUse(U32 word) noexcept {
     return (word & ~notificationActiveFlag) - 3 <= maxReferences - 3;
   }
-  // What a table does with counts: takes its reference to what becomes a member, gives up
-  // a user's reference to a member, both under the lock of its shard, and gives up its own
-  // to what was one. Nobody gets a reference then who has none: so if the others are the
-  // caller's and the table's only, as mostly, no other thread can change the word.
-  void tableReferenceAdd() const noexcept {
-    const U32 seen = word();
-    delayAt(DelayPoint::decrement);
-    if (hasOnly(1, seen)) {
-      referenceAddPlain(seen);
-    } else {
-      referenceAdd();
-    }
-  }
-  U32 userReferenceSubtract() const noexcept { return referenceSubtractOf(2); }
-  U32 tableReferenceSubtract() const noexcept { return referenceSubtractOf(1); }
-  U32 referenceSubtractOf(U32 references) const noexcept {
-    const U32 seen = word();
-    delayAt(DelayPoint::decrement);
-    return hasOnly(references, seen) ? referenceSubtractPlain(seen) : referenceSubtract();
-  }
-  static constexpr bool hasOnly(U32 references, U32 word) noexcept {
-    return (word & ~notificationActiveFlag) == references;
-  }
   U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
   void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
   void beingDetachedIs(bool being) noexcept {

@@ -138,7 +138,7 @@ inline void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle)
   KIV_ASSERT(!handle.isMember() && handle.dedupState() != DedupHandleState::rebuilt,
              "!isDeduped() && dedupState() != rebuilt", "Dorn/DedupHashTable");
   shard.buckets.reserveOne();
-  handle.tableReferenceAdd();
+  handle.referenceAdd();
   handle.table_.store(number_, std::memory_order_relaxed);
   handle.dedupStateIs(DedupHandleState::deduped);
   shard.buckets.insert(mixed, &handle);
@@ -207,7 +207,7 @@ inline DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 m
                                                              DedupHandle& member,
                                                              U32& left) noexcept {
   const bool isMember = member.isMember();
-  const U32 word = isMember ? member.userReferenceSubtract() : member.referenceSubtract();
+  const U32 word = member.referenceSubtract();
   left = word & countMask;
   if (!isMember) return left == 0 ? Release::dies : Release::stays;
   if (left != DedupHandle::idleReferences(word)) return Release::stays;
@@ -220,7 +220,7 @@ inline DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 m
 
 inline void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
   member.beingDetachedIs(false);
-  if ((member.tableReferenceSubtract() & countMask) == 0) member.zeroReferencesIs();
+  if ((member.referenceSubtract() & countMask) == 0) member.zeroReferencesIs();
 }
 
 void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee) {

@@ -17,10 +17,6 @@
 //    lock is held while an observer runs. Lookups that hit never touch it.
 // 3. Count and threshold. The flag that raises the idle count lives in the
 //    reference word, so both are read in one load.
-// 4. Counts that nobody else can change. Who has the only reference but the table's, and
-//    its lock, changes the word by a load that acquires and a plain store: all others
-//    have released theirs, and lookups, which need the lock, are the only way to a new
-//    one. It is the same for the table's reference to what has left.
 //
 // The table's own reference to a removed member, and with it the member, goes
 // after every lock has been released.
@@ -96,9 +92,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
     const U32 mixed = mixed32(hash);
     // Which has its count changed, as by other threads, if the table is for several.
-    const auto wanted = [&isWanted](const DedupHandle* member) {
+    const auto wanted = [isThat = memberThat<Handle>(isWanted)](const DedupHandle* member) {
       member->wordPrefetch();
-      return isWanted(static_cast<const Handle&>(*member));
+      return isThat(member);
     };
     const Shard& shard = shardOf(mixed);
     const ShardLock lock(*this, shard);

@@ -21,10 +21,10 @@ class NotifieeList;
 // here so that a decision that needs count and flag can take both in one read.
 class OV_EXPORT VFPtrInterface {
  public:
-  // The process-wide thread-safe pointer mode: while it is on, counts that more than the
-  // caller can change are changed by atomic read-modify-write; others, and all while it is
-  // off, by plain arithmetic.  The host sets it once, while it has one thread, and before
-  // it builds tables; it is a switch apart from OvBgpGlobals::multiThreaded().
+  // The process-wide thread-safe pointer mode: counts change by atomic
+  // read-modify-write while it is on, by plain arithmetic while it is off.  The
+  // host sets it once, while it has one thread, and before it builds tables; it
+  // is a switch apart from OvBgpGlobals::multiThreaded().
   static bool threadSafePointers;
 
   static constexpr U32 countMask = 0x5FFFFFFF;
@@ -69,11 +69,6 @@ class OV_EXPORT VFPtrInterface {
     return now;
   }
 
-  // Takes one more where the word is `seen` and no other thread changes it.
-  void referenceAddPlain(U32 seen) const noexcept {
-    word_.store(seen + 1, std::memory_order_relaxed);
-  }
-
   // Gives up one reference; returns the word that is left.  Acquire and release:
   // the last one to leave sees what all others did to the object.
   U32 referenceSubtract() const noexcept {
@@ -90,8 +85,7 @@ class OV_EXPORT VFPtrInterface {
                                        std::memory_order_relaxed);
   }
 
-  // The same where the word is `seen` and no other thread changes it: as nobody else has
-  // a reference, or can get one.
+  // The same for a count that is `seen` and that no other thread changes.
   U32 referenceSubtractPlain(U32 seen) const noexcept {
     word_.store(seen - 1, std::memory_order_relaxed);
     return seen - 1;
