@@ -8,13 +8,12 @@
 //
 // A member that finds its home bucket full goes to the other one of its pair; if that is
 // full, too, to one far away, which its hash names; and from there to the next one with
-// room.  Every bucket that it passed
-// counts it, by one of seven classes of hashes: so a probe goes on exactly while
-// somebody of its class went past, and removal needs no markers and moves nobody.  One
-// count for all would not do.  In a table that members come to and go from for long,
-// those who once passed a bucket stay away from it when it gets room again, and at six
-// sevenths nearly every bucket has been passed by somebody: a miss would look at dozens
-// of them, and so it looks at three.
+// room.  Every bucket that it passed counts it, by one of seven classes of hashes: so a
+// probe goes on exactly while somebody of its class went past, and removal needs no
+// markers and moves nobody.  One count for all would not do.  In a table that members
+// come to and go from for long, those who once passed a bucket stay away from it when it
+// gets room again, and at six sevenths nearly every bucket has been passed by somebody:
+// a miss would look at dozens of them, and so it looks at three.
 //
 // Cost: a hit or miss mostly touches one bucket, 9.2 bytes a slot, filled to six
 // sevenths before it grows by a quarter.  Most members stand in the order of their

@@ -123,7 +123,8 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // The member equal to `handle`; `handle` itself becomes one if there is none.
   // All handles of one table are of one type. Throws std::bad_alloc, or what the
   // observer's handleInsert throws, and leaves the table as it was. Requires: the
-  // handle is in no other table.
+  // handle is in no other table and, unless it is in this one, no other thread has it
+  // (some may, after an insertion that an observer's exception ended).
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle) {
     const U32 hash = handle->probeHash();
     return dedup(std::move(handle), hash);
