@@ -11,6 +11,7 @@
 #include <new>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "bench/Peers.h"
@@ -49,17 +50,108 @@ struct ExtListNode {
   const U32 length;
 };
 
+// Room for the values of one list, left as it is: only what is read gets written.
+class ExtListRoom {
+ public:
+  explicit ExtListRoom(std::size_t count) : large_(count > room_.size() ? count : 0) {
+    values_ = {large_.empty() ? room_.data() : large_.data(), count};
+  }
+  ExtListRoom(const ExtListRoom&) = delete;
+  ExtListRoom& operator=(const ExtListRoom&) = delete;
+  std::span<ExtListNode::Value*> values() const { return values_; }
+
+ private:
+  std::array<ExtListNode::Value*, 64> room_;
+  std::vector<ExtListNode::Value*> large_;
+  std::span<ExtListNode::Value*> values_;
+};
+
+// What ours are, too: the values of each classification are a list of their own, which
+// lists share.
+struct GroupedListNode {
+  using Value = ExtListNode::Value;
+  using Key = ExtListNode::Key;
+  using Parts = PlainSet<ExtListNode>;
+
+  // Asks whoever owns the list for its parts.
+  static GroupedListNode* make(void* owner, Key key);
+  static void destroy(GroupedListNode* node) {
+    const std::size_t size = sizeof(GroupedListNode) + node->length * sizeof(Value*);
+    for (Value* const value : node->key()) ValueP1::release(*value);
+    node->~GroupedListNode();
+    ::operator delete(node, size);
+  }
+  Key key() const { return {reinterpret_cast<Value* const*>(this + 1), length}; }
+  static std::size_t hash(Key key) { return ExtListNode::hash(key); }
+  static bool equal(Key a, Key b) { return ExtListNode::equal(a, b); }
+
+  // That of each value that the rows work on.
+  static constexpr U32 classifications = 6;
+  static U32 classificationOf(U64 value) {
+    switch (value >> 48) {
+      case 0x0002:
+      case 0x0202:
+        return 1;
+      case 0x0103:
+        return 2;
+      case 0x0600:
+        return 3;
+      case 0x4004:
+        return 4;
+      case 0x030B:
+        return 5;
+      default:
+        return 0;
+    }
+  }
+  void partsAre(Parts& from) {
+    const ExtListRoom room(length);
+    std::array<U32, classifications> ends{};
+    for (const Value* const value : key()) ++ends[classificationOf(value->value)];
+    for (U32 i = 1; i < classifications; ++i) ends[i] += ends[i - 1];
+    // From behind, so that the ends become the beginnings.
+    for (U32 i = length; i-- > 0;) {
+      room.values()[--ends[classificationOf(key()[i]->value)]] = key()[i];
+    }
+    for (U32 i = 0; i < classifications; ++i) {
+      const U32 end = i + 1 < classifications ? ends[i + 1] : length;
+      if (end > ends[i]) parts[i] = from.intern(room.values().subspan(ends[i], end - ends[i]));
+    }
+  }
+
+  void* const owner;
+  U32 count;
+  const U32 length;
+  std::array<Parts::Handle, classifications> parts;
+};
+
+class GroupedLists : public PlainSet<GroupedListNode> {
+ public:
+  GroupedListNode::Parts parts;
+};
+
+inline GroupedListNode* GroupedListNode::make(void* owner, Key key) {
+  auto* const lists = static_cast<GroupedLists*>(static_cast<PlainSet<GroupedListNode>*>(owner));
+  auto* const node = new (::operator new(sizeof(GroupedListNode) + key.size_bytes()))
+      GroupedListNode{owner, 0, U32(key.size()), {}};
+  std::memcpy(static_cast<void*>(node + 1), key.data(), key.size_bytes());
+  for (Value* const value : key) ValueP1::referenceAdd(*value);
+  node->partsAre(lists->parts);
+  return node;
+}
+
+// Flat lists, or those with parts.
+template <class Lists>
 class ExtListP1 {
  public:
-  using Handle = PlainSet<ExtListNode>::Handle;
+  using Handle = typename Lists::Handle;
   using ValueHandle = ValueP1::Handle;
 
   ValueHandle value(U64 content) { return values_.intern(content); }
 
   Handle intern(std::span<const ValueHandle> values) {
-    std::array<ExtListNode::Value*, 64> room;  // left as it is
-    std::vector<ExtListNode::Value*> large(values.size() > room.size() ? values.size() : 0);
-    const std::span all(large.empty() ? room.data() : large.data(), values.size());
+    const ExtListRoom room(values.size());
+    const auto all = room.values();
     bool ascends = true;
     for (std::size_t i = 0; i < all.size(); ++i) {
       all[i] = values[i].get();
@@ -76,7 +168,7 @@ class ExtListP1 {
   }
 
   ValueP1 values_;
-  PlainSet<ExtListNode> lists_;
+  Lists lists_;
 };
 
 class OurExtLists {

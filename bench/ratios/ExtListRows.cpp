@@ -71,12 +71,14 @@ std::vector<Row> extListRows(const Scale& scale) {
   std::vector<Row> rows;
   for (const U32 length : {2U, 8U, 32U}) {
     const Work work{length, scale.of(50'000), scale.of(20'000), scale.of(100'000)};
-    rows.push_back({"extended list, length " + std::to_string(length),
-                    [work]() -> std::vector<Contender> {
-                      return {{"ours", trial<ExtListReplay<OurExtLists>>(work)},
-                              {"P1", trial<ExtListReplay<ExtListP1>>(work)}};
-                    },
-                    {{Measure::time, 0.75, {"P1"}}}});
+    rows.push_back(
+        {"extended list, length " + std::to_string(length),
+         [work]() -> std::vector<Contender> {
+           return {{"ours", trial<ExtListReplay<OurExtLists>>(work)},
+                   {"P1 with sub-lists", trial<ExtListReplay<ExtListP1<GroupedLists>>>(work)},
+                   {"P1", trial<ExtListReplay<ExtListP1<PlainSet<ExtListNode>>>>(work)}};
+         },
+         {{Measure::time, 0.75, {"P1 with sub-lists"}}, {Measure::time, 0.75, {"P1"}}}});
     rows.back().series = "extended list by length";
     rows.back().x = length;
   }
