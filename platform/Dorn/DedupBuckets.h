@@ -3,8 +3,9 @@
 //
 // A bucket is one cache line of seven slots.  It keeps 23 bits of each member's hash,
 // eight of them (the tag) where one comparison finds them, the others in what an
-// address leaves free of its word: so a probe touches an object only if all are equal,
-// and growth touches none.
+// address leaves free of its word, so that growth touches no object.  A probe asks who
+// has the tag: one in fifty asks another one first.  To compare the other bits before
+// would spare it that, and cost every probe more.
 //
 // A member that finds its home bucket full goes to the other one of its pair; if that is
 // full, too, to one far away, which its hash names; and from there to the next one with
@@ -54,11 +55,8 @@ class alignas(64) DedupBucket {
   template <class IsWanted>
   KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
     for (Slots found = candidates(hash); found != 0; found &= found - 1) {
-      // Less the hash that is asked for, a candidate's word is its address or too large.
-      const U64 word = words_[firstOf(found)] ^ U64 { hash >> 16 } << addressBits;
-      if (word >> addressBits != 0) continue;
-      DedupHandle* const member = memberOf(word & ~passedMask);
-      if (isWanted(member)) return member;
+      DedupHandle* const candidate = member(firstOf(found));
+      if (isWanted(candidate)) return candidate;
     }
     return nullptr;
   }

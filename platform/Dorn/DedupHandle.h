@@ -112,10 +112,10 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   static constexpr bool staysInUse(U32 word) noexcept {
     return (word & countMask) - 1 > idleReferences(word);
   }
-  // The same in one comparison: three references or more, and no notifier. False says
-  // nothing.
+  // The same in one comparison: three references or more, no notifier, and notifying, as
+  // factories make them. False says nothing.
   static constexpr bool surelyStaysInUse(U32 word) noexcept {
-    return (word & ~notificationActiveFlag) - 3 <= maxReferences - 3;
+    return word - (notificationActiveFlag | 3) <= maxReferences - 3;
   }
   U8 state() const noexcept { return state_.load(std::memory_order_relaxed); }
   void stateIs(U8 state) noexcept { state_.store(state, std::memory_order_relaxed); }
