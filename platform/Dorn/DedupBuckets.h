@@ -51,7 +51,8 @@ class alignas(64) DedupBucket {
   // The free slots, the first of which is sure to be one; if there is any.
   Slots freeSlots() const noexcept { return zeros(tags_); }
 
-  // The member of this hash that `isWanted(DedupHandle*)` accepts, or null.
+  // The member of this hash that `isWanted(DedupHandle*)` accepts, or null; it is asked of
+  // whoever has the tag.
   template <class IsWanted>
   KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
     for (Slots found = candidates(hash); found != 0; found &= found - 1) {

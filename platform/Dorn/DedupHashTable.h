@@ -63,6 +63,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // The member of class `Handle` that `isWanted(const Handle&)` accepts among those of
   // this hash, where that takes but a few instructions: in a table for one thread, if it
   // stands where it is looked for first, as most do. Null says nothing: ask lookupElsewhere.
+  // Here and below: `isWanted` is asked of some members of other hashes, too.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(U32 hash, const IsWanted& isWanted) const {
     if (threadSafe_) return nullptr;
