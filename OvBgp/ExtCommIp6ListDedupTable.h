@@ -1,28 +1,7 @@
-// The interning table of IPv6 address specific extended community lists.
+// The interning table of lists of IPv6 address specific extended communities.
 #ifndef OVBGP_EXTCOMMIP6LISTDEDUPTABLE_H
 #define OVBGP_EXTCOMMIP6LISTDEDUPTABLE_H
 
-#include "Kiv/Export.h"
-#include "OvBgp/ExtCommListDedupTableBase.h"
-#include "OvBgp/OvBgpCommunityPacketTypes.h"
-
-namespace Routing::Bgp {
-
-// Usually one a process, shared by all users; lists enter by ExtCommIp6List::dedup.
-// When it goes, lists that users still hold stay alive, un-interned.
-class OV_EXPORT ExtCommIp6ListDedupTable final : public ExtCommListDedupTableBase {
-  KIV_OBJECT(ExtCommIp6ListDedupTable)
-
- public:
-  // The one where sub-lists of that classification are interned.
-  Dorn::DedupHashTable& classificationListTable(ExtCommClassification) const noexcept {
-    return *extCommClassificationListDedupTable();
-  }
-};
-
-// A new, empty table with notification on.
-OV_EXPORT ExtCommIp6ListDedupTable::Ptr extCommIp6ListDedupTableFactory();
-
-}  // namespace Routing::Bgp
+#include "OvBgp/List/ExtCommIp6ListDedupTable.h"  // IWYU pragma: export
 
 #endif

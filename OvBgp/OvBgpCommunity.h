@@ -3,13 +3,13 @@
 #ifndef OVBGP_OVBGPCOMMUNITY_H
 #define OVBGP_OVBGPCOMMUNITY_H
 
-#include "OvBgp/ExtComm.h"                    // IWYU pragma: export
-#include "OvBgp/ExtCommAsNumber.h"            // IWYU pragma: export
-#include "OvBgp/ExtCommContent.h"             // IWYU pragma: export
-#include "OvBgp/ExtCommDedupTable.h"          // IWYU pragma: export
-#include "OvBgp/ExtCommIpv4Address.h"         // IWYU pragma: export
-#include "OvBgp/ExtCommText.h"                // IWYU pragma: export
-#include "OvBgp/OvBgpCommunityPacketTypes.h"  // IWYU pragma: export
-#include "OvBgp/OvBgpForwardReference.h"      // IWYU pragma: export
+#include "OvBgp/OvBgpForwardReference.h"         // IWYU pragma: export
+#include "OvBgp/Value/ExtComm.h"                 // IWYU pragma: export
+#include "OvBgp/Value/ExtCommAsNumber.h"         // IWYU pragma: export
+#include "OvBgp/Value/ExtCommContent.h"          // IWYU pragma: export
+#include "OvBgp/Value/ExtCommIpv4Address.h"      // IWYU pragma: export
+#include "OvBgp/Value/ExtCommText.h"             // IWYU pragma: export
+#include "OvBgp/Value/PacketTypes.h"             // IWYU pragma: export
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"  // IWYU pragma: export
 
 #endif

@@ -7,7 +7,7 @@
 //                    the same, interned in tables that hold nothing
 //
 // Lists have 1 to 16 members, as on routes; extended values are shared by lists.
-#include "OvBgp/Destash.h"
+#include "OvBgp/Store/Destash.h"
 
 #include <benchmark/benchmark.h>
 #include <unistd.h>
@@ -18,11 +18,11 @@
 #include <string>
 #include <vector>
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "OvBgp/StashLists.h"
+#include "OvBgp/Store/StashLists.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 
 namespace Bench {
 namespace {

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "Routing/RouteMap/PosixRegex.h"
 
 namespace {

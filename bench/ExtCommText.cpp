@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string>
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 
 namespace Bench {
 namespace {

@@ -9,8 +9,8 @@
 #include <boost/flyweight/no_locking.hpp>
 #include <memory>
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "bench/ListPeers.h"
 #include "bench/Peers.h"
 #include "bench/SharedPtrSet.h"

@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 
 namespace Fuzz {
 

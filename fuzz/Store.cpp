@@ -12,11 +12,11 @@
 
 #include "Kiv/Type.h"
 #include "KivStash/StoreManager.h"
-#include "OvBgp/Destash.h"
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/Store/Destash.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "Stash/StoreException.h"
 #include "Stash/StoreLayout.h"
 #include "fuzz/Allocations.h"

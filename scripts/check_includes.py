@@ -1,24 +1,65 @@
 #!/usr/bin/env python3
 """Checks which of our files include which.
 
-An include points down the floors or stays on its own; no files include each
-other, directly or around a circle; and every quoted include is a file of ours.
+An include points down the floors or stays in its own room. No two files include
+each other, directly or around a circle. Every quoted include is a file of ours. A
+header in a folder named Private is included only by sources of the same floor
+group (its top folder) and by what stands outside the house.
 """
 
 import pathlib
 import re
 import sys
 
-# Lowest first.  A folder stands on its own floor and on those below it.  Tests,
-# benchmarks and examples stand outside the house and may look into all of it.
-FLOORS = ["platform", "BgpCommon", "OvBgp", "tools"]
+# The rooms, lowest first. A file belongs to the longest of these folders that holds
+# it, and may include only its own room and rooms that stand before it in this list.
+# The headers directly in OvBgp/ and OvBgp/Parse/ are the library's face: umbrellas,
+# which stand above all rooms. Tests, benchmarks and examples stand outside the house
+# and may look into all of it.
+FLOORS = [
+    "platform",
+    "BgpCommon",
+    "OvBgp/Attribute",
+    "OvBgp/Value",
+    "OvBgp/SubList",
+    "OvBgp/RouteTarget",
+    "OvBgp/Parse/Rule",
+    "OvBgp/Parse/Typed",
+    "OvBgp/Parse/Plugin",
+    "OvBgp/Parse/Container",
+    "OvBgp/ValueTable",
+    "OvBgp/List",
+    "OvBgp/Snapshot",
+    "OvBgp/Store",
+    "OvBgp/Parse",
+    "OvBgp",
+    "tools",
+]
+TOPS = list(dict.fromkeys(floor.split("/")[0] for floor in FLOORS))
 OUTSIDE = ["tests", "bench", "fuzz", "examples", "gdb"]
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)
 
 
+def room(path):
+    """The longest folder of FLOORS that holds PATH, or None outside the house."""
+    for folder in path.parents:
+        if str(folder) in FLOORS:
+            return str(folder)
+    return None
+
+
 def floor(path):
-    top = path.parts[0]
-    return FLOORS.index(top) if top in FLOORS else len(FLOORS)
+    return FLOORS.index(room(path)) if room(path) else len(FLOORS)
+
+
+def pries(path, target):
+    """Whether PATH includes a header that is private to another top folder."""
+    return (
+        "Private" in target.parts
+        and room(path) is not None
+        and path.parts[0] != target.parts[0]
+        and (path.parts[0], target.parts[0]) != ("OvBgp", "BgpCommon")
+    )
 
 
 def resolve(root, includer, name):
@@ -66,7 +107,7 @@ def main():
     root = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(".")
     files = sorted(
         path.relative_to(root)
-        for top in FLOORS + OUTSIDE
+        for top in TOPS + OUTSIDE
         for ending in ("*.h", "*.cpp")
         for path in (root / top).rglob(ending)
     )
@@ -76,6 +117,8 @@ def main():
         for target in targets:
             if floor(target) > floor(path):
                 problems.append(f"{path}: includes {target}, which stands above it")
+            if pries(path, target):
+                problems.append(f"{path}: includes {target}, which is private")
     for circle in circles(graph):
         problems.append("circle: " + " -> ".join(map(str, circle)))
     for problem in problems:

@@ -8,10 +8,10 @@
 #include <string_view>
 
 #include "Kiv/Type.h"
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 
 namespace AllKinds {
 

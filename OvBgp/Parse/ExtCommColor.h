@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMCOLOR_H
 #define OVBGP_PARSE_EXTCOMMCOLOR_H
 
-#include "OvBgp/Parse/ExtCommColorSm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommColorValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommColorSm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommColor.h"     // IWYU pragma: export
 
 #endif

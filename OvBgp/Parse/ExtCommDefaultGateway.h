@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMDEFAULTGATEWAY_H
 #define OVBGP_PARSE_EXTCOMMDEFAULTGATEWAY_H
 
-#include "OvBgp/Parse/ExtCommDefaultGatewaySm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommDefaultGatewayValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommDefaultGatewaySm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommDefaultGateway.h"     // IWYU pragma: export
 
 #endif

@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMLINKBANDWIDTH_H
 #define OVBGP_PARSE_EXTCOMMLINKBANDWIDTH_H
 
-#include "OvBgp/Parse/ExtCommLinkBandwidthSm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommLinkBandwidthValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommLinkBandwidthSm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommLinkBandwidth.h"     // IWYU pragma: export
 
 #endif

@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMORIGINVALIDATIONSTATE_H
 #define OVBGP_PARSE_EXTCOMMORIGINVALIDATIONSTATE_H
 
-#include "OvBgp/Parse/ExtCommOriginValidationStateSm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommOriginValidationStateValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommOriginValidationStateSm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommOriginValidationState.h"     // IWYU pragma: export
 
 #endif

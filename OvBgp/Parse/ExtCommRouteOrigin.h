@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMROUTEORIGIN_H
 #define OVBGP_PARSE_EXTCOMMROUTEORIGIN_H
 
-#include "OvBgp/Parse/ExtCommRouteOriginSm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommRouteOriginValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommRouteOriginSm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommRouteOrigin.h"     // IWYU pragma: export
 
 #endif

@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMROUTETARGET_H
 #define OVBGP_PARSE_EXTCOMMROUTETARGET_H
 
-#include "OvBgp/Parse/ExtCommRouteTargetSm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommRouteTargetValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommRouteTargetSm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommRouteTarget.h"     // IWYU pragma: export
 
 #endif

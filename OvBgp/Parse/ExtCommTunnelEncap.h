@@ -3,7 +3,7 @@
 #ifndef OVBGP_PARSE_EXTCOMMTUNNELENCAP_H
 #define OVBGP_PARSE_EXTCOMMTUNNELENCAP_H
 
-#include "OvBgp/Parse/ExtCommTunnelEncapSm.h"     // IWYU pragma: export
-#include "OvBgp/Parse/ExtCommTunnelEncapValue.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Plugin/ExtCommTunnelEncapSm.h"  // IWYU pragma: export
+#include "OvBgp/Parse/Typed/ExtCommTunnelEncap.h"     // IWYU pragma: export
 
 #endif

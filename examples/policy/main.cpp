@@ -5,10 +5,10 @@
 #include <string_view>
 
 #include "Kiv/Exception.h"
+#include "OvBgp/List/PerList.h"
 #include "OvBgp/OvBgpCommunity.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "OvBgp/PerList.h"
 #include "Routing/RouteMap/PosixRegex.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include "KivStash/StoreManager.h"
 #include "KivStash/StoreWriter.h"
 #include "OvBgp/OvBgpCommunityList.h"
-#include "OvBgp/StashLists.h"
+#include "OvBgp/Store/StashLists.h"
 #include "Stash/StoreException.h"
 
 namespace {

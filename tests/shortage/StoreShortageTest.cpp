@@ -5,8 +5,8 @@
 #include <functional>
 #include <vector>
 
-#include "OvBgp/Destash.h"
-#include "OvBgp/StashLists.h"
+#include "OvBgp/Store/Destash.h"
+#include "OvBgp/Store/StashLists.h"
 #include "tests/platform/KivStash/StoreImages.h"
 #include "tests/shortage/Sweep.h"
 #include "tests/shortage/World.h"

@@ -1,6 +1,6 @@
 #include "tests/soak/Agent.h"
 
-#include "OvBgp/StashLists.h"
+#include "OvBgp/Store/StashLists.h"
 #include "Routing/RouteMap/PosixRegex.h"
 #include "tools/bgp-communities/Verification.h"
 

@@ -7,8 +7,8 @@
 #include <variant>
 
 #include "Acl/CommunityValue.h"
-#include "OvBgp/ExtCommContent.h"
-#include "OvBgp/ExtCommIp6Content.h"
+#include "OvBgp/Value/ExtCommContent.h"
+#include "OvBgp/Value/ExtCommIp6Content.h"
 
 namespace CommTool {
 

@@ -3,10 +3,10 @@
 #ifndef TOOLS_BGP_COMMUNITIES_COMMUNITY_TABLES_H
 #define TOOLS_BGP_COMMUNITIES_COMMUNITY_TABLES_H
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "tools/bgp-communities/RouteCommunities.h"
 
 namespace CommTool {

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "OvBgp/ExtCommAsNumber.h"
 #include "OvBgp/ExtCommIp6.h"
-#include "OvBgp/ExtCommIpv4Address.h"
-#include "OvBgp/Parse/ExtCommColorValue.h"
-#include "OvBgp/Parse/ExtCommLinkBandwidthValue.h"
-#include "OvBgp/Parse/ExtCommOriginValidationStateValue.h"
-#include "OvBgp/Parse/ExtCommTunnelEncapValue.h"
+#include "OvBgp/Parse/Typed/ExtCommColor.h"
+#include "OvBgp/Parse/Typed/ExtCommLinkBandwidth.h"
+#include "OvBgp/Parse/Typed/ExtCommOriginValidationState.h"
+#include "OvBgp/Parse/Typed/ExtCommTunnelEncap.h"
+#include "OvBgp/Value/ExtCommAsNumber.h"
+#include "OvBgp/Value/ExtCommIpv4Address.h"
 #include "Rpki/OriginValidationState.h"
 #include "tools/bgp-communities/AddressText.h"
 

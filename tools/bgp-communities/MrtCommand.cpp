@@ -4,7 +4,7 @@
 #include <memory>
 #include <ostream>
 
-#include "OvBgp/PerList.h"
+#include "OvBgp/List/PerList.h"
 #include "tools/bgp-communities/HeldRoutes.h"
 #include "tools/bgp-communities/MrtFiles.h"
 #include "tools/bgp-communities/PathAttributes.h"

@@ -2,7 +2,7 @@
 #ifndef TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 #define TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
 
-#include "OvBgp/PerList.h"
+#include "OvBgp/List/PerList.h"
 #include "tools/bgp-communities/RouteOutput.h"
 #include "tools/bgp-communities/TextOutput.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "OvBgp/PerList.h"
+#include "OvBgp/List/PerList.h"
 #include "tools/bgp-communities/Json.h"
 #include "tools/bgp-communities/RouteOutput.h"
 #include "tools/bgp-communities/TextOutput.h"

@@ -3,11 +3,11 @@
 #include <ostream>
 #include <sstream>
 
-#include "OvBgp/ExtCommDedupTable.h"
 #include "OvBgp/ExtCommIp6DedupTable.h"
-#include "OvBgp/LargeCommunityFormatter.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/Value/LargeCommunityFormatter.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "tools/bgp-communities/CommunityArgument.h"
 #include "tools/bgp-communities/DecodedFields.h"
 #include "tools/bgp-communities/Report.h"

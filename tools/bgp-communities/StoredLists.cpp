@@ -1,6 +1,6 @@
 #include "tools/bgp-communities/StoredLists.h"
 
-#include "OvBgp/StashLists.h"
+#include "OvBgp/Store/StashLists.h"
 
 namespace CommTool {
 

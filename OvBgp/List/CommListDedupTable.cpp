@@ -1,0 +1,31 @@
+#include "OvBgp/List/CommListDedupTable.h"
+
+#include "Dorn/NotifyingObject.h"
+#include "OvBgpGlobals/OvBgpGlobals.h"
+
+namespace Routing::Bgp {
+
+KIV_OBJECT_DEFINE(CommListDedupTable)
+KIV_OBJECT_DEFINE(LargeCommListDedupTable)
+
+void CommListDedupTableBase::initDedupTable() {
+  dedupTable_ =
+      Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(OvBgpGlobals::multiThreaded());
+}
+
+void CommListDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                                       unsigned int indent) const {
+  Dorn::objDumpIndent(context, indent);
+  Dorn::objDumpPrintf(context, "DedupTable");
+  Dorn::ObjDumpChild(context, dedupTable_, indent + 2);
+}
+
+CommListDedupTable::Ptr commListDedupTableFactory() {
+  return Dorn::notifyingObject<CommListDedupTable>();
+}
+
+LargeCommListDedupTable::Ptr largeCommListDedupTableFactory() {
+  return Dorn::notifyingObject<LargeCommListDedupTable>();
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,47 @@
+#include "OvBgp/List/ExtCommListDedupTable.h"
+
+#include "Dorn/NotifyingObject.h"
+
+namespace Routing::Bgp {
+
+KIV_OBJECT_DEFINE(ExtCommListDedupTable)
+
+ExtCommListDedupTable::ExtCommListDedupTable() { handleInitialized(); }
+
+ExtCommListDedupTable::~ExtCommListDedupTable() = default;
+
+void ExtCommListDedupTable::handleInitialized() {
+  rtExtCommClassificationListDedupTable_ = subTable();
+  rtExtCommListLifeTimeNotifieeIs(notifyingRtExtCommListCollectionIs());
+  rtExtCommClassificationListDedupTable_->lifeTimeNotifieeIs(rtExtCommListLifeTimeNotifiee_);
+}
+
+const NotifyingRtExtCommListCollection::Ptr&
+ExtCommListDedupTable::notifyingRtExtCommListCollectionIs() {
+  return notifyingRtExtCommListCollection_ = notifyingRtExtCommListCollectionFactory();
+}
+
+void ExtCommListDedupTable::notifyingRtExtCommListCollectionDel() {
+  notifyingRtExtCommListCollection_ = nullptr;
+}
+
+const RtExtCommListLifeTimeNotifiee::Ptr& ExtCommListDedupTable::rtExtCommListLifeTimeNotifieeIs(
+    const NotifyingRtExtCommListCollection::Ptr& collection) {
+  return rtExtCommListLifeTimeNotifiee_ = rtExtCommListLifeTimeNotifieeFactory(collection);
+}
+
+void ExtCommListDedupTable::rtExtCommListLifeTimeNotifieeDel() {
+  rtExtCommListLifeTimeNotifiee_ = nullptr;
+}
+
+void ExtCommListDedupTable::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                                      unsigned int indent) const {
+  ExtCommListDedupTableBase::dumpState(context, indent);
+  dumpTable(context, indent, "rtExtCommClassification", rtExtCommClassificationListDedupTable_);
+}
+
+ExtCommListDedupTable::Ptr extCommListDedupTableFactory() {
+  return Dorn::notifyingObject<ExtCommListDedupTable>();
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,33 @@
+#include "OvBgp/List/ExtCommListDedupTableBase.h"
+
+#include "OvBgpGlobals/OvBgpGlobals.h"
+
+namespace Routing::Bgp {
+
+ExtCommListDedupTableBase::ExtCommListDedupTableBase()
+    : extCommClassificationListDedupTable_(subTable()) {}
+
+Kiv::Ptr<Dorn::DedupHashTable> ExtCommListDedupTableBase::subTable() {
+  return Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(
+      OvBgpGlobals::multiThreaded());
+}
+
+void ExtCommListDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                                          unsigned int indent) const {
+  Dorn::objDumpIndent(context, indent);
+  Dorn::objDumpPrintf(context, "ExtCommListDedupTable\n");
+  dumpTable(context, indent, "extComm", dedupTable());
+  dumpTable(context, indent, "extCommClassification", extCommClassificationListDedupTable_);
+}
+
+// The additions wrap around: at 0xFFFFFFFE, which the header shows as -2, labels
+// stand at the margin and tables at 2.
+void ExtCommListDedupTableBase::dumpTable(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                                          unsigned int indent, const char* label,
+                                          const Kiv::Ptr<Dorn::DedupHashTable>& table) {
+  Dorn::objDumpIndent(context, indent + 2);
+  Dorn::objDumpPrintf(context, "%s\n", label);
+  Dorn::ObjDumpChild(context, table, indent + 4);
+}
+
+}  // namespace Routing::Bgp

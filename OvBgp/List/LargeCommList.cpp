@@ -1,0 +1,49 @@
+#include "OvBgp/List/LargeCommList.h"
+
+#include <bit>
+
+#include "OvBgp/List/Private/ValueListImpl.h"
+#include "OvBgp/Value/LargeCommunityFormatter.h"
+#include "OvBgp/Value/Private/LargeCommunityText.h"
+
+template <>
+Kiv::Type& KivStash::arrayType<Acl::CommunityValue>() noexcept {
+  static constinit Kiv::Type record{"CommunityValue[]"};
+  return record;
+}
+
+namespace Routing::Bgp {
+
+static_assert(std::bit_cast<std::array<U32, 3>>(Acl::CommunityValue(1, 2, 3)) ==
+                  std::array<U32, 3>{1, 2, 3},
+              "the words of a community are in memory as they are on the wire");
+
+KIV_OBJECT_DEFINE(LargeCommList)
+
+template class ValueList<LargeCommListFamily>;
+
+LargeCommList::Ptr largeCommListFactory() { return Dorn::notifyingObject<LargeCommList>(); }
+
+Kiv::String LargeCommList::getStringValue(const Acl::CommunityValue& community) {
+  return displayString(community, false);
+}
+
+Kiv::String LargeCommList::displayString(const Acl::CommunityValue& community, bool asdot) {
+  OvFmt::StackBackedBuffer<64> text;
+  LargeCommunityFormatter::format(text, community, asdot);
+  return text.str();
+}
+
+Kiv::String LargeCommList::textOf(std::span<const Acl::CommunityValue> comms) {
+  return largeCommunitiesText(comms);
+}
+
+void LargeCommList::appendText(OvFmt::DynamicBufferInterface& to) const {
+  appendLargeCommunities(to, members());
+}
+
+bool LargeCommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
+  return anyTextMatches(*regex, [this](auto& text) { appendText(text); });
+}
+
+}  // namespace Routing::Bgp

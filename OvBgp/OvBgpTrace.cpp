@@ -1,7 +1,0 @@
-#include "OvBgp/OvBgpTrace.h"
-
-namespace Routing::Bgp {
-
-constinit Kiv::TraceHandle ovBgpTrace("OvBgp");
-
-}  // namespace Routing::Bgp

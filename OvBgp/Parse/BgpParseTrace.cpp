@@ -1,7 +1,0 @@
-#include "OvBgp/Parse/BgpParseTrace.h"
-
-namespace Routing::Bgp {
-
-constinit Kiv::TraceHandle bgpParseTrace("BgpParse");
-
-}  // namespace Routing::Bgp

@@ -1,0 +1,24 @@
+#include "OvBgp/Parse/Rule/BgpParseExtCommRuleCollections.h"
+
+#include "Dorn/NotifyingObject.h"
+
+namespace Routing::Bgp {
+namespace {
+
+template <class... Kind>
+constexpr bool numbersFollowOneAnother(BgpParseKindList<Kind...>) {
+  U32 next = BgpParseKindRoot::attribute;
+  return ((Kind::attribute == next++) && ...);
+}
+static_assert(numbersFollowOneAnother(BgpParseNodeKinds{}),
+              "a collection's number is its place in the registry");
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(BgpParseExtCommRuleCollections)
+
+BgpParseExtCommRuleCollections::Ptr bgpParseExtCommRuleCollectionsFactory() {
+  return Dorn::notifyingObject<BgpParseExtCommRuleCollections>();
+}
+
+}  // namespace Routing::Bgp

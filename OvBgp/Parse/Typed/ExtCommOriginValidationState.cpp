@@ -1,0 +1,44 @@
+#include "OvBgp/Parse/Typed/ExtCommOriginValidationState.h"
+
+#include <ostream>
+
+#include "Dorn/NotifyingObject.h"
+#include "OvBgp/Value/ExtCommText.h"
+
+namespace Routing::Bgp {
+
+KIV_OBJECT_DEFINE(ExtCommOriginValidationState)
+
+ExtCommContent ExtCommOriginValidationState::buildExtCommContent(
+    Rpki::OriginValidationState state) {
+  constexpr U64 type = Kiv::enumValue(extCommPktTypeNonTransOpaque);
+  constexpr U64 subtype = Kiv::enumValue(extCommPktSubtypeNonTransOriginValidationState);
+  return ExtCommContent(type << 56 | subtype << 48 | static_cast<U32>(state));
+}
+
+void ExtCommOriginValidationState::formatDerivedType(std::ostream& out) const {
+  ExtCommTextBuffer words;
+  words.append("OriginValidationState ");
+  words.append(Rpki::originValidationStateText(state()));
+  if (state() == Rpki::OriginValidationState::unknown) {
+    words.append('(');
+    words.appendDecimal(stateNumber());
+    words.append(')');
+  }
+  writeExtCommDiagnostic(out, words.view(), getContent());
+}
+
+// It has a user-interface text only.
+void ExtCommOriginValidationState::appendForPolicy(OvFmt::DynamicBufferInterface& to,
+                                                   StrepFormat format) const {
+  if (!format.isUI()) return;
+  to.append("Origin-Validation-State:");
+  to.append(Rpki::originValidationStateText(state()));
+}
+
+ExtCommOriginValidationState::Ptr extCommOriginValidationStateFactory(
+    const ExtCommContent& content) {
+  return Dorn::notifyingObject<ExtCommOriginValidationState>(content);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,24 @@
+// A copy of an IPv6 address specific extended community list, to edit and to watch.
+#ifndef OVBGP_SNAPSHOT_EXTCOMMIP6LISTSNAPSHOT_H
+#define OVBGP_SNAPSHOT_EXTCOMMIP6LISTSNAPSHOT_H
+
+#include "Kiv/Export.h"
+#include "Kiv/PtrInterface.h"
+#include "OvBgp/Snapshot/ExtCommSnapshot.h"
+#include "OvBgp/SubList/ExtCommIp6ClassificationList.h"
+
+namespace Routing::Bgp {
+
+extern template class OV_EXPORT ExtCommListSnapshotBase<ExtCommIp6Family>;
+
+// See ExtCommListSnapshotBase.
+class OV_EXPORT ExtCommIp6ListSnapshot final : public ExtCommListSnapshotBase<ExtCommIp6Family> {
+  KIV_OBJECT(ExtCommIp6ListSnapshot)
+};
+
+// A new, empty snapshot with notification on.
+OV_EXPORT ExtCommIp6ListSnapshot::Ptr extCommIp6ListSnapshotFactory();
+
+}  // namespace Routing::Bgp
+
+#endif

@@ -1,0 +1,61 @@
+#include "OvBgp/SubList/ExtCommClassificationListBase.h"
+
+#include "BgpCommon/BgpHashIdentity.h"
+#include "BgpCommon/BgpHashMixImpl.h"
+#include "OvBgp/SubList/ExtCommClassificationList.h"
+#include "OvBgp/SubList/ExtCommIp6ClassificationList.h"
+#include "OvBgp/SubList/Private/ExtCommMembers.h"
+#include "OvBgp/SubList/Private/SubListMaking.h"
+
+namespace Routing::Bgp {
+
+void ExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+void RtExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+void LinkBandwidthExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+void ExtCommIp6ClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
+
+template <class Family>
+ExtCommClassificationListBase<Family>::~ExtCommClassificationListBase() = default;
+
+template <class Family>
+Kiv::String ExtCommClassificationListBase<Family>::toStrep() const {
+  return textOf(*this);
+}
+
+template <class Family>
+void ExtCommClassificationListBase<Family>::writeText(std::ostream& out) const {
+  write(out, stringValue(classification()));
+  write(out, " : ");
+  writeJoined(out, commVector_);
+}
+
+template <class Family>
+U32 ExtCommClassificationListBase<Family>::hash() const {
+  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
+  BgpCommon::BgpHashMixImpl mix;
+  for (const ValuePtr& comm : commVector_) BgpCommon::addIdentity(mix, comm.ptr());
+  return mix.hash();
+}
+
+template <class Family>
+bool ExtCommClassificationListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
+  ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
+  return samePointers(commVector_, static_cast<const ClassificationList*>(other)->commVector());
+}
+
+template <class Family>
+bool ExtCommClassificationListBase<Family>::compareByContent(
+    const Dorn::DedupContentHandle& key) const {
+  return sameObjects(pointersIn(commVector_),
+                     static_cast<const ExtCommListContent<Value>&>(key).comms());
+}
+
+template <class Family>
+U32 ExtCommClassificationListBase<Family>::probeHash() const {
+  return addressHash(pointersIn(commVector_));
+}
+
+template class ExtCommClassificationListBase<ExtCommFamily>;
+template class ExtCommClassificationListBase<ExtCommIp6Family>;
+
+}  // namespace Routing::Bgp

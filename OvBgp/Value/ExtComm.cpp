@@ -1,0 +1,162 @@
+#include "OvBgp/Value/ExtComm.h"
+
+#include <ostream>
+
+#include "BgpCommon/Private/StreamedText.h"
+#include "Dorn/NotifyingObject.h"
+#include "Kiv/Assert.h"
+#include "OvBgp/Value/ExtCommSubtypes.h"
+#include "OvBgp/Value/ExtCommText.h"
+#include "OvFmt/DynamicBuffer.h"
+
+namespace Routing::Bgp {
+namespace {
+
+constexpr const char* source = "OvBgp/OvBgpCommunity";
+
+// What the functions named after one type's subtypes do; `function` is the
+// signature of such a function.
+template <BgpExtCommPktType type>
+Kiv::String subtypeStringOf(const ExtComm& extComm, const char* function) {
+  if (extComm.pktType() != type) [[unlikely]] {
+    const Kiv::String condition = stringValue(type) + "_ == pktType()";
+    Kiv::assertFailed(condition.c_str(), source, __LINE__, function);
+  }
+  KIV_ASSERT_IN(!extComm.pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()", source,
+                function);
+  return extCommSubtypeString<ExtCommSubtypeEnum<type>>(extComm.getContent().subtypeOctet());
+}
+
+}  // namespace
+
+KIV_OBJECT_DEFINE(ExtComm)
+KIV_OBJECT_DEFINE(ExtCommSubtyped)
+
+U32 ExtComm::hash() const { return hashOf(content_); }
+
+bool ExtComm::compare(Dorn::DedupHandle::RawPtrConst other) const {
+  return content_ == static_cast<const ExtComm*>(other)->content_;
+}
+
+bool ExtComm::isLinkBandwidthWithUnspecifiedAsNumber() const { return false; }
+
+BgpExtCommPktSubtype ExtComm::pktSubtype() const { return {}; }
+
+BgpExtCommPktSubtype ExtCommSubtyped::pktSubtype() const {
+  return BgpExtCommPktSubtype(getContent().subtypeOctet());
+}
+
+bool ExtComm::policyMatchStrepUI() const { return false; }
+
+bool ExtComm::isValid() const { return true; }
+
+void ExtComm::plainNoted() {
+  plain_ = isValid() && !policyMatchStrepUI() && !isLinkBandwidthWithUnspecifiedAsNumber();
+}
+
+bool ExtComm::isBetterThan(const Kiv::Ptr<const ExtComm>& other) const {
+  KIV_ASSERT(other, "other", source);
+  return content_.value() < other->content_.value();
+}
+
+BgpExtCommPktType ExtComm::pktType() const noexcept {
+  const BgpExtCommPktType type{content_.typeOctet()};
+  return bgpIsValidEnumMember(type) ? type : extCommPktTypeUnknown;
+}
+
+// A community without a class of its own is unknown to policies.
+void ExtComm::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
+  if (!format.isUI()) return;
+  addExtCommTypeAsString(to, "", content_);
+  const char* separator = ":0x";
+  for (int shift = 40; shift >= 0; shift -= 8) {
+    to.append(separator);
+    to.appendHex(static_cast<U8>(content_.value() >> shift), 2);
+    separator = " 0x";
+  }
+}
+
+Kiv::String ExtComm::toStrepForPolicy(StrepFormat format) const {
+  ExtCommTextBuffer text;
+  appendForPolicy(text, format);
+  return text.str();
+}
+
+Kiv::String ExtComm::toStrepForUI(bool asdot, bool linkBwWeighted, bool json) const {
+  StrepFormat format;
+  format.strepFormatClassificationIs(true);
+  format.strepFormatUIIs(true);
+  format.strepFormatAsdotIs(asdot);
+  format.strepFormatLinkBwWeightedIs(linkBwWeighted);
+  format.strepFormatJsonIs(json);
+  return toStrepForPolicy(format);
+}
+
+void ExtComm::formatDerivedType(std::ostream& out) const {
+  OvFmt::StackBackedBuffer<128> words;
+  appendTypeNames(words);
+  writeExtCommDiagnostic(out, words.view(), content_);
+}
+
+void ExtComm::appendTypeNames(OvFmt::DynamicBufferInterface& to) const {
+  to.append(Kiv::enumName(pktType()));
+  if (pktSubtype().isUnspecified()) return;
+  to.append(' ');
+  to.append(subtypeText());
+}
+
+Kiv::String ExtComm::subtypeText() const {
+  if (pktSubtype().isUnspecified()) return "unspecified";
+  const Kiv::EnumInfo* subtypes = extCommSubtypeInfo(pktType());
+  return subtypes ? extCommSubtypeText(*subtypes, content_.subtypeOctet()) : "none";
+}
+
+void ExtComm::formatSubtype(std::ostream& out) const {
+  const Kiv::String text = subtypeText();
+  out.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+void ExtComm::formatCommunityValue(std::ostream& out) const { out << content_; }
+
+Kiv::String ExtComm::toStrep() const {
+  return streamedText([this](std::ostream& out) { out << *this; });
+}
+
+#define SUBTYPE_STRING(function, type)                        \
+  Kiv::String ExtComm::function() const {                     \
+    return subtypeStringOf<type>(*this, __PRETTY_FUNCTION__); \
+  }
+SUBTYPE_STRING(pktSubtypeTransTwoOctetAsString, extCommPktTypeTransTwoOctetAs)
+SUBTYPE_STRING(pktSubtypeTransIpv4AddressString, extCommPktTypeTransIpv4Address)
+SUBTYPE_STRING(pktSubtypeTransFourOctetAsString, extCommPktTypeTransFourOctetAs)
+SUBTYPE_STRING(pktSubtypeTransOpaqueString, extCommPktTypeTransOpaque)
+SUBTYPE_STRING(pktSubtypeEvpnString, extCommPktTypeTransEvpn)
+SUBTYPE_STRING(pktSubtypeFlowspecRedirectNexthopString, extCommPktTypeTransFlowspecRedirectNexthop)
+SUBTYPE_STRING(pktSubtypeTransGenericString, extCommPktTypeTransGeneric)
+SUBTYPE_STRING(pktSubtypeTransGenericPart2String, extCommPktTypeTransGenericPart2)
+SUBTYPE_STRING(pktSubtypeTransGenericPart3String, extCommPktTypeTransGenericPart3)
+SUBTYPE_STRING(pktSubtypeNonTransTwoOctetAsString, extCommPktTypeNonTransTwoOctetAs)
+SUBTYPE_STRING(pktSubtypeNonTransIpv4AddressString, extCommPktTypeNonTransIpv4Address)
+SUBTYPE_STRING(pktSubtypeNonTransFourOctetAsString, extCommPktTypeNonTransFourOctetAs)
+SUBTYPE_STRING(pktSubtypeNonTransOpaqueString, extCommPktTypeNonTransOpaque)
+#undef SUBTYPE_STRING
+
+ExtComm::Ptr extCommFactory(ExtCommClassification classification, const ExtCommContent& content) {
+  return Dorn::notifyingObject<ExtComm>(classification, content);
+}
+
+ExtCommSubtyped::Ptr ExtCommSubtypedIs(ExtCommClassification classification,
+                                       const ExtCommContent& content) {
+  return Dorn::notifyingObject<ExtCommSubtyped>(classification, content);
+}
+
+std::ostream& operator<<(std::ostream& out, const ExtComm* extComm) {
+  return extComm ? out << *extComm : out.write("NULL", 4);
+}
+
+std::ostream& operator<<(std::ostream& out, const ExtComm& extComm) {
+  extComm.formatDerivedType(out);
+  return out;
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,29 @@
+#include "OvBgp/Value/ExtCommContent.h"
+
+#include <ostream>
+
+#include "Kiv/Strep.h"
+
+namespace Routing::Bgp {
+
+// Written by hand and unformatted, so that the stream's format plays no part.
+std::ostream& operator<<(std::ostream& os, const ExtCommContent& content) {
+  char text[18] = {'0', 'x'};
+  U64 rest = content.value();
+  for (char* digit = text + sizeof text; digit != text + 2; rest >>= 4) {
+    *--digit = "0123456789abcdef"[rest & 0xf];
+  }
+  return os.write(text, sizeof text);
+}
+
+Kiv::String valueToStrep(const ExtCommContent& content) {
+  return Kiv::valueToStrep(content.value());
+}
+
+void sequenceToValue(const char*& it, const char* end, ExtCommContent* target) {
+  U64 value = 0;
+  Kiv::sequenceToValue(it, end, &value);
+  *target = ExtCommContent(value);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,32 @@
+#include "OvBgp/ValueTable/ExtCommDedupTableBase.h"
+
+#include "Kiv/Assert.h"
+#include "OvBgp/Parse/Rule/BgpParseExtendedCommunityRule.h"
+#include "OvBgpGlobals/OvBgpGlobals.h"
+
+namespace Routing::Bgp {
+
+ExtCommDedupTableBase::ExtCommDedupTableBase(
+    const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule)
+    : dedupTable_(Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(
+          OvBgpGlobals::multiThreaded())),
+      parseExtCommRule_(rule) {}
+
+ExtCommDedupTableBase::~ExtCommDedupTableBase() = default;
+
+Kiv::Ptr<const BgpParseExtendedCommunityRule> ExtCommDedupTableBase::parseExtCommRule() const {
+  return parseExtCommRule_;
+}
+
+// Borrowed: the table keeps it, and who interns keeps the table.
+const BgpParseExtendedCommunityRule& ExtCommDedupTableBase::rule() const {
+  KIV_ASSERT(parseExtCommRule_, "parseExtCommRule", "OvBgp/ExtCommDedupTableBase");
+  return *parseExtCommRule_;
+}
+
+void ExtCommDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
+                                      unsigned int indent) const {
+  Dorn::ObjDumpChild(context, dedupTable_, indent);
+}
+
+}  // namespace Routing::Bgp

@@ -1,0 +1,24 @@
+// What is peculiar to IPv6 lists; the rest is in ExtCommListContractTest.cpp.
+#include "tests/OvBgp/List/ExtCommListKit.h"
+
+namespace Routing::Bgp {
+namespace {
+
+using ExtCommIp6ListTest = ExtCommListFixture<ExtCommIp6Kind>;
+
+TEST_F(ExtCommIp6ListTest, StringFormIsThePolicyTextsInOrder) {
+  EXPECT_EQ("", intern({})->commsStringForm());
+  EXPECT_EQ("100:::0 200:::0", intern({2, 1})->commsStringForm());
+}
+
+TEST_F(ExtCommIp6ListTest, BeforeSortingNothingIsLookedUpOrCounted) {
+  const auto list = build({3, 2});
+  EXPECT_EQ("", list->serialize(false));
+  EXPECT_DEATH((void)list->serialize(true), "commVectorSorted\\(\\)");
+  EXPECT_DEATH((void)list->comm(ExtCommIp6Kind::content(2)), "commVectorSorted");
+  const auto part = extCommIp6ClassificationListFactory(extCommClassificationColor);
+  EXPECT_DEATH((void)part->comm(ExtCommIp6Kind::content(2)), "commVectorSorted");
+}
+
+}  // namespace
+}  // namespace Routing::Bgp

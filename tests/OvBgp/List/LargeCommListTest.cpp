@@ -1,0 +1,97 @@
+// What is special to large communities; tests/OvBgp/List/FlatListContractTest.cpp has
+// what they share with standard ones.
+#include "OvBgp/List/LargeCommList.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "OvBgp/Value/LargeCommunityFormatter.h"
+#include "Routing/RouteMap/PosixRegex.h"
+
+namespace Routing::Bgp {
+namespace {
+
+using Acl::CommunityValue;
+using LargeValues = std::vector<CommunityValue>;
+
+LargeCommList::PtrConst intern(const LargeValues& values) {
+  static const auto table = largeCommListDedupTableFactory();
+  const auto list = largeCommListFactory();
+  for (const CommunityValue& value : values) list->commIs(value);
+  return list->dedup(table.ptr());
+}
+
+TEST(LargeCommunityFormatter, WritesAsdotForTheAdministratorOnly) {
+  struct Row {
+    CommunityValue value;
+    const char* plain;
+    const char* asdot;
+  };
+  for (const Row& row : {
+           Row{{65000, 1, 2}, "65000:1:2", "65000:1:2"},
+           Row{{4200000000, 7, 8}, "4200000000:7:8", "64086.59904:7:8"},
+           Row{{65535, 0, 0}, "65535:0:0", "65535:0:0"},
+           Row{{65536, 0, 0}, "65536:0:0", "1.0:0:0"},
+           Row{{0, 65536, 4294967295}, "0:65536:4294967295", "0:65536:4294967295"},
+           Row{{4294967295, 4294967295, 4294967295},
+               "4294967295:4294967295:4294967295",
+               "65535.65535:4294967295:4294967295"},
+       }) {
+    EXPECT_EQ(row.plain, LargeCommList::getStringValue(row.value));
+    EXPECT_EQ(row.plain, LargeCommList::displayString(row.value, false));
+    EXPECT_EQ(row.asdot, LargeCommList::displayString(row.value, true));
+    // It appends, in a buffer that must grow again and again, and counts.
+    OvFmt::StackBackedBuffer<1> text;
+    text.append("ab");
+    EXPECT_EQ(std::string_view(row.asdot).size(),
+              LargeCommunityFormatter::format(text, row.value, true));
+    EXPECT_EQ(std::string("ab") + row.asdot, text.view());
+  }
+}
+
+TEST(LargeCommList, OrdersByAdministratorThenLocalData) {
+  const auto list =
+      intern({{2, 0, 0}, {1, 4294967295, 0}, {1, 2, 4}, {1, 2, 3}, {1, 2, 4}, {4200000000, 0, 0}});
+  EXPECT_EQ("1:2:3 1:2:4 1:4294967295:0 2:0:0 4200000000:0:0", list->toStrep());
+  EXPECT_TRUE(list->comm({1, 2, 3}));
+  EXPECT_FALSE(list->comm({1, 2, 5}));
+  EXPECT_FALSE(list->comm({1, 3, 3}));
+}
+
+TEST(LargeCommList, SerializesTheAdministratorFirst) {
+  EXPECT_EQ(Kiv::String("\xC0\x20\x0C\x00\x00\xFD\xE8\x00\x00\x00\x01\x00\x01\x02\x03", 15),
+            intern({{65000, 1, 0x00010203}})->serialize());
+}
+
+// The text is written into room that was measured before: short and long numbers
+// at the end, in lists that do not fit the room in place.
+TEST(LargeCommList, LastNumberMayHaveAnyLength) {
+  Kiv::String front;
+  LargeValues values;
+  for (U32 i = 1; i <= 40; ++i) {
+    values.emplace_back(i, i * 7, 0);
+    front += std::to_string(i) + ":" + std::to_string(i * 7) + ":0 ";
+  }
+  values.emplace_back(4294967295, 0, 0);
+  for (U64 last = 0; last <= 0xFFFFFFFF; last = last * 10 + 9) {
+    for (const U64 number : {last, last + 1}) {
+      if (number > 0xFFFFFFFF) continue;
+      values.back() = {4294967295, 0, static_cast<U32>(number)};
+      EXPECT_EQ(front + "4294967295:0:" + std::to_string(number), intern(values)->toStrep());
+    }
+  }
+}
+
+TEST(LargeCommList, RegexNeverSeesAsdot) {
+  const auto list = intern({{65000, 1, 2}, {4200000000, 3, 4}});
+  const auto matches = [&list](const char* expression) {
+    const RouteMap::PosixRegex regex(expression);
+    return list->matchCommunitiesRegex(&regex);
+  };
+  EXPECT_TRUE(matches("^65000:1:2 4200000000:3:4$"));
+  EXPECT_FALSE(matches("64086\\.59904:3:4"));
+}
+
+}  // namespace
+}  // namespace Routing::Bgp

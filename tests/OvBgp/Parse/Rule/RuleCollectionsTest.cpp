@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "Kiv/Exception.h"
+#include "Kiv/NotifieeList.h"
+#include "OvBgp/Parse/Rule/BgpParseExtCommControl.h"
+#include "OvBgp/Parse/Rule/BgpParseExtCommRuleCollections.h"
+
+namespace {
+
+using namespace Routing::Bgp;
+
+using Collections = BgpParseExtCommRuleCollections;
+using Heard = std::vector<U32>;
+
+class CollectionEar : public Kiv::Notifiee {
+ public:
+  explicit CollectionEar(Kiv::NotifieeList* list) { notifierIs(list); }
+  void handleChange(const Kiv::Change& change) override {
+    attributes.push_back(change.attribute());
+  }
+  Heard attributes;
+};
+
+// A key that is never followed.
+template <class Key>
+Key keyAt(std::uintptr_t address) {
+  return Key(valueToStrep(Kiv::RawPointer{reinterpret_cast<const void*>(address)}));
+}
+
+template <class Kind>
+class CollectionCheck {
+ public:
+  using Key = typename Kind::Key;
+  using All = const BgpParseExtCommRuleSet<Kind>& (Collections::*)() const noexcept;
+  using Change = bool (Collections::*)(const Key&) const;
+  using DelAll = void (Collections::*)() const;
+};
+
+// The five operations belong to one collection, and it tells under `attribute`.
+template <class Kind>
+void check(U32 attribute, typename CollectionCheck<Kind>::All all,
+           typename CollectionCheck<Kind>::Change add, typename CollectionCheck<Kind>::Change del,
+           typename CollectionCheck<Kind>::DelAll delAll,
+           typename CollectionCheck<Kind>::Change has) {
+  SCOPED_TRACE(attribute);
+  const Collections::PtrConst held = bgpParseExtCommRuleCollectionsFactory();
+  const Collections& collections = *held;
+  CollectionEar ear(collections.notifieeList());
+  const auto one = keyAt<typename Kind::Key>(0x10);
+  const auto two = keyAt<typename Kind::Key>(0x20);
+  EXPECT_FALSE((collections.*del)(one));
+  EXPECT_EQ(Heard{}, ear.attributes) << "nothing was there to withdraw";
+  EXPECT_TRUE((collections.*add)(one));
+  EXPECT_FALSE((collections.*add)(one));
+  EXPECT_EQ(Heard{attribute}, ear.attributes) << "announced twice, told once";
+  EXPECT_TRUE((collections.*has)(one));
+  EXPECT_FALSE((collections.*has)(two));
+  EXPECT_EQ((std::vector{one}), (collections.*all)().keys());
+  EXPECT_TRUE((collections.*del)(one));
+  EXPECT_EQ((Heard{attribute, attribute}), ear.attributes);
+  (collections.*add)(one);
+  (collections.*add)(two);
+  ear.attributes.clear();
+  (collections.*delAll)();
+  EXPECT_EQ((Heard{attribute, attribute}), ear.attributes) << "one notice a key";
+  EXPECT_EQ(0U, (collections.*all)().size());
+}
+
+TEST(BgpParseExtCommRuleCollections, EachCollectionIsItsOwn) {
+  check<BgpParseKindRoot>(130, &Collections::extendedCommunityTypeRuleInstance,
+                          &Collections::extendedCommunityTypeRuleInstanceIs,
+                          &Collections::extendedCommunityTypeRuleInstanceDel,
+                          &Collections::extendedCommunityTypeRuleInstanceDelAll,
+                          &Collections::extendedCommunityTypeRuleInstanceHas);
+  check<BgpParseKindTransTwoOctetAs>(
+      131, &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstance,
+      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceIs,
+      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceDel,
+      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceHas);
+  check<BgpParseKindTransIpv4Address>(
+      132, &Collections::extendedCommSubTypeTransIpv4AddressRuleInstance,
+      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceIs,
+      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceDel,
+      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceHas);
+  check<BgpParseKindTransFourOctetAs>(
+      133, &Collections::extendedCommSubTypeTransFourOctetAsRuleInstance,
+      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceIs,
+      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceDel,
+      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceHas);
+  check<BgpParseKindTransOpaque>(134, &Collections::extendedCommSubTypeTransOpaqueRuleInstance,
+                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceIs,
+                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceDel,
+                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceDelAll,
+                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceHas);
+  check<BgpParseKindTransGeneric>(135, &Collections::extendedCommSubTypeTransGenericRuleInstance,
+                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceIs,
+                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceDel,
+                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceDelAll,
+                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceHas);
+  check<BgpParseKindTransGenericPart2>(
+      136, &Collections::extendedCommSubTypeTransGenericPart2RuleInstance,
+      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceIs,
+      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceDel,
+      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceDelAll,
+      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceHas);
+  check<BgpParseKindTransGenericPart3>(
+      137, &Collections::extendedCommSubTypeTransGenericPart3RuleInstance,
+      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceIs,
+      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceDel,
+      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceDelAll,
+      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceHas);
+  check<BgpParseKindNonTransTwoOctetAs>(
+      138, &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstance,
+      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceIs,
+      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceDel,
+      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceHas);
+  check<BgpParseKindNonTransIpv4Address>(
+      139, &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstance,
+      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceIs,
+      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceDel,
+      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceHas);
+  check<BgpParseKindNonTransFourOctetAs>(
+      140, &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstance,
+      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceIs,
+      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceDel,
+      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceHas);
+  check<BgpParseKindNonTransOpaque>(
+      141, &Collections::extendedCommSubTypeNonTransOpaqueRuleInstance,
+      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceIs,
+      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceDel,
+      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceDelAll,
+      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceHas);
+  check<BgpParseKindIp6Trans>(142, &Collections::extendedCommIp6SubTypeTransRuleInstance,
+                              &Collections::extendedCommIp6SubTypeTransRuleInstanceIs,
+                              &Collections::extendedCommIp6SubTypeTransRuleInstanceDel,
+                              &Collections::extendedCommIp6SubTypeTransRuleInstanceDelAll,
+                              &Collections::extendedCommIp6SubTypeTransRuleInstanceHas);
+  check<BgpParseKindIp6NonTrans>(143, &Collections::extendedCommIp6SubTypeNonTransRuleInstance,
+                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceIs,
+                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceDel,
+                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceDelAll,
+                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceHas);
+}
+
+TEST(BgpParseExtCommRuleKey, IsItsPointer) {
+  using Key = BgpParseExtCommSubTypeTransOpaqueRuleKey;
+  EXPECT_EQ(nullptr, Key().rule());
+  EXPECT_EQ("0x0", valueToStrep(Key()));
+  const Key low = keyAt<Key>(0x1000);
+  const Key high("0x" + Kiv::String(2 * sizeof(void*), 'f'));
+  EXPECT_EQ("0x1000", valueToStrep(low));
+  EXPECT_EQ(low, Key(valueToStrep(low)));
+  EXPECT_NE(low, high);
+  EXPECT_TRUE(low < high) << "addresses have no sign";
+  EXPECT_FALSE(high < low);
+  EXPECT_EQ(low.hash(), keyAt<Key>(0x1000).hash());
+  EXPECT_NE(low.hash(), high.hash());
+  for (const char* text : {"", "0x", "1000", "0x1000 ", "rule=0x1000", "0x1000;"}) {
+    EXPECT_THROW(Key{Kiv::String(text)}, Kiv::RangeException) << text;
+  }
+  try {
+    Key(Kiv::String("?"));
+  } catch (const Kiv::RangeException& error) {
+    EXPECT_NE(nullptr, std::strstr(error.what(), "\"rule\"")) << error.what();
+  }
+}
+
+TEST(BgpParseExtCommControl, IsItsRegistry) {
+  const auto registry = bgpParseExtCommRuleCollectionsFactory();
+  const BgpParseExtCommControl none;
+  const BgpParseExtCommControl control{registry};
+  EXPECT_FALSE(none);
+  EXPECT_TRUE(control);
+  EXPECT_EQ(control, BgpParseExtCommControl{registry});
+  EXPECT_NE(control, none);
+  EXPECT_NE(control, BgpParseExtCommControl{bgpParseExtCommRuleCollectionsFactory()})
+      << "equal content is not enough";
+  EXPECT_EQ("0x0", valueToStrep(none));
+  EXPECT_EQ(valueToStrep(Kiv::RawPointer{registry.ptr()}), valueToStrep(control));
+}
+
+}  // namespace

@@ -1,0 +1,17 @@
+// Extended communities that several tests use.
+#ifndef TESTS_OVBGP_VALUE_EXTCOMMVALUES_H
+#define TESTS_OVBGP_VALUE_EXTCOMMVALUES_H
+
+#include "Kiv/Types.h"
+
+namespace Routing::Bgp {
+
+inline constexpr U64 routeTargetA = 0x0002'fde8'0000'0064;
+inline constexpr U64 routeTargetB = 0x0102'c000'0201'0064;
+inline constexpr U64 colorA = 0x030b'0000'0000'0001;
+inline constexpr U64 colorB = 0x030b'0000'0000'0002;
+inline constexpr U64 qos = 0x0401'0000'0000'0001;
+
+}  // namespace Routing::Bgp
+
+#endif
