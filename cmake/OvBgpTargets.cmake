@@ -21,6 +21,10 @@ function(ovbgp_compile_options target)
                CXX_EXTENSIONS OFF)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wpedantic)
+  # Checks the annotations of Kiv/ThreadAnnotations.h, which say what each lock guards.
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(${target} PRIVATE -Wthread-safety)
+  endif()
   # Files compiled in batches see each other's locals and unnamed namespaces.
   if(CMAKE_UNITY_BUILD)
     target_compile_options(${target} PRIVATE -Wno-shadow)

@@ -9,11 +9,12 @@
 namespace Dorn {
 namespace {
 
+// Counts the arrays of buckets and their bytes for the memory report.
 constinit Kiv::Type bucketType{"Dorn::DedupBucket"};
 
-constexpr U32 smallTable = 2048;  // buckets
+constexpr U32 smallTable = 2048;  // buckets; smaller tables have a lower load factor
 
-// Pairs of buckets, of 128 octets, are what caches mostly fetch together.
+// A pair of buckets is an aligned block of 128 bytes, which processors mostly fetch together.
 constexpr std::align_val_t bucketAlignment{2 * alignof(DedupBucket)};
 
 DedupBucket* bucketsNew(U32 count) {
@@ -25,7 +26,7 @@ DedupBucket* bucketsNew(U32 count) {
 }
 
 void bucketsDelete(DedupBucket* buckets, U32 count) noexcept {
-  if (count == 0) return;
+  if (count == 0) return;  // noBucket, which is not ours to free
   const std::size_t bytes = count * sizeof(DedupBucket);
   bucketType.freed(bytes);
   ::operator delete(buckets, bytes, bucketAlignment);
@@ -44,34 +45,43 @@ void DedupBuckets::swap(DedupBuckets& other) noexcept {
   std::swap(limit_, other.limit_);
 }
 
-DedupBucket& DedupBuckets::roomElsewhere(U32 hash) noexcept {
+// The first bucket with a free slot in the probe sequence of a hash whose home bucket is full.
+// Every full bucket before it counts the member that the caller stores there. Ends, since the
+// load factor is below 1 and the sequence visits all buckets.
+DedupBucket& DedupBuckets::overflowBucket(U32 hash) noexcept {
   U32 at = home(hash);
   for (U32 step = 0; buckets_[at].freeSlots() == 0; ++step) {
-    buckets_[at].passedInc(hash);
-    at = after(step, at, hash);
+    buckets_[at].overflowInc(hash);
+    at = next(step, at, hash);
   }
   return buckets_[at];
 }
 
-// A bucket that is passed twice is told twice, by who comes as by who goes.
+// Removes a member that is not in its home bucket, and decrements the counters on its way. The
+// counters change only when the member has been found. The probe sequence can visit a bucket
+// twice. insert() has then incremented its counter twice, and the second loop decrements it
+// twice, so the counts stay balanced.
 bool DedupBuckets::eraseElsewhere(U32 hash, const DedupHandle* member) noexcept {
   U32 at = home(hash);
   U32 steps = 0;
   do {
-    if (!buckets_[at].passed(hash) || steps > count_) return false;
-    at = after(steps++, at, hash);
+    if (!buckets_[at].overflowed(hash) || steps > count_) return false;
+    at = next(steps++, at, hash);
   } while (!buckets_[at].erase(hash, member));
   at = home(hash);
   for (U32 step = 0; step < steps; ++step) {
-    buckets_[at].passedDec(hash);
-    at = after(step, at, hash);
+    buckets_[at].overflowDec(hash);
+    at = next(step, at, hash);
   }
   return true;
 }
 
-// Few buckets double, so that a small table seldom grows; many take little more than
-// they need.  Those of a table of some thousand keep more of it free, as it costs
-// nothing and fewer members are passed on.
+// A small array doubles, so that a small table seldom grows. A large one grows by a quarter,
+// so that little of its memory is unused. Arrays up to some thousand buckets keep two slots of
+// seven free instead of one: that costs little memory, and fewer members overflow.
+//
+// The members are inserted anew from the hash bits in their slots, so this starts all overflow
+// counters again and reads no member. The caller holds the shard's lock.
 void DedupBuckets::grow() {
   const U32 count = count_ < 16 ? 2 * count_ + 1 : count_ + count_ / 4;
   DedupBuckets larger;

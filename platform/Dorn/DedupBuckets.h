@@ -1,25 +1,59 @@
-// The storage of one shard of an interning table: an open-addressing hash set of
-// handles, without lock or ownership.
+// The storage of one shard of an interning table: a bucketed hash table with open addressing.
+// It stores the addresses of handles. It owns no handle, takes no lock and calls no hash
+// function: the callers do that.
 //
-// A bucket is one cache line of seven slots.  It keeps 23 bits of each member's hash,
-// eight of them (the tag) where one comparison finds them, the others in what an
-// address leaves free of its word, so that growth touches no object.  A probe asks who
-// has the tag: one in fifty asks another one first.  To compare the other bits before
-// would spare it that, and cost every probe more.
+// Shape. A bucket is one cache line with seven slots. A slot holds a member's address and 23
+// bits of its hash. Seven of these bits are in an 8-bit tag, and the tags of all slots are
+// compared at once, within one 64-bit word (SWAR), as a Swiss table does with SIMD registers.
 //
-// A member that finds its home bucket full goes to the other one of its pair; if that is
-// full, too, to one far away, which its hash names; and from there to the next one with
-// room.  Every bucket that it passed counts it, by one of seven classes of hashes: so a
-// probe goes on exactly while somebody of its class went past, and removal needs no
-// markers and moves nobody.  One count for all would not do.  In a table that members
-// come to and go from for long, those who once passed a bucket stay away from it when it
-// gets room again, and at six sevenths nearly every bucket has been passed by somebody:
-// a miss would look at dozens of them, and so it looks at three.
+//   tags_      | 63: unused | 62-56: bit 3 of  | 55-48: tag  | ... | 7-0: tag      |
+//              |            | counters 6 to 0  | of slot 6   |     | of slot 0     |
 //
-// Cost: a hit or miss mostly touches one bucket, 9.2 bytes a slot, filled to six
-// sevenths before it grows by a quarter.  Most members stand in the order of their
-// hashes, in old buckets as in new ones, so growth reads and writes memory from end to
-// end.
+//   words_[i]  | 63-48: bits 31-16 | 47-3: bits 47-3 of the         | 2-0: bits 2-0 |
+//              | of the hash       | member's address; 0 if free    | of counter i  |
+//
+//   tag       hash bits 15 to 8, of which bit 9 is always 1. A tag of 0 marks a free slot.
+//   class     hash bits 15 to 10, scaled to 0 ... 6: selects the overflow counter.
+//   home      (hash >> 8) * buckets >> 24. Only the upper 24 bits of a hash are used.
+//
+// Placement is first fit along a fixed probe sequence: the home bucket, the other bucket of its
+// pair (the bucket's number XOR 1), a far bucket that a second hash selects, and from there
+// bucket by bucket. A full bucket that a member had to skip counts it in the overflow counter
+// of the member's class. A lookup continues past a bucket only if the counter is not zero.
+//
+//   next(b)    the sequence above
+//   find(h)    b = home(h)
+//              loop: return a slot of b whose tag is that of h and that the caller accepts
+//                    return nothing if counter(b, class(h)) == 0
+//                    b = next(b)
+//   insert(h)  b = home(h)
+//              while b is full: counter(b, class(h)) += 1; b = next(b)
+//              store in the first free slot of b
+//   erase(h)   find the slot; free it
+//              counter(b, class(h)) -= 1 for each bucket b before it in the sequence
+//   a counter that has reached 15 keeps this value until the table grows
+//
+// Why it is built so:
+// - Tags. A lookup reads a member, which is another cache line, only if its tag matches. About
+//   2 % of the hits call the caller's predicate for a wrong candidate first. Comparing the other
+//   16 bits before would avoid these calls and make every lookup slower. The bits in a
+//   slot give its tag, class and home bucket again, so growth reads no member.
+// - The pair bucket shares an aligned block of 128 bytes with the home bucket, and processors
+//   mostly fetch such a block together. The far bucket keeps a cluster of full buckets from
+//   filling its neighbours.
+// - Overflow counters instead of tombstones. Removal leaves no marker and moves no member, so a
+//   table under long churn needs no rebuild.
+// - Seven counters instead of one. Under churn, members stored elsewhere do not move back when
+//   their home bucket gets room. With a single counter a bucket, nearly every counter is not
+//   zero at a load factor of 6/7, and a miss reads dozens of buckets. With a counter a class it
+//   reads about three. The counters take no room: they use bits that alignment leaves free.
+//
+// Cost. A hit or a miss mostly reads one bucket. A slot takes 64 / 7 = 9.14 bytes. The table
+// grows at a load factor of 6/7, below 2,048 buckets at 5/7 already. It grows by a quarter, and
+// below 16 buckets to twice the number plus one. Most members keep the order of their hashes,
+// so growth reads the old array and writes the new one mostly from end to end.
+//
+// Threads: like a standard container. The owner's lock guards each object of these classes.
 #ifndef DORN_DEDUPBUCKETS_H
 #define DORN_DEDUPBUCKETS_H
 
@@ -33,155 +67,187 @@ namespace Dorn {
 
 class DedupHandle;
 
-// Of a hash the upper 24 bits count.  Bit 9 is always set, so that the tag, bits 8 to
-// 15, is not that of a free slot, which is 0, nor 1, which may pass for it (zeros).  It
-// hardly tells homes apart, as a high bit would, of which tables then used but a half.
+// One bucket: seven slots and seven overflow counters in one cache line. All-zero memory is an
+// empty bucket.
+//
+// Every hash that is given to it has bit 9 set. So a tag is never 0, which marks a free slot,
+// nor 1, which zeros() can report as free. Bit 9 is used because it hardly affects the home
+// bucket; forcing a high bit would leave half of the buckets without a home member.
 class alignas(64) DedupBucket {
  public:
+  // The number of slots of a bucket, and also of overflow counters: counter i uses bits of the
+  // word of slot i.
   static constexpr U32 slots = 7;
+  // The number of upper bits of a 32-bit hash that are used, stored or not.
   static constexpr U32 hashBits = 24;
 
-  // A set of slots: bit 8 i + 7 stands for slot i.
-  using Slots = U64;
-  static U32 firstOf(Slots set) noexcept { return static_cast<U32>(__builtin_ctzll(set)) / 8; }
+  // A set of slots: slot i is in the set if bit 8 i + 7 is 1.
+  using SlotSet = U64;
+  // The lowest slot of a set that is not empty.
+  static U32 firstOf(SlotSet set) noexcept { return static_cast<U32>(__builtin_ctzll(set)) / 8; }
 
-  // The slots that have this hash's tag, and maybe some more; without a branch, as
-  // which slot it is cannot be predicted.
-  Slots candidates(U32 hash) const noexcept { return zeros(tags_ ^ (hash >> 8 & 0xFF) * ones); }
-  // The free slots, the first of which is sure to be one; if there is any.
-  Slots freeSlots() const noexcept { return zeros(tags_); }
+  // The slots whose tag is that of `hash`, and maybe a few more (see zeros()). Computed
+  // without a branch, because a processor cannot predict which slot matches.
+  SlotSet candidates(U32 hash) const noexcept { return zeros(tags_ ^ (hash >> 8 & 0xFF) * ones); }
+  // The free slots; empty if and only if the bucket is full. Only the first slot of the set is
+  // certainly free.
+  SlotSet freeSlots() const noexcept { return zeros(tags_); }
 
-  // The member of this hash that `isWanted(DedupHandle*)` accepts, or null; it is asked of
-  // whoever has the tag.
+  // The first member that has the tag of `hash` and that `isWanted(DedupHandle*)` accepts, or
+  // null. The predicate is called for every such member, so it must compare the contents. What
+  // it throws is passed on.
   template <class IsWanted>
   KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
-    for (Slots found = candidates(hash); found != 0; found &= found - 1) {
+    for (SlotSet found = candidates(hash); found != 0; found &= found - 1) {
       DedupHandle* const candidate = member(firstOf(found));
       if (isWanted(candidate)) return candidate;
     }
     return nullptr;
   }
-  // The member in the slot; null if it is free.
+  // The member in slot `i`; null if the slot is free.
   DedupHandle* member(U32 i) const noexcept { return memberOf(words_[i] & addressMask); }
-  // As much of the hash of slot `i` as counts.
+  // The upper 24 bits of the hash in slot `i`, at their places; the lower bits are 0.
   U32 hash(U32 i) const noexcept {
     return static_cast<U32>(words_[i] >> addressBits) << 16 |
            static_cast<U32>(tags_ >> 8 * i & 0xFF) << 8;
   }
 
+  // Stores a member in slot `i`, which must be free. `member` must fit (fits()).
   void slotIs(U32 i, U32 hash, DedupHandle* member) noexcept {
     tags_ |= U64{hash >> 8 & 0xFF} << 8 * i;
     words_[i] |= U64{hash >> 16} << addressBits | reinterpret_cast<std::uintptr_t>(member);
   }
-  // Whether `member`, of this hash, was there.
+  // Frees the slot of `member`, whose hash is `hash`. Returns false if this bucket does not
+  // contain it. Compares addresses and reads no member.
   bool erase(U32 hash, const DedupHandle* member) noexcept {
-    for (Slots found = candidates(hash); found != 0; found &= found - 1) {
+    for (SlotSet found = candidates(hash); found != 0; found &= found - 1) {
       const U32 i = firstOf(found);
       if (this->member(i) != member) continue;
       tags_ &= ~(U64{0xFF} << 8 * i);
-      words_[i] &= passedMask;
+      words_[i] &= overflowLowMask;
       return true;
     }
     return false;
   }
 
-  // Whether there may be members of this hash that this bucket was too full for.
-  bool passed(U32 hash) const noexcept { return passedOf(classOf(hash)) != 0; }
-  void passedInc(U32 hash) noexcept {
+  // Whether members of the class of `hash` may be stored in later buckets of their probe
+  // sequence because this bucket was full. If false, a lookup can stop here.
+  bool overflowed(U32 hash) const noexcept { return overflow(classOf(hash)) != 0; }
+  // Counts a member with this hash that is stored in a later bucket.
+  void overflowInc(U32 hash) noexcept {
     const U32 i = classOf(hash);
-    if (passedOf(i) != passedMany) passedIs(i, passedOf(i) + 1);
+    if (overflow(i) != overflowStuck) overflowIs(i, overflow(i) + 1);
   }
-  void passedDec(U32 hash) noexcept {
+  // Uncounts a member that overflowInc counted and that is erased from a later bucket. A
+  // counter at its maximum has lost count and stays there: lookups then read more buckets than
+  // necessary, but miss no member.
+  void overflowDec(U32 hash) noexcept {
     const U32 i = classOf(hash);
-    if (passedOf(i) != passedMany) passedIs(i, passedOf(i) - 1);
+    if (overflow(i) != overflowStuck) overflowIs(i, overflow(i) - 1);
   }
 
-  // Whether the address leaves room for what is kept beside it.
+  // Whether a slot can hold the address: at most 48 bits wide and aligned to eight bytes.
   static bool fits(const DedupHandle* member) noexcept {
     return (U64{reinterpret_cast<std::uintptr_t>(member)} & ~addressMask) == 0;
   }
 
  private:
-  static constexpr U64 ones = 0x01010101010101;
-  // What a program of 64 bits gets from its system unless it asks for more.
+  static constexpr U64 ones = 0x01010101010101;  // 1 in each of the seven tags
+  // A system gives a 64-bit process no address of more than 48 bits unless it asks for one.
   static constexpr U32 addressBits = 48;
-  // Objects are aligned to eight octets, which leaves three bits.  In the word of slot i
-  // they hold the lower part of the count of who passed of class i.
-  static constexpr U64 passedMask = 7;
-  static constexpr U32 passedShift = 56;  // bit i above has the fourth bit of that count
-  static constexpr U32 passedMany = 15;   // no more are counted, nor fewer
-  static constexpr U64 addressMask = ((U64{1} << addressBits) - 1) & ~passedMask;
+  // Bits 0 to 2 of counter i are in the word of slot i, where alignment leaves three address
+  // bits free. Bit 3 is bit 56 + i of tags_.
+  static constexpr U64 overflowLowMask = 7;
+  static constexpr U32 overflowHighShift = 56;
+  static constexpr U32 overflowStuck = 15;  // the counter's maximum, which it never leaves
+  static constexpr U64 addressMask = ((U64{1} << addressBits) - 1) & ~overflowLowMask;
 
-  // By the tag, which hardly tells buckets apart.
+  // The class must not depend on the hash's upper bits: members with one home bucket have
+  // these in common, and would all be in the same class.
   static U32 classOf(U32 hash) noexcept { return (hash >> 10 & 0x3F) * slots >> 6; }
-  U32 passedOf(U32 i) const noexcept {
-    return static_cast<U32>((words_[i] & passedMask) | (tags_ >> (passedShift + i) & 1) << 3);
+  U32 overflow(U32 i) const noexcept {
+    return static_cast<U32>((words_[i] & overflowLowMask) | (tags_ >> (overflowHighShift + i) & 1)
+                                                                << 3);
   }
-  void passedIs(U32 i, U32 count) noexcept {
-    words_[i] = (words_[i] & ~passedMask) | (count & passedMask);
-    tags_ = (tags_ & ~(U64{1} << (passedShift + i))) | U64{count >> 3} << (passedShift + i);
+  void overflowIs(U32 i, U32 count) noexcept {
+    words_[i] = (words_[i] & ~overflowLowMask) | (count & overflowLowMask);
+    const U32 high = overflowHighShift + i;
+    tags_ = (tags_ & ~(U64{1} << high)) | U64{count >> 3} << high;
   }
   static DedupHandle* memberOf(U64 address) noexcept {
     return reinterpret_cast<DedupHandle*>(static_cast<std::uintptr_t>(address));
   }
 
-  // The octets, of seven, that are 0; behind the first one, some that are 1, too.
-  static Slots zeros(U64 octets) noexcept { return (octets - ones) & ~octets & ones << 7; }
+  // The bytes that are 0, of the lower seven. The subtraction's borrow can also report a byte
+  // of 1 that is above a byte of 0, so only the lowest one of the result is exact.
+  static SlotSet zeros(U64 bytes) noexcept { return (bytes - ones) & ~bytes & ones << 7; }
 
-  U64 tags_ = 0;           // an octet a slot, and of each class' count a bit
-  U64 words_[slots] = {};  // a slot each: hash, address, and of a class' count three bits
+  U64 tags_ = 0;           // see the drawing at the top
+  U64 words_[slots] = {};  // likewise
 };
 static_assert(sizeof(DedupBucket) == 64);
 
+// A growing array of buckets. Movable, not copyable. Members move to other slots only when the
+// array grows.
 class DedupBuckets {
  public:
+  // An empty set without memory: the first insertion allocates.
   DedupBuckets() noexcept = default;
+  // Takes the other one's buckets and leaves it empty.
   DedupBuckets(DedupBuckets&& other) noexcept { swap(other); }
   DedupBuckets(const DedupBuckets&) = delete;
   DedupBuckets& operator=(const DedupBuckets&) = delete;
+  // Frees the buckets; their members are not touched.
   ~DedupBuckets();
 
+  // The number of members.
   U32 size() const noexcept { return size_; }
 
-  // Says that members of this hash will be asked for soon.  Inlined, as GCC leaves out
-  // calls of what does nothing but prefetch.
+  // Prefetches the home bucket of `hash` for a coming lookup, insertion or removal. Always
+  // inlined, because GCC drops calls of functions that only prefetch.
   KIV_INLINE void prefetch(U32 hash) const noexcept { __builtin_prefetch(buckets_ + home(hash)); }
-  // The member of this hash that `isWanted(DedupHandle*)` accepts, or null.
+  // The member with the tag of `hash` that `isWanted(DedupHandle*)` accepts, or null. The
+  // predicate can see members of other hashes, too (DedupBucket::find).
   template <class IsWanted>
   KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
     if (DedupHandle* const member = findAtHome(hash, isWanted)) return member;
     return findElsewhere(hash, isWanted);
   }
-  // The two halves of that: where most of them are; and all other places.
+  // The fast path of find(): looks into the home bucket only, which contains most members.
+  // Null does not mean that the member does not exist.
   template <class IsWanted>
   KIV_INLINE DedupHandle* findAtHome(U32 hash, const IsWanted& isWanted) const {
     return buckets_[home(hash)].find(hash, isWanted);
   }
+  // The slow path of find(), after findAtHome() has returned null: looks into all buckets of
+  // the probe sequence but the home bucket.
   template <class IsWanted>
   KIV_INLINE DedupHandle* findElsewhere(U32 hash, const IsWanted& isWanted) const {
     U32 at = home(hash);
-    // Bounded, as every bucket may have been passed by somebody.
-    for (U32 step = 0; buckets_[at].passed(hash) && step <= count_; ++step) {
-      at = after(step, at, hash);
+    // The bound is needed when the class has overflowed from every bucket. After so many steps
+    // the probe sequence has visited all of them.
+    for (U32 step = 0; buckets_[at].overflowed(hash) && step <= count_; ++step) {
+      at = next(step, at, hash);
       if (DedupHandle* const member = buckets_[at].find(hash, isWanted)) return member;
     }
     return nullptr;
   }
 
-  // Makes room for one more member; the only operation that allocates.  Throws
-  // std::bad_alloc and leaves everything as it was.
+  // Makes room for one more member, and grows the array if need be. The only function that
+  // allocates. Throws std::bad_alloc, and then nothing has changed.
   void reserveOne() {
     if (size_ >= limit_) grow();
   }
-  // Requires: reserveOne() since the last insertion; `member` is not there yet.
+  // Stores a member. Requires reserveOne() since the last insertion, and that `member` is not
+  // in the set. An address that does not fit into a slot ends the process.
   void insert(U32 hash, DedupHandle* member) noexcept {
     KIV_ASSERT(DedupBucket::fits(member), "fits(member)", "Dorn/DedupBuckets");
     DedupBucket* bucket = buckets_ + home(hash);
-    if (bucket->freeSlots() == 0) bucket = &roomElsewhere(hash);
+    if (bucket->freeSlots() == 0) bucket = &overflowBucket(hash);
     bucket->slotIs(DedupBucket::firstOf(bucket->freeSlots()), hash, member);
     ++size_;
   }
-  // Whether `member`, of this hash, was there.
+  // Removes `member`, which was inserted with this hash. Returns false if it is not in the set.
   bool erase(U32 hash, const DedupHandle* member) noexcept {
     const bool wasHome = buckets_[home(hash)].erase(hash, member);
     const bool was = wasHome || eraseElsewhere(hash, member);
@@ -189,45 +255,50 @@ class DedupBuckets {
     return was;
   }
 
+  // Calls `visit(DedupHandle*)` for each member, in the order of the slots. `visit` must not
+  // change the set.
   template <class Visit>
   void forEach(const Visit& visit) const;
 
-  // Places for members, and the member at one, or null: for walks with pauses.
-  // Members move only when there come to be more places.
-  U32 places() const noexcept { return count_ * DedupBucket::slots; }
-  DedupHandle* memberAt(U32 place) const noexcept {
-    return buckets_[place / DedupBucket::slots].member(place % DedupBucket::slots);
+  // The number of slots of all buckets. With memberAt() it serves walks that release the lock
+  // between two members: a member keeps its slot as long as this number does not change.
+  U32 slotCount() const noexcept { return count_ * DedupBucket::slots; }
+  // The member in a slot, or null. Requires: slot < slotCount().
+  DedupHandle* memberAt(U32 slot) const noexcept {
+    return buckets_[slot / DedupBucket::slots].member(slot % DedupBucket::slots);
   }
 
+  // Exchanges the contents of two sets; no member moves.
   void swap(DedupBuckets& other) noexcept;
 
  private:
   void grow();
-  // The first bucket with room, if that is not the home bucket; all before are told.
-  DedupBucket& roomElsewhere(U32 hash) noexcept;
+  DedupBucket& overflowBucket(U32 hash) noexcept;
   bool eraseElsewhere(U32 hash, const DedupHandle* member) noexcept;
 
-  // Any number of buckets will do: the product's high part is below it.
+  // Maps 24 bits evenly to a bucket by a multiplication. A division would take longer, and a
+  // mask would need a power of two and so tables that double.
   U32 scaled(U32 bits) const noexcept {
     return static_cast<U32>(U64{bits} * count_ >> DedupBucket::hashBits);
   }
   U32 home(U32 hash) const noexcept { return scaled(hash >> (32 - DedupBucket::hashBits)); }
-  // Where to go on after bucket `at`, `step` buckets behind the home bucket: first to the
-  // other one of its pair, which caches mostly fetch with it; then far away, lest full
-  // buckets fill those beside them; then one by one.
-  U32 after(U32 step, U32 at, U32 hash) const noexcept {
+  // The bucket that follows bucket `at` in the probe sequence of `hash`. `step` is the number
+  // of steps from the home bucket to `at`. The last bucket of an odd number has no pair bucket:
+  // then the far bucket is used twice, and insert and erase count it twice.
+  U32 next(U32 step, U32 at, U32 hash) const noexcept {
     constexpr U32 dropped = 32 - DedupBucket::hashBits;
     if (step == 0 && (at ^ 1) < count_) return at ^ 1;
     if (step <= 1) return scaled((hash >> dropped) * 0x9E3779B1 >> dropped);
     return at + 1 == count_ ? 0 : at + 1;
   }
 
-  static DedupBucket noBucket;  // always empty
+  // Shared by all sets without memory: a lookup needs no check for "no buckets". Never written.
+  static DedupBucket noBucket;
 
   DedupBucket* buckets_ = &noBucket;
-  U32 count_ = 0;
+  U32 count_ = 0;  // of buckets
   U32 size_ = 0;
-  U32 limit_ = 0;  // members to hold before the next growth
+  U32 limit_ = 0;  // the number of members at which the next insertion grows the array
 };
 
 template <class Visit>

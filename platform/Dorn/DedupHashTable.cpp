@@ -9,7 +9,8 @@
 namespace Dorn {
 namespace {
 
-// Enough that a few dozen threads seldom meet; a shard is one cache line.
+// Enough that a few dozen threads seldom meet in one shard. A shard takes a cache line, so an
+// empty table for several threads takes 16 KiB.
 constexpr U32 threadSafeShards = 256;
 
 }  // namespace
@@ -17,19 +18,22 @@ constexpr U32 threadSafeShards = 256;
 KIV_OBJECT_DEFINE(DedupHashTable)
 KIV_OBJECT_DEFINE(DedupHashTableUnorderedSet)
 
-// Holds the notification lock. Members that are removed meanwhile, by whatever
-// observers do, wait in the table's list; the outermost holder drops them once it
-// has let go of the lock.
-class DedupHashTable::NotificationLock {
+// Holds the notification lock, if the table has locks. The lock is recursive, because the
+// observer may use the table in its handlers. Members that this causes to be removed wait in
+// the table's list (dropLater). The outermost guard drops them after it has released the lock,
+// so that their destructors, which release further objects in tables below, delay nobody.
+//
+// Like ShardLock, this promises the lock to Clang's check in tables without locks, too.
+class KIV_SCOPED_CAPABILITY DedupHashTable::NotificationLock {
  public:
-  explicit NotificationLock(DedupHashTable& table)
+  explicit NotificationLock(DedupHashTable& table) KIV_ACQUIRE(table.notification_.lock)
       : notification_(table.notification_), threadSafe_(table.threadSafe_) {
     if (threadSafe_) notification_.lock.lock();
     ++notification_.depth;
   }
   NotificationLock(const NotificationLock&) = delete;
   NotificationLock& operator=(const NotificationLock&) = delete;
-  ~NotificationLock() {
+  ~NotificationLock() KIV_RELEASE() {
     DedupHandle* first = nullptr;
     std::vector<DedupHandle*> others;
     if (--notification_.depth == 0) {
@@ -41,24 +45,26 @@ class DedupHashTable::NotificationLock {
     for (DedupHandle* const member : others) tableReferenceDrop(*member);
   }
 
-  // Without memory to remember it, the member goes at once: what it holds is in
-  // tables below, whose locks may be taken under this one.
-  void dropLater(DedupHandle& member) noexcept {
-    if (!notification_.firstDetached) {
-      notification_.firstDetached = &member;
-      return;
-    }
-    try {
-      notification_.otherDetached.push_back(&member);
-    } catch (const std::bad_alloc&) {
-      tableReferenceDrop(member);
-    }
-  }
-
  private:
   Notification& notification_;
   const bool threadSafe_;
 };
+
+// Drops the table's reference to a removed member when the outermost holder has released the
+// notification lock. If there is no memory to remember the member, the reference is dropped
+// under the lock. This delays other threads but cannot deadlock: the destructor only releases
+// objects in this table, whose lock is recursive, and in tables below.
+inline void DedupHashTable::dropLater(DedupHandle& member) noexcept {
+  if (!notification_.firstDetached) {
+    notification_.firstDetached = &member;
+    return;
+  }
+  try {
+    notification_.otherDetached.push_back(&member);
+  } catch (const std::bad_alloc&) {
+    tableReferenceDrop(member);
+  }
+}
 
 DedupHashTable::DedupHashTable(bool threadSafe)
     : shardMask_(threadSafe ? threadSafeShards - 1 : 0),
@@ -86,9 +92,12 @@ DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, U32 hash) {
   return dedup(std::move(handle), miss);
 }
 
+// Takes the notification lock only for the insertion of an observed member, but before the
+// shard's lock. So without a preceding lookup, a first probe finds out whether there is an
+// insertion at all. After a lookup that has just missed, an insertion is likely, and the
+// notification lock is taken at once.
 DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, const Miss& miss) {
   Shard& shard = shardOf(miss.mixed_);
-  // What was looked for and not found is hardly there now.
   if (miss.wasLookup() && isObserved(*handle)) return dedupObserved(shard, miss, handle);
   {
     const ShardLock lock(*this, shard);
@@ -101,6 +110,9 @@ DedupHandle::Ptr DedupHashTable::dedup(DedupHandle::Ptr handle, const Miss& miss
   return dedupObserved(shard, miss, handle);
 }
 
+// The member whose content equals that of `handle`, perhaps `handle` itself, or null. If the
+// shard has had no insertion since the caller's lookup missed, there is none, and no probe is
+// needed.
 inline DedupHandle* DedupHashTable::equalMember(const Shard& shard, const Miss& miss,
                                                 const DedupHandle& handle) {
   if (shard.insertions == miss.insertions_) return nullptr;
@@ -114,7 +126,10 @@ DedupHandle* DedupHashTable::equalMemberAfter(const Shard& shard, const Miss& mi
   });
 }
 
-// Looks again, as another thread may have been here meanwhile.
+// The insertion of an observed member. Insertion and notice are one step under the notification
+// lock. The shard is unlocked during the notice, so that the handler may use the table, and so
+// other threads may find the member before the observer has heard of it. Probes again, because
+// another thread may have inserted an equal member while this one waited for the lock.
 DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
                                                const DedupHandle::Ptr& handle) {
   const NotificationLock notification(*this);
@@ -134,6 +149,9 @@ DedupHandle::Ptr DedupHashTable::dedupObserved(Shard& shard, const Miss& miss,
   return handle;
 }
 
+// Allocates first, so that nothing has changed if there is no memory. The writes to the handle
+// are relaxed. Other threads find it only after they have taken the shard's lock, which this
+// thread releases after the writes.
 inline void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle) {
   KIV_ASSERT(!handle.isMember() && handle.dedupState() != DedupHandleState::rebuilt,
              "!isDeduped() && dedupState() != rebuilt", "Dorn/DedupHashTable");
@@ -145,39 +163,43 @@ inline void DedupHashTable::insert(Shard& shard, U32 mixed, DedupHandle& handle)
   ++shard.insertions;
 }
 
-// The inserting thread still holds a reference, and others may have found the
-// handle by now: it lives on for all of them, un-interned.
+// Removes a member that the observer has refused. Other threads may have found it already, so
+// it is not destroyed: it lives on as a detached handle. The inserting thread still owns a
+// reference, so the table's reference is not the last one.
 void DedupHashTable::insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept {
   {
     const ShardLock lock(*this, shard);
     shard.buckets.erase(mixed, &handle);
     handle.dedupStateIs(DedupHandleState::detached);
   }
-  handle.referenceSubtract();  // never the last one
+  handle.referenceSubtract();
 }
 
-// Called by a thread that owns a reference to `member` and gives it up here.
+// Gives up the caller's reference to `member`, which may be the last user's, and returns the
+// number of references that are left. The caller has seen `member` as a member.
+//
+// The notification lock must be taken before the shard's lock. So a first look decides which
+// way to take, and a second look under the shard's lock makes sure that no observer has been
+// registered since. If one has, nothing has been done yet, and the release starts again.
 U32 DedupHashTable::memberRelease(DedupHandle& member) noexcept {
   const U32 mixed = mixed32(member.probeHash());
   Shard& shard = shardOf(mixed);
   if (isObserved(member)) return memberReleaseObserved(shard, mixed, member);
   U32 left = 0;
-  Release outcome = Release::stays;
+  Release outcome = Release::observed;
   {
     const ShardLock lock(*this, shard);
-    // Once more under the lock, so that an observer that has just come misses nothing.
-    if (!isObserved(member)) {
-      outcome = releaseLocked(shard, mixed, member, left);
-    } else {
-      left = ~U32{0};
-    }
+    if (!isObserved(member)) outcome = releaseLocked(shard, mixed, member, left);
   }
-  if (left == ~U32{0}) return memberReleaseObserved(shard, mixed, member);
+  if (outcome == Release::observed) return memberReleaseObserved(shard, mixed, member);
   if (outcome == Release::leaves) tableReferenceDrop(member);
   if (outcome == Release::dies) member.zeroReferencesIs();
   return left;
 }
 
+// memberRelease() for an observed member: removal and notice are one step under the notification
+// lock. The shard is unlocked during the notice. The table's reference keeps the member alive
+// until the observer has heard of the removal and the notification lock has been released.
 U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& member) noexcept {
   U32 left = 0;
   Release outcome = Release::stays;
@@ -192,17 +214,24 @@ U32 DedupHashTable::memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& 
       DedupHashTableLifeTimeNotifiee* const notifiee =
           isObserved(member) ? notifieeToTell() : nullptr;
       if (notifiee) notifiee->handleRemove(&member);
-      notification.dropLater(member);
+      dropLater(member);
     }
   }
   if (outcome == Release::dies) member.zeroReferencesIs();
   return left;
 }
 
-// The one place where a member is found to be unused. It may have left the table
-// since its holder looked, if the insertion was undone, or if another release left but
-// its notifier. Then it may be gone as soon as this reference is: the other one drops
-// the table's without the lock.
+// Gives up the caller's reference and decides whether the member leaves. This is the only place
+// where a member is found to be unused.
+//
+// `member` may have been removed since the caller saw it as a member: by insertionUndo(), or by
+// a concurrent release that left only the references of table and notifier (the caller then
+// gives up what was the notifier's). In that case nothing may be read from `member` after
+// referenceSubtract(): the thread that removed it drops the table's reference without this lock
+// and may destroy it.
+//
+// A member that stays a member may still be read, because the table's reference to it cannot be
+// dropped under this lock.
 inline DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 mixed,
                                                              DedupHandle& member,
                                                              U32& left) noexcept {
@@ -210,7 +239,7 @@ inline DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 m
   const U32 word = member.referenceSubtract();
   left = word & countMask;
   if (!isMember) return left == 0 ? Release::dies : Release::stays;
-  if (left != DedupHandle::idleReferences(word)) return Release::stays;
+  if (left != DedupHandle::idleCount(word)) return Release::stays;
   delayAt(DelayPoint::unlink);
   shard.buckets.erase(mixed, &member);
   member.beingDetachedIs(true);
@@ -218,25 +247,29 @@ inline DedupHashTable::Release DedupHashTable::releaseLocked(Shard& shard, U32 m
   return Release::leaves;
 }
 
+// The end of a removal. The notifier or its former holders may still own references; else this
+// destroys the member. Called without a shard lock, because destructors use tables.
 inline void DedupHashTable::tableReferenceDrop(DedupHandle& member) noexcept {
   member.beingDetachedIs(false);
   if ((member.referenceSubtract() & countMask) == 0) member.zeroReferencesIs();
 }
 
+// The order matters. The observer is set before the walk, so that an insertion that the walk
+// misses sees the observer. `present` is declared outside the try block: if the registration
+// fails, its references are given up only after notifieeStop(), so the observer is not notified
+// of removals that this causes. A handler may end this registration or replace the observer;
+// `registrations` then differs, and the rest of the walk is no longer ours.
 void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee) {
   const NotificationLock notification(*this);
   notifieeStop();
   const U32 registration = ++notification_.registrations;
   if (!notifiee) return;
   notifiee->table_ = this;
-  // Before the walk: an insertion that it misses sees the observer.
   notifieeSet(notifiee.ptr());
-  // Outlives the registration if that fails: what leaves with it must not be told.
   std::vector<DedupHandle::Ptr> present;
   try {
     present = members();
     for (const DedupHandle::Ptr& member : present) {
-      // What is done on hearing of one may have ended this registration.
       if (notification_.registrations != registration) return;
       if (member->isDeduped() && isObserved(*member)) notifiee->handleInsert(member);
     }
@@ -246,12 +279,13 @@ void DedupHashTable::lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Pt
   }
 }
 
-// Requires the notification lock. The observer may walk the table once more.
+// Tells the observer, if there is one, to stop, and unregisters it. During the handler, the
+// observer stays registered: other threads then wait for the notification lock, so that no
+// change happens behind its back while it walks the table. But it is notified of nothing more.
+// The handler may give up the last reference to the observer, so this function owns one.
 void DedupHashTable::notifieeStop() noexcept {
-  // Held, as it may let itself go.
-  const DedupHashTableLifeTimeNotifiee::Ptr notifiee(notifiee_.load(std::memory_order_relaxed));
+  const DedupHashTableLifeTimeNotifiee::Ptr notifiee(notifiee_);
   if (!notifiee || notification_.stopping) return;
-  // Still registered, so that other threads wait; but it hears nothing more.
   notification_.stopping = true;
   notifiee->handleNotificationStop(PtrConst(this));
   notification_.stopping = false;
@@ -259,9 +293,12 @@ void DedupHashTable::notifieeStop() noexcept {
   notifieeSet(nullptr);
 }
 
+// Registers the observer, or none. Reads of observation_ without a lock are hints (isObserved),
+// and reads under a shard lock are ordered by that lock. So relaxed would do; release costs
+// nothing here.
 void DedupHashTable::notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept {
   using Interest = DedupHashTableLifeTimeNotifiee::Interest;
-  notifiee_.store(notifiee, std::memory_order_release);
+  notifiee_ = notifiee;
   Observation observation = Observation::none;
   if (notifiee) {
     observation = notifiee->interest_ == Interest::all ? Observation::all : Observation::notable;
@@ -272,31 +309,33 @@ void DedupHashTable::notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexc
 U32 DedupHashTable::size() const {
   U32 total = 0;
   for (U32 i = 0; i <= shardMask_; ++i) {
-    const ShardLock lock(*this, shards_[i]);
-    total += shards_[i].buckets.size();
+    const Shard& shard = shards_[i];
+    const ShardLock lock(*this, shard);
+    total += shard.buckets.size();
   }
   return total;
 }
 
+// Other threads may insert during the walk, so the vector may have to grow under a shard lock.
 std::vector<DedupHandle::Ptr> DedupHashTable::members() const {
   std::vector<DedupHandle::Ptr> all;
   all.reserve(size());
   for (U32 i = 0; i <= shardMask_; ++i) {
-    const ShardLock lock(*this, shards_[i]);
-    shards_[i].buckets.forEach([&all](DedupHandle* member) { all.emplace_back(member); });
+    const Shard& shard = shards_[i];
+    const ShardLock lock(*this, shard);
+    shard.buckets.forEach([&all](DedupHandle* member) { all.emplace_back(member); });
   }
   return all;
 }
 
-DedupHandle::Ptr DedupHashTable::memberFrom(const Shard& shard, U32& place, U32& places) const {
+DedupHandle::Ptr DedupHashTable::memberFrom(const Shard& shard, U32& slot, U32& slotCount) const {
   const ShardLock lock(*this, shard);
-  if (places != shard.buckets.places()) {
-    places = shard.buckets.places();
-    place = 0;
+  if (slotCount != shard.buckets.slotCount()) {
+    slotCount = shard.buckets.slotCount();
+    slot = 0;
   }
-  while (place < places) {
-    if (DedupHandle* const member = shard.buckets.memberAt(place++))
-      return DedupHandle::Ptr(member);
+  while (slot < slotCount) {
+    if (DedupHandle* const member = shard.buckets.memberAt(slot++)) return DedupHandle::Ptr(member);
   }
   return nullptr;
 }
@@ -307,8 +346,9 @@ void DedupHashTable::dumpState(const Kiv::Ptr<const DumpContext>& context,
   objDumpPrintf(context, "DedupHashTable members #%u;\n", size());
 }
 
-// The reference taken here lets the observer hold the table while it is told to
-// stop; when it goes, this function runs again and ends the table.
+// Runs twice. The first call takes a reference to the table, because the observer gets one while
+// it is told to stop. When this reference is given up at the end, the count is zero again, and
+// the second call destroys the table.
 void DedupHashTable::zeroReferencesIs() noexcept {
   if (closing_) return PtrInterface::zeroReferencesIs();
   closing_ = true;
@@ -320,15 +360,21 @@ void DedupHashTable::zeroReferencesIs() noexcept {
   membersDetach();
 }
 
-// All leave before the first is dropped: what that destroys may hold others.
+// Detaches all members before it drops the first reference. Dropping one may destroy a member
+// that owns references to other members, and these must not look for this table any more. Only
+// one thread uses the table now, so no lock is needed.
 void DedupHashTable::membersDetach() noexcept {
   for (U32 i = 0; i <= shardMask_; ++i) {
-    shards_[i].buckets.forEach(
+    const Shard& shard = shards_[i];
+    onlyThreadUses(shard);
+    shard.buckets.forEach(
         [](DedupHandle* member) { member->dedupStateIs(DedupHandleState::detached); });
   }
   for (U32 i = 0; i <= shardMask_; ++i) {
+    Shard& shard = shards_[i];
+    onlyThreadUses(shard);
     DedupBuckets leaving;
-    leaving.swap(shards_[i].buckets);
+    leaving.swap(shard.buckets);
     leaving.forEach([](DedupHandle* member) { tableReferenceDrop(*member); });
   }
 }

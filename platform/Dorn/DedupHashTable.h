@@ -1,25 +1,46 @@
-// The interning table: equal contents, one object.
+// DedupHashTable: the interning table. Equal contents share one object.
 //
-// Ownership. The table holds one reference on each member. Destroying the table
-// (by one thread, when no other still uses it) detaches its members: handles
-// that users still hold stay alive, un-interned, and release without it.
+// Terms. A *member* is a handle that is in a table. Its *idle count* is the number of references
+// that the table (always one) and a notifier object (one, if the handle's flag says so) own. All
+// other references are users'. A member stays in the table while it has a user, so while its
+// reference count is above its idle count (see the invariant in DedupHandle.h).
 //
-// Threads. A table made thread-safe may be used by any thread; it is split into
-// shards, each with a lock that is held for one probe. How the meetings go:
+// Ownership. The table owns one reference to each member. Destroying the table (by one thread,
+// when no other thread uses the table any more) detaches its members. Handles that users still
+// own stay alive, without a table, and are released like any counted object.
 //
-// 1. Release against lookup. The decision to leave the table is made once, under
-//    the member's shard lock, by a thread that still owns a reference: a release
-//    that could reach the idle count locks first, then subtracts, then looks. A
-//    lookup takes its reference under the same lock. So whoever comes first
-//    wins: either the lookup revives the member, or it no longer finds it.
-// 2. Order of notices. With an observer, insertion and handleInsert are one step
-//    under the notification lock, and so are removal and handleRemove; no shard
-//    lock is held while an observer runs. Lookups that hit never touch it.
-// 3. Count and threshold. The flag that raises the idle count lives in the
-//    reference word, so both are read in one load.
+// Threads. A table made thread-safe may be used by any thread. It is split into shards by hash.
+// A shard has a spin lock that is held for one probe. Three races must be settled:
 //
-// The table's own reference to a removed member, and with it the member, goes
-// after every lock has been released.
+// 1. Release against lookup, and against another release. If a thread first decremented the
+//    count to the idle count and only then locked the shard, another thread could revive,
+//    release and destroy the member in between. So a release that could leave the idle count
+//    locks the member's shard first, decrements under the lock, and decides there, once. A
+//    lookup takes its reference under the same lock. Either the lookup is first and revives
+//    the member, or it does not find the member any more.
+// 2. Order of notices. An observer must not hear of a value's new member before it has heard of
+//    the old one's removal. So for observed members, insertion and handleInsert are one step
+//    under the table's notification lock, and removal and handleRemove are one step, too. No
+//    shard lock is held while an observer runs. A lookup never takes the notification lock.
+// 3. Count against idle count. The flag for the notifier's reference is in the same atomic word
+//    as the count, so a release never compares a new count with an old idle count.
+//
+// Order of locks: the notification lock of a table, then one shard lock of that table. Under a
+// shard lock no thread takes another lock of any table. Under the notification lock, an observer
+// may use this table and the tables below it (list, then sub-list, then value). So notification
+// locks of several tables are taken downward only.
+//
+// Destruction. No object is destroyed under a shard lock. The table's reference to a member that
+// a release has removed is dropped after the shard's lock. If the member was observed, it is
+// dropped after this thread's outermost hold of the notification lock, too. These objects are
+// destroyed under a notification lock nevertheless:
+// - a removed member, if there is no memory to remember it for later (dropLater);
+// - objects that an observer's handler itself releases, unless they are observed members of the
+//   handler's own table: so objects of the tables below, unobserved members, private handles;
+// - unobserved members whose last user was the walk of lifeTimeNotifieeIs();
+// - an observer whose last reference is given up while it is told to stop.
+// These cases cannot deadlock, because destructors release objects in the same table, whose
+// notification lock is recursive, and in tables below it.
 //
 // A table made for one thread has one shard and takes no lock.
 #ifndef DORN_DEDUPHASHTABLE_H
@@ -39,20 +60,27 @@
 #include "Kiv/PtrInterface.h"
 #include "Kiv/RecursiveLock.h"
 #include "Kiv/SpinLock.h"
+#include "Kiv/ThreadAnnotations.h"
 
 namespace Dorn {
 
+// An interning table; see the top of this file. All members of one table are of one type.
+//
+// Predicates. The lookups below call `isWanted(const Handle&)` for each member that matches the
+// hash's tag, so also for some members of other hashes: it must compare the contents. It is
+// called under a shard lock. It must not use a table, and it must not take or give up
+// references.
 class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   KIV_OBJECT(DedupHashTable)
 
  public:
-  // The member that `key` describes, or null. `hash` is what members of that
-  // content probe with: their probeHash(), which is their hash() unless the type
-  // says otherwise. One lock, one probe; builds nothing.
+  // The member whose content is `key`, or null. `hash` is the probeHash() of members with this
+  // content, which is their hash() unless the type says otherwise. Takes one lock, builds
+  // nothing, and allocates nothing.
   DedupHandle::Ptr lookupByContent(const DedupContentHandle& key, U32 hash) const;
 
-  // The same for callers who know the members' class, whose comparison with a
-  // content no subclass replaces: it is no virtual call.
+  // lookupByContent() for callers that know the members' class `Handle`. No subclass of it may
+  // override compareByContent(), because this calls it without virtual dispatch.
   template <class Handle>
   Kiv::Ptr<Handle> lookup(const DedupContentHandle& key, U32 hash) const {
     Miss miss;
@@ -60,41 +88,46 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
         hash, [&key](const Handle& member) { return member.Handle::compareByContent(key); }, miss);
   }
 
-  // The member of class `Handle` that `isWanted(const Handle&)` accepts among those of
-  // this hash, where that takes but a few instructions: in a table for one thread, if it
-  // stands where it is looked for first, as most do. Null says nothing: ask lookupElsewhere.
-  // Here and below: `isWanted` is asked of some members of other hashes, too.
+  // The fast path of a lookup: the member that `isWanted` accepts, if it is in its home bucket
+  // and the table is for one thread. Null does not mean that there is no member; the caller
+  // then calls lookupElsewhere(). Inlined, and so short that the caller saves no registers.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookupAtHome(U32 hash, const IsWanted& isWanted) const {
     if (threadSafe_) return nullptr;
     const U32 mixed = mixed32(hash);
     const auto wanted = memberThat<Handle>(isWanted);
-    auto* const found = shards_[0].buckets.findAtHome(mixed, wanted);
+    const Shard& shard = shards_[0];
+    onlyThreadUses(shard);
+    auto* const found = shard.buckets.findAtHome(mixed, wanted);
     if (!found) return nullptr;
     found->referenceAdd();
     return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
   }
 
-  // What a lookup did not find, for the insertion of what is then made: that probes
-  // again only if others were inserted meanwhile.
+  // A lookup that found nothing, as a token for the insertion that follows: dedup() probes
+  // again only if the shard has had an insertion since. Give dedup() only a token that a lookup
+  // of the same table has set.
   class Miss {
    private:
     friend class DedupHashTable;
 
     bool wasLookup() const noexcept { return insertions_ != ~U64{0}; }
 
-    U32 mixed_ = 0;
-    U64 insertions_ = ~U64{0};  // of the shard, when it was looked at; or more than ever
+    U32 mixed_ = 0;             // mixed32() of the hash
+    U64 insertions_ = ~U64{0};  // Shard::insertions at the lookup; ~0: there was no lookup
   };
 
-  // The member of class `Handle` that `isWanted(const Handle&)` accepts among those of
-  // this hash, or null, and then `miss` is set.
+  // The member with this hash that `isWanted` accepts. If there is none, returns null and sets
+  // `miss`.
+  //
+  // A hit increments the candidate's reference count, and in a table for several threads another
+  // processor may own that cache line. So the line is prefetched for writing before the content
+  // is compared.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
     const U32 mixed = mixed32(hash);
-    // Which has its count changed, as by other threads, if the table is for several.
     const auto wanted = [isThat = memberThat<Handle>(isWanted)](const DedupHandle* member) {
-      member->wordPrefetch();
+      member->referenceWordPrefetch();
       return isThat(member);
     };
     const Shard& shard = shardOf(mixed);
@@ -102,7 +135,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     return foundOrMissed<Handle>(miss, shard, mixed, shard.buckets.find(mixed, wanted));
   }
 
-  // The same where lookupAtHome has just said null, and nothing was done since.
+  // The slow path after lookupAtHome() has returned null, with the same hash and predicate and
+  // with nothing done to the table since. Returns what lookup() would return, and sets `miss`
+  // likewise.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookupElsewhere(U32 hash, const IsWanted& isWanted,
                                               Miss& miss) const {
@@ -110,60 +145,77 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     const U32 mixed = mixed32(hash);
     const auto wanted = memberThat<Handle>(isWanted);
     const Shard& shard = shards_[0];
+    onlyThreadUses(shard);
     return foundOrMissed<Handle>(miss, shard, mixed, shard.buckets.findElsewhere(mixed, wanted));
   }
 
-  // Says that members of this hash will be looked up, inserted or released soon. With
-  // several threads nothing comes of it, as buckets are looked at under a lock only.
+  // Prefetches the home bucket of members with this hash for a coming lookup, insertion or
+  // release. Does nothing in a table for several threads, where buckets may be read only under
+  // a lock.
   KIV_INLINE void prefetch(U32 hash) const noexcept {
     if (threadSafe_) return;
     const U32 mixed = mixed32(hash);
-    shardOf(mixed).buckets.prefetch(mixed);
+    const Shard& shard = shardOf(mixed);
+    onlyThreadUses(shard);
+    shard.buckets.prefetch(mixed);
   }
 
-  // The member equal to `handle`; `handle` itself becomes one if there is none.
-  // All handles of one table are of one type. Throws std::bad_alloc, or what the
-  // observer's handleInsert throws, and leaves the table as it was. Requires: the
-  // handle is in no other table and, unless it is in this one, no other thread has it
-  // (some may, after an insertion that an observer's exception ended).
+  // Interns `handle`: returns the member with an equal content. If there is none, `handle`
+  // becomes a member and is returned.
+  //
+  // Throws std::bad_alloc, and what the observer's handleInsert throws; the table is then as
+  // before. Requires: `handle` is in no other table. Unless it is a member of this one, no
+  // other thread has it. (After a refused insertion, other threads may have it.)
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle) {
     const U32 hash = handle->probeHash();
     return dedup(std::move(handle), hash);
   }
-  // The same for callers who know what the handle probes with, or have looked it up in
-  // this table.
+  // dedup() for callers that know the handle's probeHash() already.
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle, U32 hash);
+  // dedup() after a lookup of the handle's content in this table has set `miss`.
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle, const Miss& miss);
 
-  // Observes the table from now on; a former observer is stopped first. Members
-  // that are there already are announced. Null stops the observer.
+  // Registers an observer. A former observer is told to stop first. The new one is then
+  // notified of each member that exists already. Null only stops the former observer. The table
+  // owns no reference to its observer.
+  //
+  // Throws std::bad_alloc, and what handleInsert throws: then the new observer is told to stop,
+  // and the table has none.
   void lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee);
+  // Tells the observer, if there is one, to stop and unregisters it.
   void lifeTimeNotifieeDel() { lifeTimeNotifieeIs(nullptr); }
 
-  // Members now.
+  // The number of members. Adds up the shards one by one, so the sum is no snapshot while other
+  // threads insert and release.
   U32 size() const;
-  // All members, each with a reference that keeps it: for walks that may change
-  // the table in any way.
+  // All members, each with a reference that keeps it in the table. For walks that may change
+  // the table in any way. Throws std::bad_alloc. Not a snapshot, like size().
   std::vector<DedupHandle::Ptr> members() const;
-  // Visits members one by one, with a reference and without a lock, and allocates
-  // nothing. `visit` may change the table: who is there all the time is visited, once
-  // more for each time that the table grows meanwhile.
+  // Calls `visit(const DedupHandle::Ptr&)` for the members one by one. Allocates nothing. The
+  // walk owns a reference to the member and holds no lock during the call, so `visit` may
+  // change the table. A member that exists during the whole walk is visited at least once. It
+  // is visited again each time that its shard grows meanwhile.
   template <class Visit>
   void membersVisit(const Visit& visit) const {
     for (U32 i = 0; i <= shardMask_; ++i) {
-      U32 place = 0;
-      U32 places = 0;
-      while (const DedupHandle::Ptr member = memberFrom(shards_[i], place, places)) visit(member);
+      U32 slot = 0;
+      U32 slotCount = 0;
+      while (const DedupHandle::Ptr member = memberFrom(shards_[i], slot, slotCount)) visit(member);
     }
   }
 
-  // Prints one line: how many members there are.
+  // Prints one line with the number of members, indented by `indent` blanks.
   void dumpState(const Kiv::Ptr<const DumpContext>& context, unsigned int indent) const;
 
+  // Called when the last reference to the table has been given up. Tells the observer to stop,
+  // detaches all members, and destroys the table.
   void zeroReferencesIs() noexcept override;
+  // Requires: zeroReferencesIs() has emptied the table.
   ~DedupHashTable() override;
 
  protected:
+  // An empty table. Throws std::bad_alloc, and std::length_error if all table numbers are in
+  // use (DedupTableNumbers::maxTables).
   explicit DedupHashTable(bool threadSafe);
 
  private:
@@ -171,36 +223,46 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   friend class DedupHashTableLifeTimeNotifiee;
   class NotificationLock;
 
+  // A part of the table, by hash. It fills a cache line of its own, so that threads in different
+  // shards do not disturb each other (false sharing).
   struct alignas(64) Shard {
     mutable Kiv::SpinLock lock;
-    DedupBuckets buckets;
-    U64 insertions = 0;
+    DedupBuckets buckets KIV_GUARDED_BY(lock);
+    // Of the shard's whole life. Never decreases, so equal numbers mean that nothing has been
+    // inserted in between.
+    U64 insertions KIV_GUARDED_BY(lock) = 0;
   };
 
-  // What the notification lock guards, besides the order of notices.
+  // The state that the notification lock guards. The lock also keeps notices in the order of the
+  // changes.
   struct Notification {
-    bool stopping = false;  // the observer is being told to stop
-    U32 depth = 0;
-    U32 registrations = 0;  // tells an end or a new beginning of observation
-    // Removed; dropped once the lock is free.  Seldom more than one.
-    DedupHandle* firstDetached = nullptr;
-    std::vector<DedupHandle*> otherDetached;
-    // Last, as those who wait for it write to its line, and every lookup reads that of
-    // the shards' address.
+    bool stopping KIV_GUARDED_BY(lock) = false;  // while handleNotificationStop runs
+    U32 depth KIV_GUARDED_BY(lock) = 0;          // how often the holder holds the lock
+    // Counts the calls of lifeTimeNotifieeIs(), so that it sees that a handler has ended the
+    // registration or replaced the observer.
+    U32 registrations KIV_GUARDED_BY(lock) = 0;
+    // Removed members, whose references are dropped when the outermost holder has released the
+    // lock. There is seldom more than one; the first needs no memory.
+    DedupHandle* firstDetached KIV_GUARDED_BY(lock) = nullptr;
+    std::vector<DedupHandle*> otherDetached KIV_GUARDED_BY(lock);
+    // Last, to avoid false sharing: waiting threads write to the lock's cache line, while every
+    // lookup reads the line that holds shards_.
     Kiv::RecursiveLock lock;
   };
 
-  // Holds a shard's lock, if the table has locks.
-  class ShardLock {
+  // Holds a shard's lock if the table has locks. Clang's check does not follow a lock that is
+  // taken under a condition. So this guard promises the lock in every table: in a table for one
+  // thread, the only thread may do all that the lock would allow.
+  class KIV_SCOPED_CAPABILITY ShardLock {
    public:
-    ShardLock(const DedupHashTable& table, const Shard& shard)
+    ShardLock(const DedupHashTable& table, const Shard& shard) KIV_ACQUIRE(shard.lock)
         : lock_(table.threadSafe_ ? &shard.lock : nullptr) {
       delayAt(DelayPoint::lock);
       if (lock_) lock_->lock();
     }
     ShardLock(const ShardLock&) = delete;
     ShardLock& operator=(const ShardLock&) = delete;
-    ~ShardLock() {
+    ~ShardLock() KIV_RELEASE() {
       if (lock_) lock_->unlock();
     }
 
@@ -208,40 +270,56 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     Kiv::SpinLock* const lock_;
   };
 
-  enum class Release : U8 { stays, leaves, dies };
+  // The result of a release under the shard's lock.
+  enum class Release : U8 {
+    stays,     // somebody else owns a reference, so nothing is left to do
+    leaves,    // the member was removed; the caller drops the table's reference
+    dies,      // was no member, and the last reference is gone; the caller destroys it
+    observed,  // nothing done yet: the notification lock must be taken first
+  };
+  // The members that the observer is notified of: DedupHashTableLifeTimeNotifiee::Interest, or
+  // none without an observer.
   enum class Observation : U8 { none, notable, all };
 
-  // Spreads a member's hash over all bits: the low eight choose the shard, the others
-  // are for its buckets, and not every type's hash is good in both. Bit 9 is always
-  // set, as the buckets want it.
+  // Spreads a member's hash over all bits, since not every type's hash is good everywhere. The
+  // low eight bits select the shard. The buckets use the upper 24, and want bit 9 set.
   static constexpr U32 mixed32(U32 hash) noexcept {
     return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 0x200;
   }
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed & shardMask_]; }
-  // Requires the notification lock.
-  DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept {
-    return notification_.stopping ? nullptr : notifiee_.load(std::memory_order_relaxed);
+  // Tells Clang's check that no lock is needed here: the calling thread is the only one that
+  // uses the table. No code.
+  static void onlyThreadUses(const Shard& shard) noexcept KIV_ASSERT_CAPABILITY(shard.lock) {
+    static_cast<void>(shard);
   }
-  // Whether an observer has to hear of `member`.
+  // The observer to notify, or null. An observer that is stopping hears nothing more.
+  DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept KIV_REQUIRES(notification_.lock) {
+    return notification_.stopping ? nullptr : notifiee_;
+  }
+  // Whether insertion and removal of `member` need the notification lock. Without a lock, the
+  // answer is a hint. If it is false under the member's shard lock, the caller may insert or
+  // remove the member before it releases that lock: lifeTimeNotifieeIs() sets observation_ and
+  // then walks the shards, each under its lock, so its walk sees that change. If it is true,
+  // the caller takes the notification lock and looks again.
   bool isObserved(const DedupHandle& member) const noexcept {
     const Observation observation = observation_.load(std::memory_order_acquire);
     return observation == Observation::all ||
            (observation == Observation::notable && member.isNotable());
   }
-  // Requires the notification lock.
-  void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept;
+  void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept
+      KIV_REQUIRES(notification_.lock);
 
-  // What buckets ask of a member, by what is asked of a `Handle`; ends with `isWanted`.
+  // The predicate for the buckets, made of the caller's. The caller's must live as long.
   template <class Handle, class IsWanted>
   static auto memberThat(const IsWanted& isWanted) noexcept {
     return [&isWanted](const DedupHandle* member) {
       return isWanted(static_cast<const Handle&>(*member));
     };
   }
-  // The reference to what was found in the shard, or `miss` set. Requires its lock.
+  // The end of a lookup: a reference to `found`, or null with `miss` set.
   template <class Handle>
   KIV_INLINE static Kiv::Ptr<Handle> foundOrMissed(Miss& miss, const Shard& shard, U32 mixed,
-                                                   DedupHandle* found) {
+                                                   DedupHandle* found) KIV_REQUIRES(shard.lock) {
     if (found) {
       found->referenceAdd();
     } else {
@@ -250,51 +328,54 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
     }
     return Kiv::Ptr<Handle>(static_cast<Handle*>(found), Kiv::adopt);
   }
-  // A new reference to a member, or null. Requires the lock of its shard.
+  // A new reference to a member, or null for null. Requires the lock of the member's shard.
   static DedupHandle::Ptr referenceTo(DedupHandle* member) noexcept {
     if (member) member->referenceAdd();
     return DedupHandle::Ptr(member, Kiv::adopt);
   }
 
-  KIV_INLINE void insert(Shard& shard, U32 mixed, DedupHandle& handle);
-  // The member that equals `handle`, which may be it, or null. Requires the lock of the
-  // shard.
+  KIV_INLINE void insert(Shard& shard, U32 mixed, DedupHandle& handle) KIV_REQUIRES(shard.lock);
   KIV_INLINE static DedupHandle* equalMember(const Shard& shard, const Miss& miss,
-                                             const DedupHandle& handle);
+                                             const DedupHandle& handle) KIV_REQUIRES(shard.lock);
   static DedupHandle* equalMemberAfter(const Shard& shard, const Miss& miss,
-                                       const DedupHandle& handle);
+                                       const DedupHandle& handle) KIV_REQUIRES(shard.lock);
   DedupHandle::Ptr dedupObserved(Shard& shard, const Miss& miss, const DedupHandle::Ptr& handle);
   void insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept;
 
   U32 memberRelease(DedupHandle& member) noexcept;
   U32 memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& member) noexcept;
   KIV_INLINE static Release releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
-                                          U32& left) noexcept;
+                                          U32& left) noexcept KIV_REQUIRES(shard.lock);
+  KIV_INLINE void dropLater(DedupHandle& member) noexcept KIV_REQUIRES(notification_.lock);
   KIV_INLINE static void tableReferenceDrop(DedupHandle& member) noexcept;
 
   void membersDetach() noexcept;
-  void notifieeStop() noexcept;
-  // The first member of the shard at `place` or after, which `place` then is behind;
-  // from the beginning if there are no longer `places`.
-  DedupHandle::Ptr memberFrom(const Shard& shard, U32& place, U32& places) const;
+  void notifieeStop() noexcept KIV_REQUIRES(notification_.lock);
+  // Returns the first member of the shard at slot number `slot` or later, and sets `slot` to
+  // the number behind it. If the shard has grown since the last call (`slotCount` differs from
+  // its number of slots), sets `slotCount` and starts again at 0. Null at the end.
+  DedupHandle::Ptr memberFrom(const Shard& shard, U32& slot, U32& slotCount) const;
 
-  const U32 shardMask_;
-  const U16 number_;
+  const U32 shardMask_;  // number of shards, a power of two, minus 1
+  const U16 number_;     // see DedupTableNumbers
   const bool threadSafe_;
-  bool closing_ = false;
+  bool closing_ = false;  // zeroReferencesIs() has begun; of the last thread
   std::unique_ptr<Shard[]> shards_;
 
-  std::atomic<DedupHashTableLifeTimeNotifiee*> notifiee_{nullptr};
-  std::atomic<Observation> observation_{Observation::none};  // what it is interested in
+  DedupHashTableLifeTimeNotifiee* notifiee_ KIV_GUARDED_BY(notification_.lock) = nullptr;
+  // The interest of notifiee_, for reads without the notification lock. Written under the lock.
+  std::atomic<Observation> observation_{Observation::none};
   Notification notification_;
 };
 
-// The table that every interning table of the library is built on.
+// The implementation that every interning table of the library is made of.
 class OV_EXPORT DedupHashTableUnorderedSet final : public DedupHashTable {
   KIV_OBJECT(DedupHashTableUnorderedSet)
 
  public:
-  // A new, empty table; any number of threads may use it when `threadSafe`.
+  // A new, empty table. With `threadSafe`, any number of threads may use it at once; then
+  // Kiv::VFPtrInterface::threadSafePointers must be on as well. Throws std::bad_alloc and
+  // std::length_error.
   static Kiv::Ptr<DedupHashTable> DedupHashTableUnorderedSetIs(bool threadSafe);
 
  private:

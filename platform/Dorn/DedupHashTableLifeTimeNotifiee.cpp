@@ -4,9 +4,9 @@
 
 namespace Dorn {
 
-// The table tells an observer that goes to stop, while it is still whole: the
-// reference taken here brings it back for that long and ends in this function
-// again, unregistered.
+// Runs twice if the observer is registered. The first call takes a reference, because the table
+// owns one while it tells the observer to stop. When this reference is given up at the end, the
+// observer is unregistered, and the second call destroys it.
 void DedupHashTableLifeTimeNotifiee::zeroReferencesIs() noexcept {
   if (!table_) return PtrInterface::zeroReferencesIs();
   const Ptr self(this);

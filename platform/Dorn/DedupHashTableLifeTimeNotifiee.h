@@ -1,4 +1,4 @@
-// An observer of one interning table.
+// DedupHashTableLifeTimeNotifiee: the base of an observer of one interning table.
 #ifndef DORN_DEDUPHASHTABLELIFETIMENOTIFIEE_H
 #define DORN_DEDUPHASHTABLELIFETIMENOTIFIEE_H
 
@@ -10,36 +10,48 @@ namespace Dorn {
 
 class DedupHashTable;
 
-// Hears of each member's arrival and departure, in the order in which they
-// happen, on the thread that caused them and under the table's notification
-// lock.  A handler may intern, release and look up in the observed table and in
-// the tables below it (list, then sub-list, then value); two observers that
-// reached across in opposite directions could wait for each other for ever.
+// Is notified of each insertion and removal of a member. DedupHashTable::lifeTimeNotifieeIs
+// registers it.
 //
-// The table does not own its observer.  An observer that goes, or whose table
-// goes, is told to stop first (handleNotificationStop).  Register and destroy it
-// on one thread; it must not be registered on a second table at the same time.
+// Threads. The handlers run on the thread that inserts or releases the member, under the table's
+// notification lock. So they run one at a time, and in the order of the changes. A handler may
+// intern, release and look up in the observed table and in the tables below it (list, then
+// sub-list, then value). It must not use a table above it: two observers that use each other's
+// tables in opposite directions could wait for each other for ever.
+//
+// Ownership. The table does not own its observer. If the observer or the table is about to be
+// destroyed, the observer is first told to stop (handleNotificationStop). Register and destroy
+// an observer on one thread, and do not register it on two tables at the same time.
 class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
  public:
+  // A counted pointer to an observer.
   using Ptr = Kiv::Ptr<DedupHashTableLifeTimeNotifiee>;
 
-  // Which members it hears of: those of which DedupHandle::isNotable() says so, or
-  // all. What happens to the others takes no notification lock.
-  enum class Interest : U8 { all, notable };
+  // The members that an observer is notified of. Insertion and removal of all other members take
+  // no notification lock.
+  enum class Interest : U8 {
+    all,      // every member
+    notable,  // members for which DedupHandle::isNotable() is true
+  };
 
-  // `handle` is a member now.  If this throws, the insertion is taken back.
+  // `handle` has become a member. Other threads may have found it already. If this throws, the
+  // insertion is undone and the exception is passed on to the caller of dedup().
   virtual void handleInsert(const Kiv::Ptr<DedupHandle>& handle) = 0;
-  // `handle` is a member no more and is about to be dropped: read it, but take no
-  // reference.  Must not throw.
+  // `handle` is no longer a member, and the table drops its reference after this call. The
+  // handler may read it, but must not take a reference: that ends the process. Must not throw.
   virtual void handleRemove(DedupHandle* handle) = 0;
-  // No more will be heard of `table`, whose members stay: neither after this nor of
-  // what happens meanwhile.  To walk them, hold them (members()).  May let itself
-  // go, but not register another observer.  Must not throw.
+  // The observer is unregistered from `table`, whose members stay. It is notified of nothing
+  // after this call, nor of changes that this call causes. To look at the members here, use
+  // DedupHashTable::members() or membersVisit(). This function may give up the last reference
+  // to the observer. It must not register another observer, and must not throw.
   virtual void handleNotificationStop(const Kiv::Ptr<const DedupHashTable>& table) = 0;
 
+  // Called when the last reference to the observer has been given up. Unregisters it, which
+  // calls handleNotificationStop, and destroys it.
   void zeroReferencesIs() noexcept override;
 
  protected:
+  // An observer that is not registered. The interest cannot change later.
   explicit DedupHashTableLifeTimeNotifiee(Interest interest = Interest::all) noexcept
       : interest_(interest) {}
 
@@ -47,6 +59,8 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
   friend class DedupHashTable;
 
   const Interest interest_;
+  // The table that it is registered on, or null. Changed under the notification lock, read
+  // without one: hence the rule that one thread registers and destroys it.
   DedupHashTable* table_ = nullptr;
 };
 

@@ -6,7 +6,7 @@
 namespace Dorn {
 namespace {
 
-// Guards who writes to the array, and where the search for a free place goes on.
+// Guards all writes to the array, and nextNumber. Readers take no lock.
 constinit std::mutex numbersMutex;
 constinit U16 nextNumber = 0;
 
@@ -14,6 +14,8 @@ constinit U16 nextNumber = 0;
 
 constinit std::atomic<DedupHashTable*> DedupTableNumbers::tables[maxTables] = {};
 
+// Continues the search behind the last number that was assigned, and wraps around at 65,536. So
+// a freed number is used again as late as possible, and with few tables the first try succeeds.
 U16 DedupTableNumbers::numberOf(DedupHashTable& table) {
   const std::lock_guard lock(numbersMutex);
   for (U32 tried = 0; tried < maxTables; ++tried) {

@@ -1,8 +1,7 @@
-// A number for each interning table that there is.
+// DedupTableNumbers: a number of 16 bits for each interning table of the process.
 //
-// Members remember their table by its number, which takes two octets where an
-// address takes eight: of the small objects that are held by the million, that is
-// a quarter.
+// A member remembers its table by this number, which takes two bytes where an address would take
+// eight. Values of 24 bytes exist by the million, so this is a quarter of their size.
 #ifndef DORN_DEDUPTABLENUMBERS_H
 #define DORN_DEDUPTABLENUMBERS_H
 
@@ -14,23 +13,27 @@ namespace Dorn {
 
 class DedupHashTable;
 
+// Static functions only. All may be called by any thread.
 class DedupTableNumbers {
  public:
-  // As many tables can there be at a time in a process.
+  // The most tables that can exist at a time.
   static constexpr U32 maxTables = 0x10000;
 
-  // The number of a new table.  Throws std::length_error.  Any thread.
+  // Assigns a free number to a new table. Throws std::length_error if there is none.
   static U16 numberOf(DedupHashTable& table);
-  // Requires: no member of the table is left.
+  // Frees the number of a table that is being destroyed. Requires: the table has no members, so
+  // nobody looks the number up any more.
   static void numberDel(U16 number) noexcept;
 
-  // Requires: the caller has a member of it, and so the table is there.
+  // The table with this number. Requires: the caller owns a reference to one of its members, so
+  // the table exists. Takes no lock. Relaxed is enough: the caller got its reference after the
+  // member was inserted, and that was after numberOf() had stored the address.
   static DedupHashTable& table(U16 number) noexcept {
     return *tables[number].load(std::memory_order_relaxed);
   }
 
  private:
-  // Pages that are never written take no memory.
+  // 512 KiB of address space. Pages that are never written take no memory.
   static std::atomic<DedupHashTable*> tables[maxTables];
 };
 

@@ -1,8 +1,8 @@
-// The places where threads that share interned objects meet, for tests that hold one
-// of them up there.
+// The points at which threads that share interned objects can meet, for tests.
 //
-// Built with OVBGP_DELAYS, the library calls a hook at each of them; without, which is
-// how it is shipped, nothing is left of these calls.
+// Built with OVBGP_DELAYS, the library calls a hook at each of these points. A test's hook holds
+// up one thread there and lets another one run, so that a rare race happens each time. Without
+// OVBGP_DELAYS, as the library is shipped, the calls are empty.
 #ifndef DORN_DELAYPOINT_H
 #define DORN_DELAYPOINT_H
 
@@ -15,21 +15,26 @@
 
 namespace Dorn {
 
+// Where a thread is when the hook is called.
 enum class DelayPoint : U8 {
-  decrement,     // a count was read that may be given up
-  lock,          // a shard's lock is about to be taken
-  unlink,        // a member was found unused, and is still in its table
-  notification,  // the table has changed, and its observer is about to hear of it
+  decrement,     // a release has read the reference word, and has not changed it yet
+  lock,          // before a shard's lock is taken
+  unlink,        // under the shard's lock: a member without users is about to be removed
+  notification,  // under the notification lock: after a change, before its notice
 };
 
 #ifdef OVBGP_DELAYS
+// A function of a test. Runs on the thread that has reached the point, perhaps under a lock.
 using DelayHook = void (*)(DelayPoint);
+// The hook of the process, or null. Any thread may set it.
 extern OV_EXPORT std::atomic<DelayHook> delayHook;
 
+// Calls the hook, if there is one.
 inline void delayAt(DelayPoint point) noexcept {
   if (const DelayHook hook = delayHook.load(std::memory_order_relaxed)) hook(point);
 }
 #else
+// Calls the hook in builds with OVBGP_DELAYS; nothing in this one.
 constexpr void delayAt(DelayPoint) noexcept {}
 #endif
 

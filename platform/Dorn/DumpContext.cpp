@@ -14,6 +14,9 @@ DumpContext::Ptr dumpContextFactory(std::ostream& out) {
   return DumpContext::Ptr(new DumpContext(out));
 }
 
+// Formats into a buffer on the stack. Only a text that does not fit is formatted a second time,
+// into a string of its length. A va_list can be used once, hence the copy. std::vsnprintf returns
+// a negative length for an invalid format.
 void objDumpPrintf(const Kiv::Ptr<const DumpContext>& context, const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);

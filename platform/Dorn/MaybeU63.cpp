@@ -14,6 +14,8 @@ std::ostream& operator<<(std::ostream& os, const MaybeU63& value) {
   return os << valueToStrep(value);
 }
 
+// readUnsigned throws before it moves `it`, and *target is assigned last. So a failure changes
+// nothing.
 void sequenceToValue(const char*& it, const char* end, MaybeU63* target) {
   if (it != end && *it == '-') {
     ++it;

@@ -1,4 +1,4 @@
-// What every factory of a shared class does.
+// notifyingObject: the common part of the factories of shared classes.
 #ifndef DORN_NOTIFYINGOBJECT_H
 #define DORN_NOTIFYINGOBJECT_H
 
@@ -8,12 +8,17 @@
 
 namespace Dorn {
 
-// A new object of class `T`, with notification switched on.  Throws std::bad_alloc.
+// A new object of class `T`, constructed from `args`, with notifications of its changes switched
+// on. Throws std::bad_alloc, and what the constructor throws.
+//
+// Interned classes (DedupHandle) take a short cut: one plain store sets count and flag. Factories
+// make many of these objects, and their constructors share no reference, so nobody else has the
+// object yet. Other objects can override hasNotificationActiveIs() or share themselves while they
+// are constructed, so these are counted and switched on in the general way.
 template <class T, class... Args>
 typename T::Ptr notifyingObject(const Args&... args) {
   T* const made = new T(args...);
   if constexpr (std::derived_from<T, DedupHandle>) {
-    // There are many of these, and none is shared by its constructor.
     made->beginNotifying();
     return typename T::Ptr(made, Kiv::adopt);
   } else {

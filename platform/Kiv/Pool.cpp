@@ -6,10 +6,12 @@
 #include <new>
 #include <utility>
 
-#include "Kiv/PerThread.h"
+#include "Kiv/Private/PerThread.h"
 #include "Kiv/SpinLock.h"
+#include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"
 
+// GCC defines a macro for each sanitizer, Clang answers __has_feature.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KIV_SANITIZED 1
 #elif defined(__has_feature)
@@ -25,32 +27,37 @@
 namespace Kiv {
 namespace {
 
+// Size classes are 8, 16, ..., 256 octets. A piece must have room for a Piece, the link of a free
+// one.
 constexpr std::size_t step = pooledAlignment;
-constexpr std::size_t sizes = pooledMax / step;
+constexpr std::size_t sizeClasses = pooledMax / step;
 
-// Index of the smallest size that has room for `size` octets.
+// The index of the smallest size class with room for `size` octets. Requires size <= pooledMax.
 constexpr std::size_t indexOf(std::size_t size) noexcept {
   return size == 0 ? 0 : (size - 1) / step;
 }
+// The size of the pieces of a class.
 constexpr std::size_t octetsOf(std::size_t index) noexcept { return (index + 1) * step; }
 
-// A free piece; the rest of it is nobody's.
+// A free piece. Only the link is used; the rest of its memory has no meaning.
 struct Piece {
   Piece* next;
 };
 
-// The head of a slab, at an address that is a multiple of slabOctets, so that a piece
-// shows where its slab is.
+// The head of a slab. Its address is a multiple of slabOctets, so the slab of a piece is found by
+// rounding the address of the piece down. All functions except make() and destroy() require the
+// lock of the depot. The slab does not store its size class; callers pass it.
 struct Slab {
-  // Small, as half a slab of each size is unused on average.  The octets left out at
-  // the end are those of the general allocator's own header: slabs get adjacent.
+  // 8 KiB, because on average half a slab per size class is unused. 16 octets less are requested:
+  // malloc's chunk header fits there, so consecutive aligned slabs leave no gap.
   static constexpr std::size_t slabOctets = 8192;
   static constexpr std::size_t octets = slabOctets - 2 * sizeof(void*);
 
   static Slab* of(Piece* piece) noexcept {
     return reinterpret_cast<Slab*>(reinterpret_cast<std::uintptr_t>(piece) & ~(slabOctets - 1));
   }
-  // Not by operator new, which may round up what is aligned.
+  // Throws std::bad_alloc. Not by operator new, because its aligned form may round the size up to a
+  // multiple of the alignment.
   static Slab* make() {
     void* memory = nullptr;
     if (posix_memalign(&memory, slabOctets, octets) != 0) throw std::bad_alloc();
@@ -58,58 +65,70 @@ struct Slab {
   }
   static void destroy(Slab* slab) noexcept { std::free(slab); }
 
+  // Whether take() can succeed.
   bool hasRoom(std::size_t size) const noexcept { return free || fresh + size <= octets; }
-  // Requires room.
+  // Takes a free piece, preferably one that was used before, since it may still be in the cache.
+  // Requires hasRoom().
   Piece* take(std::size_t size) noexcept {
     ++used;
     if (free) return std::exchange(free, free->next);
     U8* const piece = reinterpret_cast<U8*>(this) + std::exchange(fresh, fresh + size);
     return reinterpret_cast<Piece*>(piece);
   }
+  // Makes `piece` free again.
   void give(Piece* piece) noexcept {
     --used;
     piece->next = std::exchange(free, piece);
   }
 
-  Slab* next = nullptr;  // among those of its size that have room
+  Slab* next = nullptr;  // in the depot's list, if the slab has room
   Slab* previous = nullptr;
-  Piece* free = nullptr;                                        // given back
-  std::size_t fresh = (sizeof(Slab) + step - 1) / step * step;  // never taken, from here on
-  U32 used = 0;
+  Piece* free = nullptr;  // pieces that were used and released
+  // The offset in octets of the part that was never used; there is no piece list of it, so the
+  // memory of a new slab is touched only as needed.
+  std::size_t fresh = (sizeof(Slab) + step - 1) / step * step;
+  U32 used = 0;  // pieces outside the slab: in use, or in a thread's bin
 };
 
-// The slabs of one size that have room.  What was full until now comes first and is
-// filled up again, so that the others may get empty.
+// The slabs of one size class that have room, in a doubly linked list. A slab that was full enters
+// at the front and is filled up again first, so that the slabs behind it have a chance to become
+// empty. Each depot has a cache line of its own, to avoid false sharing between the locks.
 class alignas(64) Depot {
  public:
-  // Chains up to `wanted` pieces, at least one, to `first`; says how many.
+  // Stores a chain of up to `wanted` pieces in `first` and returns their number, at least one. It
+  // may be fewer, because a second slab is not allocated for the rest. Throws std::bad_alloc, and
+  // changes nothing, if there is no piece and no memory for a slab.
   U32 take(std::size_t size, U32 wanted, Piece*& first) {
     const std::lock_guard lock(*this);
-    if (!slabs_) slabIs();
+    if (!slabs_) addSlab();
     Piece** end = &first;
     U32 count = 0;
     while (slabs_ && count < wanted) {
       *end = slabs_->take(size);
       end = &(*end)->next;
       ++count;
-      if (!slabs_->hasRoom(size)) leave(*slabs_);
+      if (!slabs_->hasRoom(size)) unlink(*slabs_);
     }
     *end = nullptr;
     return count;
   }
 
+  // Returns a chain of pieces, which may be null, to their slabs. They may belong to different
+  // slabs. Slabs that become empty are destroyed after the lock has been released.
   void give(std::size_t size, Piece* first) noexcept {
+    if (!first) return;
     Slab* empty = nullptr;
     {
       const std::lock_guard lock(*this);
       while (first) {
         Piece* const piece = std::exchange(first, first->next);
         Slab& slab = *Slab::of(piece);
-        if (!slab.hasRoom(size)) enter(slab);
+        if (!slab.hasRoom(size)) link(slab);
         slab.give(piece);
-        // One may stay, lest a slab come and go with each piece.
+        // Keep the last slab of the list even if it is empty. Otherwise a user who allocates and
+        // releases a single piece in turn would allocate and free a slab each time.
         if (slab.used == 0 && (slab.next || slab.previous)) {
-          leave(slab);
+          unlink(slab);
           slab.next = std::exchange(empty, &slab);
         }
       }
@@ -117,12 +136,17 @@ class alignas(64) Depot {
     while (empty) Slab::destroy(std::exchange(empty, empty->next));
   }
 
-  void lock() noexcept { lock_.lock(); }
-  void unlock() noexcept { lock_.unlock(); }
+  // These two make the depot a BasicLockable, for std::lock_guard.
+  // For std::lock_guard, which has no annotations that Clang's check could use.
+  void lock() noexcept KIV_NO_THREAD_SAFETY_ANALYSIS { lock_.lock(); }
+  void unlock() noexcept KIV_NO_THREAD_SAFETY_ANALYSIS { lock_.unlock(); }
 
  private:
-  // Without the lock meanwhile, as the general allocator may take its time.
-  void slabIs() {
+  // Adds a new slab to the list. Called with the lock, which is released during the allocation,
+  // because malloc may take long and other threads would spin meanwhile. Another thread may add a
+  // slab, too; then there are two, which is harmless. The lock is held again on return, also if
+  // this throws std::bad_alloc.
+  void addSlab() {
     unlock();
     Slab* slab = nullptr;
     try {
@@ -132,15 +156,17 @@ class alignas(64) Depot {
       throw;
     }
     lock();
-    enter(*slab);
+    link(*slab);
   }
 
-  void enter(Slab& slab) noexcept {
+  // Inserts a slab at the front of the list.
+  void link(Slab& slab) noexcept {
     slab.previous = nullptr;
     slab.next = std::exchange(slabs_, &slab);
     if (slab.next) slab.next->previous = &slab;
   }
-  void leave(Slab& slab) noexcept {
+  // Removes a slab, at any position, from the list.
+  void unlink(Slab& slab) noexcept {
     if (slab.next) slab.next->previous = slab.previous;
     (slab.previous ? slab.previous->next : slabs_) = slab.next;
   }
@@ -149,29 +175,33 @@ class alignas(64) Depot {
   Slab* slabs_ = nullptr;
 };
 
-// Never destroyed: objects may go as late as they like.
-constinit Depot depots[sizes];
+// Constant-initialised and without a destructor, so that objects may be allocated before main() and
+// released after it, by destructors of any static object.
+constinit Depot depots[sizeClasses];
 
-// What one thread has at hand of one size: some pieces, and once those were too many,
-// a full chain of spare ones.
+// The free pieces of one size class that one thread has: two magazines, of which the second is full
+// or absent. With one magazine, a thread that allocates and releases around its limit would go to
+// the depot each time; with two, at most once for each `chain` operations.
 struct Bin {
-  Piece* first = nullptr;
-  U32 count = 0;
-  U32 chain = 0;  // so many are a full chain
-  Piece* spare = nullptr;
+  Piece* first = nullptr;  // the magazine in use, linked
+  U32 count = 0;           // pieces in it, less than `chain`
+  U32 chain = 0;           // the size of a full magazine
+  Piece* spare = nullptr;  // a full magazine, or null
 };
 
+// The bins of one thread, one for each size class. Only this thread uses them, so there is no lock.
 class Bins {
  public:
   Bins() noexcept {
-    for (std::size_t i = 0; i < sizes; ++i) {
+    for (std::size_t i = 0; i < sizeClasses; ++i) {
       bins_[i].chain = static_cast<U32>(std::clamp<std::size_t>(chainOctets / octetsOf(i), 4, 32));
     }
   }
   Bins(const Bins&) = delete;
   Bins& operator=(const Bins&) = delete;
+  // Runs when the thread ends; its free pieces become available to the others.
   ~Bins() {
-    for (std::size_t i = 0; i < sizes; ++i) {
+    for (std::size_t i = 0; i < sizeClasses; ++i) {
       depots[i].give(octetsOf(i), bins_[i].first);
       depots[i].give(octetsOf(i), bins_[i].spare);
     }
@@ -179,17 +209,23 @@ class Bins {
   Bin& operator[](std::size_t index) noexcept { return bins_[index]; }
 
  private:
+  // The octets of a full magazine, roughly: the number of pieces is limited to 4 at least and 32 at
+  // most, so that large pieces do not need the lock each time and small ones are not hoarded.
   static constexpr std::size_t chainOctets = 512;
 
-  Bin bins_[sizes];
+  Bin bins_[sizeClasses];
 };
 
+// Whether slabs are used at all; the environment is read once. The fast paths need not ask: without
+// slabs no thread ever gets bins, so every call ends in one of the two functions below.
 bool isPooled() noexcept {
   static const bool pooled = !KIV_SANITIZED && !std::getenv("KIV_PLAIN_NEW");
   return pooled;
 }
 
-// Both: the thread gets its bins for the next time, if it can.
+// The slow path of poolNew() in a thread without bins. It serves this request from the depot and
+// tries to create the bins for later ones. They stay absent if memory is short or if the thread is
+// about to end; then each request takes this path.
 [[gnu::noinline]] void* newWithoutBins(std::size_t size) {
   if (!isPooled()) return ::operator new(size);
   PerThread<Bins>::mine();
@@ -199,6 +235,7 @@ bool isPooled() noexcept {
   return piece;
 }
 
+// The slow path of poolDelete() in a thread without bins, likewise.
 [[gnu::noinline]] void deleteWithoutBins(void* memory, std::size_t size) noexcept {
   if (!isPooled()) return ::operator delete(memory, size);
   PerThread<Bins>::mine();
@@ -206,6 +243,8 @@ bool isPooled() noexcept {
   depots[index].give(octetsOf(index), new (memory) Piece{nullptr});
 }
 
+// Fills the empty magazine in use: with the spare one, or from the depot. Throws std::bad_alloc,
+// and leaves the bin as it is.
 [[gnu::noinline]] void refill(Bin& bin, std::size_t index) {
   if (bin.spare) {
     bin.first = std::exchange(bin.spare, nullptr);
@@ -215,7 +254,8 @@ bool isPooled() noexcept {
   }
 }
 
-[[gnu::noinline]] void spareIs(Bin& bin, std::size_t index) noexcept {
+// Makes the full magazine in use the spare one and returns the former spare one to the depot.
+[[gnu::noinline]] void retire(Bin& bin, std::size_t index) noexcept {
   depots[index].give(octetsOf(index), std::exchange(bin.spare, bin.first));
   bin.first = nullptr;
   bin.count = 0;
@@ -248,7 +288,7 @@ void poolDelete(void* memory, std::size_t size) noexcept {
   Bin& bin = (*bins)[index];
   bin.first = new (memory) Piece{bin.first};
   if (++bin.count == bin.chain) [[unlikely]]
-    spareIs(bin, index);
+    retire(bin, index);
 }
 
 }  // namespace Kiv

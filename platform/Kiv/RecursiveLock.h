@@ -1,4 +1,4 @@
-// A lock for what takes some microseconds at most, and may come back to itself.
+// A recursive lock, for critical sections of up to some microseconds that may lock it again.
 #ifndef KIV_RECURSIVELOCK_H
 #define KIV_RECURSIVELOCK_H
 
@@ -6,30 +6,41 @@
 #include <mutex>
 
 #include "Kiv/SpinLock.h"
+#include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"
 
 namespace Kiv {
 
-// Its holder may take it again. Who finds it taken looks for as long as it takes to fall
-// asleep and to wake up, and only then sleeps; he writes to its cache line, which the
-// holder has to write to, only when it seems to be free.
-class RecursiveLock {
+// A recursive mutex with a spin phase. A waiting thread first spins for about as long as going to
+// sleep and waking up would take, and only then sleeps. While it spins it only reads: a write would
+// take the cache line away from the owner, who needs it to unlock.
+//
+// The owner may lock it again and must unlock it as often. The member functions have the names of
+// the standard's Lockable, for std::lock_guard.
+class KIV_CAPABILITY("recursive lock") RecursiveLock {
  public:
+  // An unlocked lock.
   RecursiveLock() = default;
+  // Not copyable: waiting threads refer to the address of the lock.
   RecursiveLock(const RecursiveLock&) = delete;
+  // Not assignable, as it is not copyable.
   RecursiveLock& operator=(const RecursiveLock&) = delete;
 
-  void lock() {
+  // Waits until no other thread owns the lock and takes it once more. Throws std::system_error only
+  // if the mutex of the system fails.
+  void lock() KIV_ACQUIRE() {
     if (!mutex_.try_lock()) [[unlikely]]
       wait();
     depthIs(depth() + 1);
   }
-  void unlock() noexcept {
+  // Undoes one lock() of this thread; the last one releases the lock.
+  void unlock() noexcept KIV_RELEASE() {
     depthIs(depth() - 1);
     mutex_.unlock();
   }
 
  private:
+  // The slow path of lock(): returns with the mutex locked.
   [[gnu::noinline]] void wait() {
     for (U32 looks = 0; looks < looksBeforeSleep; ++looks) {
       spinPause();
@@ -37,10 +48,12 @@ class RecursiveLock {
     }
     mutex_.lock();
   }
-  // Of the holder; others only look.
+  // How many times the owner has locked it; 0 if nobody owns it. Written by the owner only. For
+  // other threads it is a hint whether a try is worthwhile, and orders nothing, hence relaxed.
   U32 depth() const noexcept { return depth_.load(std::memory_order_relaxed); }
   void depthIs(U32 depth) noexcept { depth_.store(depth, std::memory_order_relaxed); }
 
+  // Some microseconds, about the cost of a futex wait and its wake-up.
   static constexpr U32 looksBeforeSleep = 100;
 
   std::recursive_mutex mutex_;

@@ -1,4 +1,5 @@
-// Threads that meet exactly where it matters, each time.
+// Races of the interning protocol, made to happen each time: the delay points hold one thread up
+// while the other one runs. Only in builds with OVBGP_DELAYS.
 #include "Dorn/DelayPoint.h"
 
 #ifdef OVBGP_DELAYS
@@ -13,9 +14,9 @@
 namespace DornTest {
 namespace {
 
-// A user and the lifetime notifier let go of a member: the user's release finds that
-// only the table and the notifier are left, and takes the member out and drops the
-// table's reference while the notifier's waits for the lock.
+// A user and the lifetime notifier release the same member. The user's release leaves only the
+// references of table and notifier, so it removes the member. It drops the table's reference
+// while the notifier's release waits for the shard's lock.
 struct LastTwo {
   std::latch unlinking{1};
   std::latch waiting{1};
@@ -60,7 +61,7 @@ TEST(DedupHashTableSchedule, LastReleaseOfAMemberThatLeftWhileItWaited) {
   EXPECT_EQ(0, Number::alive);
 }
 
-// Counts who came and who went.
+// Counts the notices of insertions and removals.
 class Visitor : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(Visitor)
 
@@ -74,7 +75,8 @@ class Visitor : public Dorn::DedupHashTableLifeTimeNotifiee {
 };
 KIV_OBJECT_DEFINE(Visitor)
 
-// A release has seen no observer, and one comes before it has the lock.
+// A release has seen no observer, but an observer is registered before the release has locked the
+// shard.
 Dorn::DedupHashTable* visited = nullptr;
 Visitor* visitor = nullptr;
 
@@ -84,7 +86,7 @@ void visit(Dorn::DelayPoint point) {
   visited->lifeTimeNotifieeIs(Dorn::DedupHashTableLifeTimeNotifiee::Ptr(visitor));
 }
 
-TEST(DedupHashTableSchedule, ObserverComesWhileTheLastReleaseWaits) {
+TEST(DedupHashTableSchedule, ObserverIsRegisteredWhileTheLastReleaseWaits) {
   const auto table = newTable(true);
   const Kiv::Ptr<Visitor> observer(new Visitor);
   visited = table.ptr();

@@ -1,7 +1,7 @@
-// Threads that intern and release the same few stressValues, so that lookups, last
-// releases and insertions of successors meet all the time. Made for the thread
-// and address sanitizers; what it checks by itself is that every user sees a
-// member, that the observer's picture is never wrong, and that nothing is left.
+// Threads that intern and release the same few values, so that lookups, last releases and
+// insertions of new members race all the time. Made for the thread and address sanitizers. Without
+// them, the tests check that every user sees a member, that the notices are consistent, and that no
+// object is left.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -19,14 +19,14 @@ namespace {
 constexpr U32 stressValues = 6;
 constexpr int steps = 20000;
 
-// Runs under the table's notification lock, so plain members will do.
+// Its handlers run under the table's notification lock, so its members need not be atomic.
 class CountingObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(CountingObserver)
 
  public:
   void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
     if (++present[numberOf(*handle)] != 1) ++wrong;
-    // Every now and then an observer has business with the table itself.
+    // Now and then the handler uses the table, as it may.
     if (++heard % 64 == 0) table->lookupByContent(NumberContent(0), Number::hashOf(0));
   }
   void handleRemove(Dorn::DedupHandle* handle) override {
@@ -80,8 +80,9 @@ void run(bool observed) {
 TEST(DedupHashTableStress, ThreadsShareAFewValues) { run(false); }
 TEST(DedupHashTableStress, ThreadsShareAFewObservedValues) { run(true); }
 
-// The observer comes and goes while others intern: it never hears half of a story.
-TEST(DedupHashTableStress, ObserverComesAndGoes) {
+// An observer is registered and unregistered while others intern: it never hears of a second
+// insertion before a removal, nor of a removal before an insertion.
+TEST(DedupHashTableStress, ObserverIsRegisteredAndUnregistered) {
   const ThreadSafePointers on;
   {
     const auto table = newTable(true);
@@ -107,7 +108,7 @@ TEST(DedupHashTableStress, ObserverComesAndGoes) {
   EXPECT_EQ(0, Number::alive);
 }
 
-// Refuses every other one, while other threads have found it already.
+// Refuses every second insertion, when other threads may have found the member already.
 class RefusingObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(RefusingObserver)
 
@@ -128,12 +129,12 @@ void workRefused(const Dorn::DedupHashTable::Ptr& table, unsigned seed) {
     try {
       const Number::Ptr got = random() % 2 == 0 ? intern(table, 1) : find(table, 1);
     } catch (const std::runtime_error&) {
-      // Those who found it have it to themselves.
+      // Threads that had found the member keep it as a detached handle.
     }
   }
 }
 
-TEST(DedupHashTableStress, RefusedValuesGoWithTheirLastUser) {
+TEST(DedupHashTableStress, RefusedValuesAreDestroyedByTheirLastUser) {
   const Stress::Threaded threaded;
   {
     const auto table = newTable(true);

@@ -16,7 +16,7 @@
 namespace DornTest {
 namespace {
 
-// Notes what it hears, and does what the test asks it to do when it hears it.
+// Records its notices, and runs the functions that a test gives it.
 class Observer : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(Observer)
 
@@ -25,14 +25,14 @@ class Observer : public Dorn::DedupHashTableLifeTimeNotifiee {
   void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
     const auto& number = static_cast<const Number&>(*handle);
     if (throwOnInsert) throw std::runtime_error("refused");
-    EXPECT_TRUE(present.insert(number.number()).second) << "told twice of " << number.number();
+    EXPECT_TRUE(present.insert(number.number()).second) << "two insertions of " << number.number();
     if (onInsert) onInsert(number.number());
   }
   void handleRemove(Dorn::DedupHandle* handle) override {
     EXPECT_TRUE(handle->beingDetached());
     EXPECT_FALSE(handle->isDeduped());
     const U32 number = static_cast<const Number*>(handle)->number();
-    EXPECT_EQ(1U, present.erase(number)) << "never told of " << number;
+    EXPECT_EQ(1U, present.erase(number)) << "no insertion of " << number;
     if (onRemove) onRemove(number);
   }
   void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>& table) override {
@@ -58,7 +58,7 @@ Observer::Ptr observe(const Dorn::DedupHashTable::Ptr& table) {
   return observer;
 }
 
-// Each fact must hold for the table of one thread and for the locked one.
+// Each fact must hold for a table for one thread and for a table with locks.
 class DedupHashTableTest : public testing::TestWithParam<bool> {
  protected:
   void SetUp() override {
@@ -78,7 +78,7 @@ class DedupHashTableTest : public testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(Threads, DedupHashTableTest, testing::Bool(),
                          [](const auto& test) { return test.param ? "Many" : "One"; });
 
-TEST_P(DedupHashTableTest, EqualContentsShareOneObjectUntilTheLastUserGoes) {
+TEST_P(DedupHashTableTest, EqualContentsShareOneObjectUntilTheLastRelease) {
   Number::Ptr first = intern(table_, 7);
   EXPECT_TRUE(first->isDeduped());
   EXPECT_EQ(2U, first->references());  // the table's and ours
@@ -98,14 +98,14 @@ TEST_P(DedupHashTableTest, EqualContentsShareOneObjectUntilTheLastUserGoes) {
 TEST_P(DedupHashTableTest, MatchesAModelUnderRandomUseAndBadHashes) {
   for (const U32 modulus : {0U, 1U, 3U, 40U}) {
     Number::hashModulus = modulus;
-    // With one hash for all, more than a bucket can count.
+    // With one hash for all values, more members overflow than a counter can count.
     const U32 values = modulus == 0 ? 5000 : 400;
     std::map<U32, std::vector<Number::Ptr>> held;
     std::mt19937 random(20240611 + modulus);
     for (int step = 0; step < 30000; ++step) {
       const U32 value = static_cast<U32>(random() % values);
       auto& holders = held[value];
-      // In waves, so that the table grows and empties again and again.
+      // Alternately mostly insertions and mostly releases, so that the table fills and empties.
       const bool growing = step / 5000 % 2 == 0;
       if (random() % 4 < (growing ? 3U : 1U)) {
         holders.push_back(intern(table_, value));
@@ -126,9 +126,9 @@ TEST_P(DedupHashTableTest, MatchesAModelUnderRandomUseAndBadHashes) {
   }
 }
 
-// Few hashes in tables of each size, so that members are passed on from bucket to bucket
-// and around the end.
-TEST_P(DedupHashTableTest, FindsExactlyWhoIsThereAtEverySize) {
+// Few hashes in tables of each size, so that members overflow from bucket to bucket and around the
+// end of the array.
+TEST_P(DedupHashTableTest, FindsExactlyTheMembersAtEverySize) {
   for (U32 most = 1; most <= 60; ++most) {
     Number::hashModulus = 1 + most % 7;
     const auto table = newTable(GetParam());
@@ -143,9 +143,8 @@ TEST_P(DedupHashTableTest, FindsExactlyWhoIsThereAtEverySize) {
   }
 }
 
-// Three hashes of one class, whose homes are the three buckets of a small table: once each
-// has been passed by members of another one, a search for what is not there has no
-// natural end.
+// Three hashes of one class, whose home buckets are the three buckets of a small table. Once the
+// class has overflowed from each bucket, no counter of zero ends a miss.
 TEST_P(DedupHashTableTest, FindsNothingWithoutEndlessSearch) {
   Number::hashModulus = 14;
   constexpr std::array<U32, 3> hashes{9, 11, 13};
@@ -162,7 +161,7 @@ TEST_P(DedupHashTableTest, HandlesOutliveTheirTable) {
   const Number::Ptr kept = intern(table_, 1);
   Number::Ptr holder = intern(table_, 2);
   Number* const raw = holder.ptr();
-  // A member that is kept by another one only.
+  // A member whose only user is another member.
   raw->onDestroy = [other = intern(table_, 3)] {};
   const Observer::Ptr observer = observe(table_);
   table_ = nullptr;
@@ -174,15 +173,15 @@ TEST_P(DedupHashTableTest, HandlesOutliveTheirTable) {
   EXPECT_EQ(3, Number::alive);
   holder = nullptr;
   EXPECT_EQ(1, Number::alive);
-  // Left one table, may enter another.
+  // A detached handle may enter another table.
   const auto other = newTable(GetParam());
   EXPECT_EQ(kept, other->dedup(kept));
 }
 
-TEST_P(DedupHashTableTest, ObserverHearsEachChangeOnceAndInOrder) {
+TEST_P(DedupHashTableTest, ObserverIsNotifiedOfEachChangeOnceAndInOrder) {
   const Number::Ptr before = intern(table_, 1);
   const Observer::Ptr observer = observe(table_);
-  EXPECT_EQ(std::set<U32>{1}, observer->present) << "members that were there are announced";
+  EXPECT_EQ(std::set<U32>{1}, observer->present) << "an observer is notified of existing members";
   Number::Ptr two = intern(table_, 2);
   const Number::Ptr again = intern(table_, 2);
   EXPECT_EQ((std::set<U32>{1, 2}), observer->present);
@@ -198,7 +197,7 @@ TEST_P(DedupHashTableTest, ObserverHearsEachChangeOnceAndInOrder) {
   EXPECT_EQ(2U, table_->size()) << "members stay";
 }
 
-TEST_P(DedupHashTableTest, ObserverOfNotableMembersHearsOfNoOthers) {
+TEST_P(DedupHashTableTest, ObserverOfNotableMembersIsNotifiedOfNoOthers) {
   const auto internNotable = [this](U32 number) {
     const Number::Ptr handle = Number::make(number);
     handle->notableIs();
@@ -222,7 +221,7 @@ TEST_P(DedupHashTableTest, ObserverOfNotableMembersHearsOfNoOthers) {
   EXPECT_EQ(1, observer->stops);
 }
 
-TEST_P(DedupHashTableTest, ObserverThatDiesIsForgotten) {
+TEST_P(DedupHashTableTest, DestroyedObserverIsUnregistered) {
   Observer::Ptr observer = observe(table_);
   Number::Ptr one = intern(table_, 1);
   observer = nullptr;
@@ -230,9 +229,9 @@ TEST_P(DedupHashTableTest, ObserverThatDiesIsForgotten) {
   EXPECT_EQ(0U, table_->size());
 }
 
-// While it is told to stop, an observer may be let go, ask for the stop again, and
-// release and intern: it hears no more of any of that.
-TEST_P(DedupHashTableTest, ObserverHearsNothingAfterItIsToldToStop) {
+// While an observer is told to stop, it may ask for the stop again, release and intern members, and
+// give up its last reference. It is notified of none of that.
+TEST_P(DedupHashTableTest, ObserverIsNotifiedOfNothingAfterItIsToldToStop) {
   Observer::Ptr observer = observe(table_);
   Observer* const raw = observer.ptr();
   Number::Ptr one = intern(table_, 1);
@@ -248,9 +247,9 @@ TEST_P(DedupHashTableTest, ObserverHearsNothingAfterItIsToldToStop) {
   EXPECT_EQ(0U, table_->size());
 }
 
-// An observer that has had enough, or is replaced, while it hears of those who are
-// there already.
-TEST_P(DedupHashTableTest, ObserverThatEndsWhileItBeginsHearsNoMore) {
+// An observer that is unregistered, or replaced by another one, in the first notice of its own
+// registration.
+TEST_P(DedupHashTableTest, RegistrationThatAHandlerEndsIsNotContinued) {
   std::vector<Number::Ptr> held;
   for (U32 i = 0; i < 5; ++i) held.push_back(intern(table_, i));
   const Observer::Ptr other(new Observer);
@@ -271,10 +270,10 @@ TEST_P(DedupHashTableTest, ObserverThatEndsWhileItBeginsHearsNoMore) {
 TEST_P(DedupHashTableTest, ObserverMayInternAndReleaseInItsHandlers) {
   const Observer::Ptr observer = observe(table_);
   std::vector<Number::Ptr> kept;
-  // Each of the first values brings another one, which is dropped when it goes.
+  // The insertion of a value below 100 interns another value, which the removal releases.
   observer->onInsert = [&](U32 number) {
     if (number < 100) kept.push_back(intern(table_, number + 100));
-    intern(table_, 1000);  // comes and goes within the handler
+    intern(table_, 1000);  // inserted and removed within the handler
   };
   observer->onRemove = [&](U32 number) {
     if (number < 100) kept.clear();
@@ -298,7 +297,7 @@ TEST_P(DedupHashTableTest, ValueInternedAgainDuringItsRemovalIsANewObject) {
   observer->onRemove = nullptr;
 }
 
-TEST_P(DedupHashTableTest, InsertionThatTheObserverRefusesIsTakenBack) {
+TEST_P(DedupHashTableTest, InsertionThatTheObserverRefusesIsUndone) {
   const Observer::Ptr observer = observe(table_);
   observer->throwOnInsert = true;
   const Number::Ptr handle = Number::make(4);
@@ -309,7 +308,7 @@ TEST_P(DedupHashTableTest, InsertionThatTheObserverRefusesIsTakenBack) {
   EXPECT_EQ(handle, table_->dedup(handle));
 }
 
-TEST_P(DedupHashTableTest, NotifierReferenceRaisesTheThreshold) {
+TEST_P(DedupHashTableTest, NotifierReferenceRaisesTheIdleCount) {
   Number::Ptr user = intern(table_, 3);
   Number::Ptr notifier = user;
   user->haveLifeTimeNotifierIs(true);
@@ -318,7 +317,7 @@ TEST_P(DedupHashTableTest, NotifierReferenceRaisesTheThreshold) {
   EXPECT_EQ(1U, notifier->references());
   notifier->haveLifeTimeNotifierIs(false);
 
-  // Cleared while users remain: the release that then reaches the table's own counts.
+  // If the flag is cleared while users remain, the idle count is 1 again.
   Number::Ptr other = intern(table_, 3);
   Number::Ptr second = other;
   other->haveLifeTimeNotifierIs(true);
@@ -358,6 +357,7 @@ TEST_P(DedupHashTableTest, DumpsItsSize) {
   EXPECT_EQ("DedupHashTable members #1;\n   DedupHashTable members #1;\n", out.str());
 }
 
+// More tables than numbers: freed numbers are used again, and the search skips those in use.
 TEST(DedupHashTable, MembersFindTheirTableAmongAnyNumberOfOthers) {
   const auto first = newTable();
   const Number::Ptr member = intern(first, 1);

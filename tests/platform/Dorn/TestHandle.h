@@ -1,5 +1,5 @@
-// An interned type for tests of the protocol: a number, with a hash of the
-// test's choice, that counts how many are alive.
+// An interned type for tests of the protocol: a number, whose hash a test can choose. Counts the
+// objects that exist.
 #ifndef TESTS_PLATFORM_DORN_TESTHANDLE_H
 #define TESTS_PLATFORM_DORN_TESTHANDLE_H
 
@@ -12,19 +12,23 @@
 
 namespace DornTest {
 
+// The content record of a Number.
 struct NumberContent : Dorn::DedupContentHandle {
   explicit NumberContent(U32 n) : number(n) {}
   U32 number;
 };
 
+// Makes the protected operations of a handle public, so that tests can reach every state.
 class Number : public Dorn::DedupHandle {
   KIV_OBJECT(Number)
 
  public:
+  // The objects that exist.
   static inline std::atomic<int> alive{0};
-  // Values share a hash if they are equal modulo this; 0 for a good hash.
+  // Numbers share a hash if they are equal modulo this; 0 selects a good hash.
   static inline U32 hashModulus = 0;
 
+  // A private handle.
   static Ptr make(U32 number) { return Ptr(new Number(number)); }
   static U32 hashOf(U32 number) {
     return hashModulus == 0 ? Kiv::hashSingleAttr(0, number) : number % hashModulus;
@@ -41,12 +45,12 @@ class Number : public Dorn::DedupHandle {
   using Dorn::DedupHandle::dedupStateIs;
   using Dorn::DedupHandle::notableIs;
 
-  // What a holder of the value brings along to be dropped with it.
+  // Called by the destructor. A test can also store references in it that die with the number.
   std::function<void()> onDestroy;
 
  protected:
   explicit Number(U32 number) : number_(number) { ++alive; }
-  // Whoever still reads it finds another number.
+  // Changes the number, so that a test notices a read after destruction.
   ~Number() override {
     --alive;
     number_ = ~number_;
@@ -57,9 +61,11 @@ class Number : public Dorn::DedupHandle {
   U32 number_;
 };
 
+// Interns a new handle, without a lookup before.
 inline Number::Ptr intern(const Dorn::DedupHashTable::Ptr& table, U32 number) {
   return Kiv::staticPtrCast<Number>(table->dedup(Number::make(number)));
 }
+// The member, or null.
 inline Number::Ptr find(const Dorn::DedupHashTable::Ptr& table, U32 number) {
   return Kiv::staticPtrCast<Number>(
       table->lookupByContent(NumberContent(number), Number::hashOf(number)));
@@ -68,7 +74,7 @@ inline Dorn::DedupHashTable::Ptr newTable(bool threadSafe = false) {
   return Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(threadSafe);
 }
 
-// Switches thread-safe pointers on while it lives.
+// Switches thread-safe pointers on for its lifetime.
 class ThreadSafePointers {
  public:
   ThreadSafePointers() { Kiv::VFPtrInterface::threadSafePointers = true; }
