@@ -1,8 +1,11 @@
 """Pretty-printers for gdb: counted pointers, values and lists of communities.
 
-gdb loads this file with libOvPlatform, beside which it is installed; or by hand:
-source gdb/printers.py.  Nothing here calls functions of the program, so values of
-a core file print as well.
+gdb loads this file together with libOvPlatform, because it is installed beside that
+library. To load it by hand: source gdb/printers.py.
+
+The printers read memory only and call no function of the program, so they also work on
+core files and in a program whose heap is damaged. They know the layout of our classes
+by the names of the members: if a member is renamed, gdb/test fails.
 """
 
 import re
@@ -13,11 +16,15 @@ import gdb.types
 
 
 def octets(number, count):
+    """NUMBER in hexadecimal with COUNT octets; negative numbers in two's complement."""
     return f"0x{int(number) & (1 << 8 * count) - 1:0{2 * count}x}"
 
 
 def base(value, name):
-    """VALUE as its base class whose name, without template arguments, is NAME."""
+    """VALUE as its base class NAME (without template arguments), or None if it has none.
+
+    Searches depth first, also through bases of bases.
+    """
     kind = gdb.types.get_basic_type(value.type)
     if re.fullmatch(f"{name}(<.*>)?", kind.name or ""):
         return value
@@ -30,7 +37,10 @@ def base(value, name):
 
 
 def dynamic(value):
-    """VALUE as an object of the class that it was made as, if gdb can tell."""
+    """VALUE as an object of its dynamic class, or VALUE itself if gdb cannot tell.
+
+    gdb finds the dynamic class by the vtable, which may be unreadable in a core file.
+    """
     try:
         return value.cast(value.dynamic_type)
     except (gdb.error, RuntimeError):
@@ -38,11 +48,15 @@ def dynamic(value):
 
 
 def class_name(value):
+    """The name of VALUE's dynamic class, without its namespaces."""
     return str(dynamic(value).type.unqualified()).rpartition("::")[2]
 
 
 def references(value):
-    """References to a shared object, without the flags beside the count."""
+    """The reference count of a counted object, without the flags in the same word.
+
+    The mask is that of Kiv/PtrInterface.h.
+    """
     word = base(value, "Kiv::VFPtrInterface")["word_"]
     atomic = base(word, "std::atomic")
     word = base(atomic, "std::__atomic_base")["_M_i"]
@@ -50,19 +64,19 @@ def references(value):
 
 
 def size(vector):
-    """How many elements a KivStash::Vector has."""
+    """Number of elements of a KivStash::Vector; the top bit of size_ is a flag."""
     return int(vector["size_"]) & 0x7FFFFFFF
 
 
 def in_place(vector):
-    """Whether they stand behind the count, in the object that has the vector."""
+    """Whether the elements follow the count inside the object (KivStash/Vector.h)."""
     return int(vector["size_"]) != size(vector)
 
 
 def elements(vector):
-    """The elements of a KivStash::Vector, for children()."""
+    """Yields name and value of each element of a KivStash::Vector, for children()."""
     data = vector["elements_"]
-    if in_place(vector):  # behind the count
+    if in_place(vector):  # the elements follow the count, as their alignment allows
         offset = max(vector["size_"].type.sizeof, data.type.target().alignof)
         data = gdb.Value(int(vector.address) + offset).cast(data.type)
     for index in range(size(vector)):
@@ -70,13 +84,15 @@ def elements(vector):
 
 
 class Vector:
+    """A KivStash::Vector: its size, its spare capacity, and its elements."""
+
     def __init__(self, value):
         self.value = value
 
     def to_string(self):
         count = size(self.value)
         capacity = int(self.value["capacity_"])
-        if in_place(self.value) or capacity == 0xFFFFFFFF:  # in memory of the array's object
+        if in_place(self.value) or capacity == 0xFFFFFFFF:  # no capacity of its own
             capacity = count
         spare = f", room for {capacity}" if capacity != count else ""
         return f"{count} element{'s' * (count != 1)}{spare}"
@@ -89,6 +105,8 @@ class Vector:
 
 
 class Pointer:
+    """A Kiv::Ptr: the dynamic class, address and reference count of its object."""
+
     def __init__(self, value):
         self.object = value["object_"]
 
@@ -98,7 +116,7 @@ class Pointer:
         target = dynamic(self.object.dereference())
         try:
             count = references(target)
-        except gdb.error as problem:  # what it points to is no object, or not readable
+        except gdb.error as problem:  # the memory is unreadable, or has no counted object
             return f"({self.object.type}) {int(self.object):#x}: {problem}"
         held = f"{count} reference{'s' * (count != 1)}"
         return f"({target.type} *) {int(self.object):#x}, {held}"
@@ -109,6 +127,8 @@ class Pointer:
 
 
 class Content:
+    """The content of an extended community, as 16 digits."""
+
     def __init__(self, value):
         self.value = value
 
@@ -117,16 +137,20 @@ class Content:
 
 
 class Ip6Content:
+    """The content of an IPv6 extended community, as 40 digits."""
+
     def __init__(self, value):
         self.value = value
 
     def to_string(self):
-        # The object is the octets, but for the local part's byte order.
+        # The first 18 octets are as on the wire; the local part is in host byte order.
         memory = gdb.selected_inferior().read_memory(self.value.address, 18).tobytes()
         return "0x" + memory.hex() + f"{int(self.value['localAdmin_']):04x}"
 
 
 class Community:
+    """An extended community: class, content and classification."""
+
     def __init__(self, value):
         self.value = value
 
@@ -138,12 +162,17 @@ class Community:
 
 
 class Ip6Community:
+    """An IPv6 extended community: class and content."""
+
     def __init__(self, value):
         self.value = value
 
     def to_string(self):
         kind = class_name(self.value)
         return f"{kind} {Ip6Content(self.value['extCommIp6Content_']).to_string()}"
+
+
+# The next four functions give the text of one member of a list, by the kind of list.
 
 
 def standard_text(member):
@@ -163,7 +192,7 @@ def ip6_text(member):
 
 
 class CommunityList:
-    """A list: how many members, and what they are."""
+    """A community list: the number of its members, and the members by TEXT."""
 
     def __init__(self, value, text):
         self.value = value
@@ -182,6 +211,7 @@ class CommunityList:
 
 
 def listing(text):
+    """A printer for lists whose members are shown by TEXT."""
     return lambda value: CommunityList(value, text)
 
 
@@ -196,7 +226,10 @@ LISTS = [
 
 
 class Printers(gdb.printing.PrettyPrinter):
-    """By the name of the class; typed communities by their base."""
+    """Selects the printer: by the class's name, and for typed communities by a base class.
+
+    Users of the library may derive further communities, in namespaces of their own.
+    """
 
     def __init__(self):
         super().__init__("OvBgpCommunity")
@@ -214,7 +247,7 @@ class Printers(gdb.printing.PrettyPrinter):
             return None
         if name in self.by_name:
             return self.by_name[name](value)
-        # Derived classes have other names, in any namespace: ask only what has bases.
+        # A derived class may have any name, so its bases decide. Most types have none.
         if not kind.fields() or not kind.fields()[0].is_base_class:
             return None
         for ancestor, printer in self.by_base.items():
@@ -223,5 +256,6 @@ class Printers(gdb.printing.PrettyPrinter):
         return None
 
 
-# For values of every program: those of its own, inlined code come from itself.
+# Registered for all programs, not for one library: types from inlined code belong to the
+# program that was compiled with it.
 gdb.printing.register_pretty_printer(None, Printers(), replace=True)

@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
-"""Checks what gdb prints, with printers that loaded by themselves.
+"""Checks what gdb prints, with pretty-printers that gdb has loaded by itself.
 
-usage: check.py PROGRAM FOLDER; PROGRAM is made of shown.cpp, and FOLDER is where
-the library is installed, which gdb is told to trust.
+usage: check.py PROGRAM FOLDER
+
+PROGRAM is built from shown.cpp. FOLDER is where the library is installed; gdb loads
+printers only from folders that it is configured to trust, so the check adds FOLDER.
 """
 
 import re
 import subprocess
 import sys
 
-# What is printed, and what must be in it.
+# An expression, and a pattern that gdb's text for it must match.
 EXPECTED = [
     ("content", r"= 0x030b000000000007$"),
     ("*value.object_", r"ExtCommColor 0x030b000000000007 \(extCommClassificationColor\)"),

@@ -1,4 +1,7 @@
-// The base of interned types that may also be kept in a shared-memory store.
+// The base class of interned types that can also be kept in a shared-memory store.
+//
+// The name is that of Dorn/DedupHandle.h on purpose: an interned type derives from the DedupHandle
+// of the highest layer that it uses.
 #ifndef KIVSTASH_DEDUPHANDLE_H
 #define KIVSTASH_DEDUPHANDLE_H
 
@@ -8,8 +11,10 @@
 
 namespace KivStash {
 
+// Adds nothing to Dorn::DedupHandle; it marks the types whose objects a store can contain.
 class OV_EXPORT DedupHandle : public Dorn::DedupHandle {
  protected:
+  // Only derived classes are constructed; the object is not yet in a table.
   DedupHandle() noexcept = default;
 };
 

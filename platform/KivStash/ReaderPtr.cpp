@@ -20,10 +20,13 @@ PavoAnchorTranslatorValidator::PavoAnchorTranslatorValidator(const void* stored,
   checkKind(kind);
 }
 
-// A change takes the writer some nanoseconds, so hardly ever more than one look;
-// more only if the writer was taken off its processor meanwhile.  Few times is the
-// processor given up for it: on a busy machine each may take milliseconds, and a
-// store may be full of images that a dead writer, or a hostile one, left odd.
+// Returns the anchor once it is even, i.e. when the writer is not changing the image.
+//
+// A change takes some nanoseconds, so the first load nearly always suffices. An anchor stays odd
+// for longer only if the writer was descheduled or died in the middle of a change. Hence 100 quick
+// attempts, then a few with sched_yield. On a busy machine each yield can take milliseconds, and a
+// dead or hostile writer may have left many images odd; so only one yield is made per image once
+// waiting was in vain several times (StoreManager::worthWaiting).
 U32 PavoAnchorTranslatorValidator::stillAnchor() const {
   constexpr int quickLooks = 100;
   const int looks = quickLooks + (manager_->worthWaiting() ? 16 : 1);
@@ -42,6 +45,8 @@ U32 PavoAnchorTranslatorValidator::stillAnchor() const {
   throw Stash::VersionAnchorException(text.str());
 }
 
+// The kind is validated before it is judged: a kind read during a change must end in
+// VersionAnchorException, which asks the caller to try again, not in WrongKindException.
 void PavoAnchorTranslatorValidator::checkKind(ImageKind kind) const {
   const ImageKind isKind = Stash::sharedLoad(image_->kind);
   validateVersionAnchor();
@@ -67,6 +72,7 @@ void PavoAnchorTranslatorValidator::failChanged() const {
   throw Stash::VersionAnchorException(text.str());
 }
 
+// The known length is compared first, without a system call; the store may have grown since.
 void PavoAnchorTranslatorValidator::checkCount(U32 count, U32 size) const {
   const U64 octets = U64{count} * size;
   if (octets <= 0xFFFFFFFF && (octets <= store().length() || octets <= store().lengthNow())) return;

@@ -1,20 +1,31 @@
-// Reading images that another process may be changing.
+// Readers of images that another process may be changing: a sequence lock, seen from its reader.
+//
+// Each image has a version anchor, which is the sequence number of a sequence lock. A reader notes
+// the even anchor, copies the fields, and compares the anchor again: if it is unchanged, the copy
+// is consistent. The reader writes nothing, so it needs only read access to the store, takes no
+// lock and never delays the writer. On a change the reader raises VersionAnchorException, and the
+// caller starts again with a new reader.
+//
+// ReaderPtr has two specialisations: a reader of one image (for a type T with a storedKind<T>), and
+// a reader of the elements of one list (for an element type), which the first one returns.
 //
 //   template <>
-//   inline constexpr Stash::ImageKind KivStash::storedKind<CommList> = standardList;
+//   inline constexpr Stash::ImageKind KivStash::storedKind<MyList> =
+//       Stash::ImageKind::standardList;
 //
-//   KivStash::ReaderPtr<CommList, KivStash::PavoAnchorTranslatorValidator> list(stored, manager);
+//   KivStash::ReaderPtr<MyList, KivStash::PavoAnchorTranslatorValidator> list(stored, manager);
 //   const bool sorted = list.sorted();
 //   const auto elements = list.elements<U32>();
 //   std::vector<U32> comms(elements.count());
 //   elements.copyTo(comms);
 //
-// Whatever a reader returns has been validated: it was in the store, all at one
-// time, and it is no larger than the store.  It need not make sense beyond that:
-// anyone may have written the store, so a classification, say, must be checked to
-// be one.  A list whose elements are addresses of values is rebuilt by reading each
-// value with a reader of its own, and validating the list once more after the last:
-// a value can only have been replaced if the list was changed before.
+// Everything that a reader returns has been validated: it was in the store, all of it at one time,
+// and it is not larger than the store. The content need not be sensible, because anyone may have
+// written the store. A classification, for example, may be any number and must be checked.
+//
+// The elements of a list of values are addresses of values. Read each value with a reader of its
+// own, and validate the list once more after the last value. This last validation covers all
+// values, because the writer changes the list before it frees a value of the list.
 #ifndef KIVSTASH_READERPTR_H
 #define KIVSTASH_READERPTR_H
 
@@ -30,41 +41,49 @@
 
 namespace KivStash {
 
-// The kind of T's images.  Specialised beside each type that can be in a store.
+// The kind of T's images; none if T has no images. Specialise it beside each type that can be in a
+// store.
 template <class T>
 inline constexpr Stash::ImageKind storedKind = Stash::ImageKind::none;
+// A type that has images in stores.
 template <class T>
 concept Storable = (storedKind<T> != Stash::ImageKind::none);
-// What lists are made of: plain octets.
+// A type of list elements or of a value's content: plain octets that can be copied.
 template <class T>
 concept StoredElement = !Storable<T> && std::is_trivially_copyable_v<T>;
 
-// Finds an image, notes its version, and says whether that is still the one.
+// Finds an image, notes its version anchor, and later tells whether the image is still the same
+// version. Owns a reference to the manager, so the store stays mapped. One thread.
 //
-// Made while the writer is changing the image, it waits for a short time (bounded
-// by a number of looks, so that a writer that died is not waited for).
+// If the writer is changing the image during construction, the constructor waits. The wait is
+// bounded by a number of attempts, because the writer may have died in the middle of the change.
 class OV_EXPORT PavoAnchorTranslatorValidator {
  public:
-  // Raises VersionAnchorException if the image stays in change, ImageNotFoundException
-  // if it is gone, WrongKindException if it is another's, and what
-  // StoreBase::translate raises.
+  // `stored` is the writer's address of the image, for example StoredRef::stored. Raises
+  // VersionAnchorException if the image is still being changed after the wait,
+  // ImageNotFoundException if it was removed, WrongKindException if it has another kind, and the
+  // exceptions of StoreBase::translate.
   PavoAnchorTranslatorValidator(const void* stored, StoreManager* manager, Stash::ImageKind kind);
 
+  // The store that contains the image.
   const Stash::StoreBase& store() const noexcept { return manager_->store(); }
+  // The record of the image, in shared memory. Read its fields with Stash::sharedLoad, and validate
+  // afterwards.
   const Stash::StoredImage& image() const noexcept { return *image_; }
 
-  // Raises VersionAnchorException unless all that was read from the image, and from
-  // its elements, belongs together; InvalidStoreException if the store is gone.
+  // Returns if everything read so far, from the image and from its elements, is of one version.
+  // Raises VersionAnchorException otherwise, and InvalidStoreException if the store's file was
+  // shortened. Costs two loads.
   void validateVersionAnchor() const {
     store().check();
     if (Stash::sharedLoad(image_->anchor) != anchor_) [[unlikely]]
       failChanged();
   }
 
-  // Raises CountException if the store could not hold `count` elements of `size`
-  // octets, or no list can.
+  // Raises CountException if `count` elements of `size` octets are more than the store has, or more
+  // than 4 GiB. Call it before memory is allocated for the elements.
   void checkCount(U32 count, U32 size) const;
-  // Raises VersionAnchorException.
+  // Raises VersionAnchorException with a text that names the image.
   [[noreturn]] void failChanged() const;
 
  private:
@@ -72,21 +91,25 @@ class OV_EXPORT PavoAnchorTranslatorValidator {
   void checkKind(Stash::ImageKind kind) const;
 
   const StoreManager::Ptr manager_;
-  const void* const stored_;
+  const void* const stored_;  // the writer's address of the image, for messages
   const Stash::StoredImage* const image_;
   const U32 anchor_;
 };
 
+// A reader; specialised below for images and for elements of lists. `Validator` is
+// PavoAnchorTranslatorValidator.
 template <class T, class Validator>
 class ReaderPtr;
 
-// The elements of one list.  Holds no reference: use it while the list's reader
-// lives.
+// Reads the elements of one list. Owns nothing: use it only while the list's reader exists. One
+// thread.
 template <StoredElement T, class Validator>
 class ReaderPtr<T, Validator> {
  public:
-  // `count` elements that the writer has at `stored`, and that belong to the image of
-  // `of`.  Raises CountException and what StoreBase::translate raises.
+  // `count` elements, which the writer has at `stored` and which belong to the image of `of`.
+  // Raises CountException, and the exceptions of StoreBase::translate. The range is checked in
+  // whole words, because elements are copied word by word; the writer's pieces have whole words,
+  // too.
   ReaderPtr(const void* stored, U32 count, const Validator& of) : of_(of), count_(count) {
     using Stash::Word;
     of.checkCount(count, sizeof(T));
@@ -96,46 +119,56 @@ class ReaderPtr<T, Validator> {
         static_cast<const Word*>(of.store().translate(stored, words * sizeof(Word), alignof(Word)));
   }
 
+  // Number of elements; copyTo needs as much room.
   U32 count() const noexcept { return count_; }
 
-  // Copies all elements in one block, then validates; what is in `to` after an
-  // exception means nothing.  Raises VersionAnchorException, also if `to` is not
-  // for count() elements.
+  // Copies all elements, then validates. After an exception the content of `to` is without meaning.
+  // Raises VersionAnchorException if the list was changed, and also if `to` has not exactly count()
+  // elements; and InvalidStoreException if the store's file was shortened.
   void copyTo(std::span<T> to) const {
     if (to.size() != count_) of_.failChanged();
     Stash::sharedCopyOut(to.data(), from_, to.size_bytes());
     validateVersionAnchor();
   }
 
+  // As PavoAnchorTranslatorValidator::validateVersionAnchor, for the list's image.
   void validateVersionAnchor() const { of_.validateVersionAnchor(); }
 
  private:
   const Validator& of_;
   const U32 count_;
-  const Stash::Word* from_ = nullptr;
+  const Stash::Word* from_ = nullptr;  // in this process; null without elements
 };
 
-// One image.  One thread; keeps the store mapped.
+// Reads one image. Every member function validates before it returns, so it raises
+// VersionAnchorException if the image was changed since construction, and InvalidStoreException if
+// the store's file was shortened. One thread. Keeps the store mapped.
 template <Storable T, class Validator>
 class ReaderPtr<T, Validator> {
  public:
+  // The properties of T's kind of image.
   static constexpr const Stash::ImageKindRow& row = imageKindRow(storedKind<T>);
 
-  // As the validator's constructor.
+  // Finds the image that the writer has at `stored`. Raises the exceptions of Validator's
+  // constructor.
   ReaderPtr(const void* stored, StoreManager* manager)
       : validator_(stored, manager, storedKind<T>) {}
 
-  // Whether the writer says that the elements are in order, each once.
+  // Whether the writer declared the elements to be in ascending order without duplicates. The store
+  // does not guarantee it: check it if the writer is not trusted.
   bool sorted() const requires(row.isList) { return read(validator_.image().detail) != 0; }
 
-  // Elements; what they take is no more than the store has.  Raises CountException.
+  // Number of elements of a list. Their size never exceeds the size of the store. Raises
+  // CountException for a larger number.
   U32 count() const requires(row.isList) {
     const U32 count = read(validator_.image().count);
     validator_.checkCount(count, row.size);
     return count;
   }
 
-  // Checked to lie within the store; for lists of values, E is const void*.
+  // Returns a reader of the elements; they lie within the store. For lists of values, E is
+  // const void*: each element is the writer's address of a value. Raises CountException, and the
+  // exceptions of StoreBase::translate.
   template <StoredElement E>
   ReaderPtr<E, Validator> elements() const requires(row.isList && sizeof(E) == row.size) {
     const U32 count = Stash::sharedLoad(validator_.image().count);
@@ -144,9 +177,10 @@ class ReaderPtr<T, Validator> {
     return {reinterpret_cast<const void*>(first), count, validator_};
   }
 
-  // As written; any number.
+  // The classification of a value, as the writer stored it. May be any number.
   U32 classification() const requires(!row.isList) { return read(validator_.image().detail); }
 
+  // The octets of a value, copied into a C, in the writer's representation of it.
   template <StoredElement C>
   C content() const requires(!row.isList && sizeof(C) == row.size) {
     C content;
@@ -155,6 +189,8 @@ class ReaderPtr<T, Validator> {
     return content;
   }
 
+  // Raises VersionAnchorException if the image was changed since construction. For a list of
+  // values: call it after the last value was read.
   void validateVersionAnchor() const { validator_.validateVersionAnchor(); }
 
  private:

@@ -22,6 +22,8 @@ StoreCursor::StoreCursor(StoreManager::Ptr manager) : manager_(std::move(manager
   blockIs(manager_->store().storedAddress(Stash::firstDirectoryBlock));
 }
 
+// Continues the walk at the block that the writer has at `stored`. stored_ is null until
+// translate() has succeeded, so an exception ends the walk instead of reading the old block again.
 void StoreCursor::blockIs(const void* stored) {
   stored_ = nullptr;
   index_ = 0;
@@ -31,8 +33,10 @@ void StoreCursor::blockIs(const void* stored) {
   stored_ = stored;
 }
 
-// Each block starts behind the one before it, or a faulty store could send the
-// reader round for ever.
+// Continues at the next block; returns false after the last block. Each block must start behind the
+// end of the one before, otherwise a damaged store could make the walk endless. stored_ is cleared
+// first, so an exception ends the walk. Offsets are compared instead of addresses, because the
+// writer's base may be any number and addresses may wrap.
 bool StoreCursor::blockNext() {
   const void* const next = reinterpret_cast<const void*>(Stash::sharedLoad(block_->next));
   const Word block = reinterpret_cast<Word>(std::exchange(stored_, nullptr));
@@ -47,6 +51,8 @@ bool StoreCursor::blockNext() {
   return true;
 }
 
+// index_ advances before anything can throw, so the next call continues behind a faulty record. The
+// kind is read without validation: the reader of the image checks it again.
 std::optional<StoredRef> StoreCursor::next() {
   while (stored_) {
     if (index_ == DirectoryBlock::imageCount && !blockNext()) break;
@@ -54,7 +60,7 @@ std::optional<StoredRef> StoreCursor::next() {
     const std::size_t offset = offsetof(DirectoryBlock, images) + index_++ * sizeof(StoredImage);
     const ImageKind kind = Stash::sharedLoad(image.kind);
     if (kind == ImageKind::none) continue;
-    // As a number: the writer's addresses may be any, and wrap.
+    // Computed as a number: the writer's addresses may be any and wrap, and a pointer must not.
     const auto* const stored =
         reinterpret_cast<const void*>(reinterpret_cast<Word>(stored_) + offset);
     if (!isImageKind(kind)) {

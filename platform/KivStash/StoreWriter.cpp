@@ -23,6 +23,7 @@ using Stash::Word;
 
 namespace {
 
+// The maximum rounded down to whole units; raises Kiv::RangeException outside the limits.
 std::size_t checkedMaximum(std::size_t maximum) {
   if (maximum < Stash::storeLengthMin || maximum > Stash::storeMaximumLimit) {
     throw Kiv::RangeException("a store of at most " + std::to_string(maximum) +
@@ -32,6 +33,7 @@ std::size_t checkedMaximum(std::size_t maximum) {
   return maximum / storeUnit * storeUnit;
 }
 
+// The row of `kind`; raises WrongKindException if the kind is unknown, or is not made of these.
 const ImageKindRow& checkedRow(ImageKind kind, bool isList, ImageKind values) {
   if (kind != ImageKind::none && isImageKind(kind)) {
     const ImageKindRow& row = imageKindRow(kind);
@@ -48,12 +50,16 @@ void checkSize(const ImageKindRow& row, std::size_t size) {
                                   std::to_string(size));
 }
 
+// reserve() with geometric growth; plain reserve() may allocate exactly, and then every block of
+// records would copy all entries.
 template <class T>
 void reserveMore(std::vector<T>& elements, std::size_t size) {
   if (elements.capacity() < size) elements.reserve(std::max(size, elements.capacity() * 2));
 }
 
-// While it lives, readers are told to keep off the record.
+// The writer's half of the sequence lock: the record's anchor is odd while this object exists. Both
+// stores have release order, so a reader that sees a field of the change also sees the odd anchor.
+// The anchor is kept in the writer's memory and never read back, so nobody can set it back.
 class Change {
  public:
   Change(StoredImage& record, U32& anchor) noexcept : record_(record), anchor_(anchor) {
@@ -76,6 +82,8 @@ StoreWriter::StoreWriter(const Stash::StoreName& name, StoreSize size, mode_t mo
   try {
     mapping_ = std::make_shared<Stash::Mapping>(std::move(file), maximum_,
                                                 Stash::Mapping::Access::readWrite);
+    // New pages are zeros, so only the other fields of the header need to be written. The magic is
+    // last: until it is there, no reader accepts the store.
     lengthIs(std::clamp(size.initial, Stash::storeLengthMin, maximum_));
     StoreHeader& made = header();
     made.byteOrder = Stash::storeByteOrder;
@@ -91,7 +99,7 @@ StoreWriter::StoreWriter(const Stash::StoreName& name, StoreSize size, mode_t mo
     try {
       name_.unlink();
     } catch (const Stash::StoreAccessException&) {
-      // Somebody else has removed it.
+      // Somebody else has removed the name. The first exception is the one to report.
     }
     throw;
   }
@@ -136,21 +144,25 @@ ImageId StoreWriter::listPut(ImageKind kind, bool sorted, std::span<const std::b
   }
 }
 
-// The new elements are whole before the list leads to them, and the old ones stay
-// as they are until it no longer does: the anchor is odd for some stores only.
+// The new elements are complete in a block of their own before the record refers to them, and the
+// old elements stay intact until the record no longer does. So the anchor is odd only for the few
+// stores to the record, however long the list is.
 void StoreWriter::listReplace(Entry& list, bool sorted, std::span<const std::byte> elements,
                               std::vector<ImageId> values) {
   mapping_->check();
   listIs(list, sorted, elements.size(), blockTake(elements), std::move(values));
 }
 
-// Releases last what readers can still be led to by the list as it was: who finds
-// that used for something else will also find the list's anchor changed.
+// Writes the record of a new or replaced list, then frees what the old version used.
+//
+// The old elements and values are freed last, because a reader may still follow their old address.
+// If the block is reused meanwhile, the reader's validation fails, since the list's anchor has
+// changed before. New values are counted first, so a value in both versions is never freed.
 void StoreWriter::listIs(Entry& list, bool sorted, std::size_t octets, const Block& block,
                          std::vector<ImageId> values) noexcept {
   const std::size_t count = octets / imageKindRow(list.kind).size;
   for (const ImageId value : values) ++entry(value).referred;
-  {
+  {  // scope of the odd anchor
     const Change change(*list.record, list.anchor);
     Stash::sharedStore(list.record->kind, list.kind);
     Stash::sharedStore(list.record->detail, U32{sorted});
@@ -167,6 +179,9 @@ void StoreWriter::listIs(Entry& list, bool sorted, std::size_t octets, const Blo
   countsAre();
 }
 
+// The elements of a list of values: the addresses of their records. Raises WrongKindException if
+// `kind` is no list of values or a value has another kind, ImageNotFoundException if the caller
+// does not own a value. Both calls of checkedRow only raise: their conditions cannot hold.
 std::vector<const void*> StoreWriter::addresses(ImageKind kind,
                                                 std::span<const ImageId> values) const {
   const ImageKind valueKind = isImageKind(kind) ? imageKindRow(kind).values : ImageKind::none;
@@ -181,6 +196,8 @@ std::vector<const void*> StoreWriter::addresses(ImageKind kind,
   return elements;
 }
 
+// A value that exists already is only counted. A new value takes a record, and values_ is unchanged
+// if there is none.
 ImageId StoreWriter::putContent(ImageKind kind, U32 classification,
                                 std::span<const std::byte> content) {
   checkSize(checkedRow(kind, false, ImageKind::none), content.size());
@@ -216,14 +233,15 @@ void StoreWriter::remove(ImageId id) {
   countsAre();
 }
 
-// Ends an image that nobody holds.
+// Removes an image if neither the caller nor a list refers to it. Recurses once at most, because
+// the values of a list are no lists.
 void StoreWriter::drop(ImageId id) noexcept {
   Entry& left = entry(id);
   if (left.held != 0 || left.referred != 0) return;
   if (!imageKindRow(left.kind).isList) values_.erase(left.value);
   left.kind = ImageKind::none;
   --images_;
-  freeRecords_.push_back(id);  // has room for all
+  freeRecords_.push_back(id);  // cannot fail: directoryAdd has reserved room for all ids
   {
     const Change change(*left.record, left.anchor);
     Stash::sharedStore(left.record->kind, ImageKind::none);
@@ -247,7 +265,8 @@ const StoreWriter::Entry& StoreWriter::heldEntry(ImageId id) const {
 
 const void* StoreWriter::storedAddress(ImageId id) const { return heldEntry(id).record; }
 
-// A record that readers still take for none.
+// Takes a free record, which the caller owns from now on. Readers still see kind none, until the
+// record is written.
 ImageId StoreWriter::recordTake(ImageKind kind) {
   if (freeRecords_.empty()) directoryAdd();
   const ImageId id = freeRecords_.back();
@@ -258,7 +277,9 @@ ImageId StoreWriter::recordTake(ImageKind kind) {
   return id;
 }
 
-// Behind all else, so that addresses ascend.  The octets may have been elements.
+// Adds a directory block, behind everything in use, because the addresses of blocks must ascend.
+// Its octets may have been elements of an old list, so they are cleared before the last block
+// refers to the new one. The vectors are reserved before the space is taken: nothing throws later.
 void StoreWriter::directoryAdd() {
   const std::size_t known = entries_.size();
   reserveMore(entries_, known + DirectoryBlock::imageCount);
@@ -270,6 +291,7 @@ void StoreWriter::directoryAdd() {
   }
   auto* const block = reinterpret_cast<DirectoryBlock*>(words(offset));
   for (StoredImage& record : block->images) entries_.emplace_back().record = &record;
+  // Backwards, so that the lowest record is taken first.
   for (std::size_t id = entries_.size(); id-- > known;) {
     freeRecords_.push_back(static_cast<ImageId>(id));
   }
@@ -277,6 +299,7 @@ void StoreWriter::directoryAdd() {
   lastNext_ = &block->next;
 }
 
+// Copies the elements into a new block, which no record refers to yet.
 StoreWriter::Block StoreWriter::blockTake(std::span<const std::byte> elements) {
   if (elements.empty()) return {};
   if (elements.size() > 0xFFFFFFFF) {
@@ -293,7 +316,9 @@ void StoreWriter::blockRelease(const Block& block) noexcept {
   if (block.size != 0) space_.release(block.offset, block.size);
 }
 
-// What was taken, with the file behind it.
+// Makes the file long enough for a piece just taken from space_, and returns its offset; `offset`
+// is empty if there was no room. On failure the piece is released. The file at least doubles, so
+// the number of system calls is logarithmic.
 std::size_t StoreWriter::provided(std::optional<std::size_t> offset, std::size_t size) {
   if (!offset) {
     throw Stash::StoreFullException("store " + name_.text() + " is full: " + std::to_string(size) +
@@ -311,8 +336,8 @@ std::size_t StoreWriter::provided(std::optional<std::size_t> offset, std::size_t
   return *offset;
 }
 
-// Has the system provide for the octets now: writing to memory that it only
-// promised could end the process.
+// Extends the file. posix_fallocate makes the system provide the memory now; with ftruncate a later
+// write could find no memory left, and end the process with SIGBUS.
 void StoreWriter::lengthIs(std::size_t length) {
   int error = 0;
   do {
@@ -327,6 +352,7 @@ void StoreWriter::lengthIs(std::size_t length) {
   Stash::sharedStore(header().length, Word{length});
 }
 
+// Updates the counts in the header, which are for people to look at; they have no anchor.
 void StoreWriter::countsAre() noexcept {
   Stash::sharedStore(header().images, images_);
   Stash::sharedStore(header().used, Word{space_.used()});

@@ -5,7 +5,7 @@
 namespace OvBgpGlobals {
 namespace {
 
-// Relaxed: it publishes nothing but itself.
+// Relaxed accesses suffice, because no other data is published together with the flag.
 std::atomic<bool> isMultiThreaded{false};
 
 }  // namespace

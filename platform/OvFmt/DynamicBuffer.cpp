@@ -11,7 +11,7 @@
 namespace OvFmt {
 
 char* DynamicBufferInterface::getBuffer(std::size_t required) {
-  // No buffer is larger than PTRDIFF_MAX, so such a request is never worth trying.
+  // No object is larger than PTRDIFF_MAX octets. Without this check, size() + required could wrap.
   const bool isPossible = required <= static_cast<std::size_t>(PTRDIFF_MAX) - size();
   if (room() < required && isPossible) grow(required);
   KIV_ASSERT_IN(room() >= required, "endPtr - writePtr >= ptrdiff_t( required )",
@@ -19,6 +19,7 @@ char* DynamicBufferInterface::getBuffer(std::size_t required) {
   return writePtr_;
 }
 
+// size() is computed from the old pointers, so writePtr_ is set first.
 void DynamicBufferInterface::storageIs(char* begin, std::size_t capacity) {
   writePtr_ = begin + size();
   begin_ = begin;
@@ -32,6 +33,7 @@ void DynamicBufferInterface::appendDecimalTight(U64 value) {
   writePtr_ = end;
 }
 
+// `value | 1`: zero has one digit, and countl_zero of it would give none.
 void DynamicBufferInterface::appendHex(U64 value, unsigned minDigits) {
   const unsigned bits = 64 - static_cast<unsigned>(std::countl_zero(value | 1));
   const unsigned digits = std::max((bits + 3) / 4, minDigits);
@@ -43,7 +45,8 @@ void DynamicBufferInterface::appendHex(U64 value, unsigned minDigits) {
 void HeapGrowingBuffer::grow(std::size_t required) {
   const std::size_t used = size();
   const std::size_t capacity = std::max(std::min(2 * used, step_), used + required);
-  // Reallocated in place where the heap allows: past the step, growth is in small pieces.
+  // realloc rather than new and copy: beyond the step a buffer grows often and by little, and
+  // realloc can mostly extend the block in place. A null pointer makes realloc allocate.
   const bool wasOnHeap = onHeap();
   void* const storage = std::realloc(wasOnHeap ? this->storage() : nullptr, capacity);
   if (storage == nullptr) throw std::bad_alloc();

@@ -11,26 +11,29 @@
 #include <optional>
 #include <system_error>
 
-#include "OvToggles/ToggleText.h"
+#include "OvToggles/Private/ToggleText.h"
 
 namespace OvToggles {
 namespace {
 
-// Far more than toggles can fill; a wrong path must not fill the memory.
+// Far more octets than toggles need. A wrong path, such as a large log file, must not fill the
+// memory.
 constexpr std::size_t fileSizeMax = 1 << 20;
 
+// Protects pathSet().
 std::mutex pathMutex;
 
-// Never destroyed, so that destructors of statics may still ask.
+// The folder set by togglePathIs. Never destroyed, because destructors of static objects may still
+// read toggles.
 Kiv::String& pathSet() {
   static Kiv::String& path = *new Kiv::String;
   return path;
 }
 
-// An open file, closed with it.
+// Owns the descriptor of an open file.
 class File {
  public:
-  // Does not wait, whatever stands at `path`.
+  // O_NONBLOCK: opening a named pipe without a writer would otherwise block.
   explicit File(const char* path) : fd_(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
   ~File() {
     if (fd_ >= 0) close(fd_);
@@ -54,11 +57,13 @@ class File {
   const int fd_;
 };
 
+// The system's text for an errno value.
 [[noreturn]] void refuse(int error) {
   throw Kiv::Exception(std::generic_category().message(error));
 }
 
-// The content of the file, or nothing if there is none.  Raises Kiv::Exception.
+// The content of the file, or nothing if the file does not exist, which is the ordinary case of an
+// agent without toggles. Raises Kiv::Exception.
 std::optional<Kiv::String> contentOf(const Kiv::String& path) {
   const File file(path.c_str());
   if (!file.isOpen()) {
@@ -76,7 +81,8 @@ std::optional<Kiv::String> contentOf(const Kiv::String& path) {
   return content;
 }
 
-// One line in one write, so that lines of several threads stay whole.
+// Writes one line to standard error, in one call, so that lines of several threads do not mix. An
+// exception instead could stop an agent from starting because of a typing error in a toggle file.
 void report(const Kiv::String& place, const char* what, const Kiv::String& name, bool state) {
   const Kiv::String line = "OvToggles: " + place + ": " + what + "; toggle " + name +
                            " keeps its default (" + (state ? "on" : "off") + ")\n";
@@ -104,6 +110,8 @@ bool getToggleState(const Kiv::String& name, const Kiv::String& file, bool defau
   return defaultState;
 }
 
+// getenv under the lock does not protect against setenv in other threads: the host must not change
+// its environment while it uses the library.
 Kiv::String togglePath() {
   const std::lock_guard lock(pathMutex);
   if (!pathSet().empty()) return pathSet();

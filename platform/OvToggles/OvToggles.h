@@ -1,4 +1,4 @@
-// Feature toggles: switches that an operator sets in a file.
+// Feature toggles: switches that an operator sets in a file, without a new release.
 #ifndef OVTOGGLES_OVTOGGLES_H
 #define OVTOGGLES_OVTOGGLES_H
 
@@ -7,19 +7,22 @@
 
 namespace OvToggles {
 
-// Whether the toggle `name` is on.  `file` names a toggle file in the folder of
-// toggle files: one flat JSON object of booleans, such as {"OvBgpLlgr": false}.
-// Without a folder, such a file or such a name the answer is `defaultState`.  So it
-// is for a file that cannot be read or is malformed, which is also reported in one
-// line on standard error: the place in it and what was expected there.
+// Returns whether the toggle `name` is on. `file` is the name of a toggle file in the folder of
+// toggle files: one flat JSON object of booleans, for example {"OvBgpLlgr": false}.
 //
-// The file is read on every call, so that callers that ask often keep the answer.
-// Any thread.
+// Returns `defaultState` if there is no folder, no such file, or no such name in the file. A file
+// that cannot be read or is malformed also gives `defaultState`, and one line on standard error
+// names the place in the file and what was expected there. Raises std::bad_alloc only.
+//
+// The file is read on every call: a caller that needs the state often should keep it. Any thread.
 OV_EXPORT bool getToggleState(const Kiv::String& name, const Kiv::String& file, bool defaultState);
 
-// The folder of toggle files: the one set here, and until then (or when it is
-// empty) the one that the environment variable OV_TOGGLES_PATH names.
+// The folder of toggle files: the folder set by togglePathIs, or, if that is empty, the value of
+// the environment variable OV_TOGGLES_PATH. Empty if neither is set. Any thread, as long as no
+// thread changes the environment.
 OV_EXPORT Kiv::String togglePath();
+// Sets the folder of toggle files; an empty text returns to the environment variable. The folder
+// need not exist. Any thread.
 OV_EXPORT void togglePathIs(const Kiv::String& folder);
 
 }  // namespace OvToggles

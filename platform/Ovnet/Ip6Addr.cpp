@@ -12,6 +12,7 @@ constexpr std::size_t groupsMax = 8;
 
 // --- Reading ---
 
+// The value of a digit in `base`, 10 or 16. Independent of the locale, unlike isxdigit.
 std::optional<U32> digitValue(char c, U32 base) {
   U32 value = base;
   if (c >= '0' && c <= '9') value = static_cast<U32>(c - '0');
@@ -20,8 +21,9 @@ std::optional<U32> digitValue(char c, U32 base) {
   return value < base ? std::optional(value) : std::nullopt;
 }
 
-// The places of one address, filled from the left; what stands after "::" is
-// moved to the right end once the text is read.
+// Parses one address. Groups are filled in from the left; when the text is read, the groups behind
+// "::" are moved to the right end. Every take function removes what it accepts from the begin of
+// `rest_`, and returns false or nothing for a syntax error.
 class Reader {
  public:
   explicit Reader(std::string_view text) : rest_(text) {}
@@ -41,7 +43,7 @@ class Reader {
     gapAt_ = groups_;
   }
 
-  // What follows an item: "::" once, or ":" with another item behind it.
+  // The separator behind a group: "::", at most once per address, or ":" with a group behind it.
   bool takeSeparator() {
     if (rest_.substr(0, 2) == "::") {
       if (gapAt_) return false;
@@ -53,13 +55,16 @@ class Reader {
     return true;
   }
 
-  // One group, or the IPv4 address that ends the text.
+  // One group, or the IPv4 address that may end the text. A rest without a colon but with a dot can
+  // only be the latter.
   bool takeItem() {
     if (rest_.find(':') == rest_.npos && rest_.find('.') != rest_.npos) return takeIp4();
     const std::optional<U32> value = takeNumber(16, 4);
     return value && put(*value);
   }
 
+  // Four decimal numbers, which fill two groups. Leading zeros are refused, because some parsers
+  // read such numbers as octal.
   bool takeIp4() {
     U32 value = 0;
     for (int i = 0; i < 4; ++i) {
@@ -78,6 +83,8 @@ class Reader {
     return true;
   }
 
+  // At least one digit, at most `digitsMax`; further digits stay in rest_ and end in a syntax
+  // error.
   std::optional<U32> takeNumber(U32 base, std::size_t digitsMax) {
     U32 value = 0;
     std::size_t digits = 0;
@@ -91,6 +98,7 @@ class Reader {
     return value;
   }
 
+  // Appends one group; false if there are eight already.
   bool put(U32 group) {
     if (groups_ == groupsMax) return false;
     octets_[2 * groups_] = static_cast<U8>(group >> 8);
@@ -99,7 +107,8 @@ class Reader {
     return true;
   }
 
-  // All eight groups, or fewer with a gap that makes up for them.
+  // The address: either exactly eight groups, or fewer groups and a gap "::", which stands for at
+  // least one group.
   std::optional<Ip6Addr::Octets> placed() {
     if ((groups_ == groupsMax) == gapAt_.has_value()) return std::nullopt;
     if (!gapAt_) return octets_;
@@ -119,13 +128,15 @@ class Reader {
 
 // --- Writing ---
 
-// The groups that "::" stands for: [begin, end), empty if none.
+// The groups [begin, end) that "::" replaces; empty if no run is long enough.
 struct ZeroRun {
   std::size_t begin = 0;
   std::size_t end = 0;
   std::size_t size() const { return end - begin; }
 };
 
+// RFC 5952, sections 4.2.2 and 4.2.3: one single group of zeros is not shortened, and of runs of
+// equal length the first one is.
 ZeroRun longestZeroRun(const Ip6Addr& addr, std::size_t groups) {
   ZeroRun longest;
   ZeroRun run;
@@ -138,6 +149,7 @@ ZeroRun longestZeroRun(const Ip6Addr& addr, std::size_t groups) {
   return longest.size() >= 2 ? longest : ZeroRun();
 }
 
+// One group without leading zeros.
 char* writeHex(char* at, U32 group) {
   const char* const digits = "0123456789abcdef";
   if (group > 0xfff) *at++ = digits[group >> 12];
@@ -147,6 +159,8 @@ char* writeHex(char* at, U32 group) {
   return at;
 }
 
+// The first `groups` groups. No colon before the first group, nor directly behind "::", which has
+// both of its colons.
 char* writeGroups(char* at, const Ip6Addr& addr, std::size_t groups) {
   const ZeroRun zeros = longestZeroRun(addr, groups);
   for (std::size_t i = 0; i < groups;) {
@@ -162,6 +176,7 @@ char* writeGroups(char* at, const Ip6Addr& addr, std::size_t groups) {
   return at;
 }
 
+// ":a.b.c.d", the last 32 bits of an IPv4-mapped address.
 char* writeIp4(char* at, const U8* octets) {
   for (int i = 0; i < 4; ++i) {
     *at++ = i == 0 ? ':' : '.';
@@ -181,7 +196,8 @@ Ip6Addr::Ip6Addr(std::string_view text) {
 }
 
 void Ip6Addr::printToBuffer(OvFmt::DynamicBufferInterface& buffer) const {
-  static_assert(textSizeMax > sizeof "::ffff:255.255.255.255");  // and what writeDecimal needs
+  // The IPv4-mapped form must fit as well, with the octets that writeDecimal touches behind it.
+  static_assert(textSizeMax > sizeof "::ffff:255.255.255.255" - 1 + OvFmt::decimalRoomU16);
   char* at = buffer.reserve(textSizeMax);
   if (isIp4Mapped()) {
     at = writeIp4(writeGroups(at, *this, 6), octets_.data() + 12);

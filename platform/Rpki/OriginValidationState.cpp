@@ -2,7 +2,7 @@
 
 namespace Rpki {
 
-// No default, so that the compiler asks for the text of a new state.
+// No default label, so that the compiler warns if a new state has no text here.
 std::string_view originValidationStateText(OriginValidationState state) {
   using enum OriginValidationState;
   switch (state) {

@@ -13,7 +13,8 @@
 namespace Stash {
 namespace {
 
-// As much as there is of a header; the rest is zeros.
+// The header as far as the file reaches, with zeros behind it. It is read with pread rather than
+// through the mapping, because the mapping's size is only known from the header.
 struct RawHeader {
   explicit RawHeader(const Descriptor& file) {
     ssize_t got = 0;
@@ -28,37 +29,43 @@ struct RawHeader {
   }
 
   StoreHeader header = {};
-  std::size_t octets = 0;
+  std::size_t octets = 0;  // that the file has of the header
 };
 
-void require(bool holds, const Kiv::String& otherwise) {
-  if (!holds) throw InvalidStoreException("not a store that can be read: " + otherwise);
+void requireMagic(bool holds) {
+  if (!holds) throw InvalidStoreException("not a store: bad magic number");
 }
 
+void require(bool holds, const Kiv::String& otherwise) {
+  if (!holds) throw InvalidStoreException("cannot read the store: " + otherwise);
+}
+
+// "length is 100, not 2592"
 Kiv::String found(const char* what, U64 isHere, U64 expected) {
   return Kiv::String(what) + " is " + std::to_string(isHere) + ", not " + std::to_string(expected);
 }
 
-// In this order, since each field tells how to read those after it.
+// Checks in this order, because each field tells how to read those behind it: without the magic
+// there is no byte order, without the byte order no version, and the fields behind the word size
+// are words of the writer.
 void checkHeader(const RawHeader& raw, U64 fileLength) {
   const StoreHeader& header = raw.header;
-  require(raw.octets >= offsetof(StoreHeader, images) && header.magic == storeMagic,
-          "it does not start like one");
-  require(header.byteOrder == storeByteOrder, "it was written in another byte order");
-  require(header.version == storeVersion,
-          found("its layout version", header.version, storeVersion));
+  requireMagic(raw.octets >= offsetof(StoreHeader, images) && header.magic == storeMagic);
+  require(header.byteOrder == storeByteOrder, "written in another byte order");
+  require(header.version == storeVersion, found("layout version", header.version, storeVersion));
   require(header.wordSize == wordSize,
-          found("its writer's word size", U64{header.wordSize} * 8, U64{wordSize} * 8));
-  require(raw.octets == sizeof header, "it ends within its header");
+          found("word size", U64{header.wordSize} * 8, U64{wordSize} * 8));
+  require(raw.octets == sizeof header, "the file ends within its header");
   require(header.maximum <= storeMaximumLimit && header.length <= header.maximum,
-          "it says that it may grow to " + std::to_string(header.maximum) + " octets and has " +
+          "invalid lengths: maximum length " + std::to_string(header.maximum) + ", length " +
               std::to_string(header.length));
-  require(header.length >= storeLengthMin, found("its length", header.length, storeLengthMin));
+  require(header.length >= storeLengthMin, found("length", header.length, storeLengthMin));
   require(fileLength >= header.length,
-          "its file is cut short: " + found("its length", fileLength, header.length));
+          "the file is truncated: " + found("length", fileLength, header.length));
 }
 
-// The header before the file's length: the writer makes the file longer first.
+// Reads the header first and the length of the file second. The writer extends the file before it
+// raises the length in the header, so in this order a growing store is never found truncated.
 StoreHeader readHeader(const Descriptor& file) {
   const RawHeader raw(file);
   struct stat status;
@@ -81,6 +88,8 @@ StoreBase::StoreBase(Descriptor&& file, const StoreHeader& header)
       base_(header.base),
       length_(mapping_->fileLength()) {}
 
+// In the writer's own process, stored addresses are addresses of this process: base_ is where the
+// mapping is, and translate() changes nothing.
 StoreBase::StoreBase(std::shared_ptr<const Mapping> writers)
     : mapping_(std::move(writers)),
       base_(reinterpret_cast<Word>(mapping_->data())),
@@ -94,6 +103,8 @@ std::size_t StoreBase::lengthNow() const {
   return length;
 }
 
+// Out of line and not inlined, so that translate() stays short; the text names the writer's
+// addresses, which are the ones that other messages and tools show.
 void StoreBase::failMisaligned(const void* stored, std::size_t alignment) const {
   std::ostringstream text;
   text << "address " << stored << ": not a multiple of " << alignment << " octets from "
@@ -101,6 +112,8 @@ void StoreBase::failMisaligned(const void* stored, std::size_t alignment) const 
   throw MisalignedException(text.str());
 }
 
+// Slow path of translate(): the range lies beyond the known length. Returns if the store has grown
+// enough meanwhile, and otherwise raises OutOfBoundsException.
 void StoreBase::findGrowth(const void* stored, std::size_t size) const {
   const Word offset = reinterpret_cast<Word>(stored) - base_;
   if (offset <= mapping_->length() && size <= mapping_->length() - offset) {
@@ -115,10 +128,9 @@ void StoreBase::findGrowth(const void* stored, std::size_t size) const {
 
 void storeRemove(const StoreName& name) {
   const RawHeader raw(name.open());
-  // A store whose maker died early starts with zeros.
+  // The writer writes the magic last. If it died while it created the store, the magic is zeros.
   const decltype(storeMagic) unfinished = {};
-  require(raw.header.magic == storeMagic || raw.header.magic == unfinished,
-          "it does not start like one");
+  requireMagic(raw.header.magic == storeMagic || raw.header.magic == unfinished);
   name.unlink();
 }
 

@@ -1,4 +1,4 @@
-// A store mapped for reading, and the way from the writer's addresses to ours.
+// A store mapped for reading, and the translation of the writer's addresses to ours.
 #ifndef STASH_STOREBASE_H
 #define STASH_STOREBASE_H
 
@@ -7,29 +7,34 @@
 #include <memory>
 
 #include "Kiv/Export.h"
-#include "Stash/Mapping.h"
+#include "Stash/Detail/Mapping.h"
 #include "Stash/StoreLayout.h"
 #include "Stash/StoreName.h"
 
 namespace Stash {
 
-// Takes no lock, and makes no system call but to look for growth when an address
-// lies beyond what it knows of the file.  Any thread.
+// One store, as a reader sees it. A store contains addresses of the writer's process; translate()
+// turns such an address into one of this process, after checking it against the length of the
+// store. Nothing that the store contains is trusted.
+//
+// Takes no lock. The only system call while reading is an fstat, made when an address lies beyond
+// the known length of the file, because the store may have grown. Any thread may call any member.
 class OV_EXPORT StoreBase {
  public:
-  // Maps the store of that name, whose writer may be at work or long gone.
-  // Raises StoreAccessException, or InvalidStoreException if it is no store that
-  // this process can read.
+  // Maps the store of that name, whether its writer is running or has ended. Raises
+  // StoreAccessException if the system refuses, and InvalidStoreException if the file is not a
+  // store that this process can read.
   explicit StoreBase(const StoreName& name);
-  // Looks at the store through the mapping of its writer, in the same process.
+  // Reads through the mapping of the store's own writer, in the writer's process, and shares the
+  // ownership of that mapping.
   explicit StoreBase(std::shared_ptr<const Mapping> writers);
 
-  // Where `size` octets that the writer has at `stored` are in this process: for as
-  // long as the store is mapped, at a multiple of `alignment` (a power of two), and
-  // readable.  Nothing else is known of them: anyone may be changing them, so read
-  // them as Stash/StoreLayout.h does.  Raises MisalignedException or
-  // OutOfBoundsException.
+  // Returns where this process has the `size` octets that the writer has at `stored`. The result is
+  // aligned to `alignment`, a power of two up to the page size, and readable as long as this
+  // object lives. The content is not validated and may change at any time: read it with the
+  // functions of Stash/StoreLayout.h only. Raises MisalignedException or OutOfBoundsException.
   const void* translate(const void* stored, std::size_t size, std::size_t alignment) const {
+    // An address below the store's begin wraps to a large offset, and is rejected as too large.
     const Word offset = reinterpret_cast<Word>(stored) - base_;
     if ((offset & (alignment - 1)) != 0) [[unlikely]]
       failMisaligned(stored, alignment);
@@ -39,21 +44,22 @@ class OV_EXPORT StoreBase {
     return mapping_->data() + offset;
   }
 
-  // The address that the writer has for the octet at `offset`.
+  // The writer's address of the octet at `offset`, the inverse of translate(). Unchecked: for
+  // messages, and for addresses that are translated later.
   const void* storedAddress(std::size_t offset) const noexcept {
     return reinterpret_cast<const void*>(base_ + offset);
   }
 
-  // Octets that the store has now, as far as this process has looked.
+  // Octets of the store, as last obtained from the system. The store may be longer by now.
   std::size_t length() const noexcept { return length_.load(std::memory_order_relaxed); }
-  // Asks the system how far the store has grown.
+  // Obtains the current length from the system with one fstat call, and remembers it.
   std::size_t lengthNow() const;
 
-  // Raises InvalidStoreException if what was read until now may not be the store's
-  // octets, since its file was shortened.
+  // Raises InvalidStoreException if the file was shortened under this mapping. Octets read before
+  // the call may then be zeros that nobody wrote.
   void check() const { mapping_->check(); }
 
-  // The header as it is now; checked as if the store were opened again.
+  // Reads the header again from the file, with all checks of the constructor and their exceptions.
   StoreHeader header() const;
 
  private:
@@ -64,14 +70,15 @@ class OV_EXPORT StoreBase {
   void findGrowth(const void* stored, std::size_t size) const;
 
   const std::shared_ptr<const Mapping> mapping_;
-  const Word base_;
-  // Of the file, as last asked.  Relaxed: it only keeps reads inside the file, and
-  // orders nothing.
+  const Word base_;  // the writer's address of the first octet
+  // The length of the file as last obtained. Relaxed accesses suffice: the value only keeps reads
+  // inside the file, and orders no other memory access.
   mutable std::atomic<std::size_t> length_;
 };
 
-// Deletes the store of that name; who has it open keeps it.  Raises
-// InvalidStoreException, and leaves it alone, if it is no store of any version.
+// Removes the name of a store. Processes that have the store open keep it. Raises
+// InvalidStoreException, and removes nothing, if the file is not a store; the layout version does
+// not matter. Raises StoreAccessException if the system refuses.
 OV_EXPORT void storeRemove(const StoreName& name);
 
 }  // namespace Stash

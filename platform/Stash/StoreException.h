@@ -1,7 +1,8 @@
-// What can be wrong with a store, or with what was asked of it.
+// Exceptions of stores and of operations on them.
 //
-// Every check on what shared memory says ends here, and what() says which check
-// failed and where, in addresses of the writer's process.
+// Every check of what shared memory contains ends in one of these. what() names the failed check
+// and its place; addresses in the text are addresses of the writer's process, since those are the
+// ones that tools and other readers print, too.
 #ifndef STASH_STOREEXCEPTION_H
 #define STASH_STOREEXCEPTION_H
 
@@ -10,58 +11,73 @@
 
 namespace Stash {
 
+// The common base. Catching it covers every way in which reading a damaged store can fail.
 struct OV_EXPORT StoreException : Kiv::Exception {
+  // Takes the text of what().
   using Exception::Exception;
 };
 
 // The system refused to open, create, map or remove a store.
 struct OV_EXPORT StoreAccessException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// No store, one of another layout or machine, or one whose file was cut short.
+// The file is not a store, has another layout version or was written on an incompatible machine,
+// or it is shorter than its header says.
 struct OV_EXPORT InvalidStoreException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// An address that lies outside the store, wholly or in part.
+// An address range lies outside the store, wholly or in part.
 struct OV_EXPORT OutOfBoundsException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
+// An address is not aligned as its type requires.
 struct OV_EXPORT MisalignedException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// More elements than the store could hold, or than a list may have.
+// A list has more elements than the store could contain, or more octets than a list may have
+// (4 GiB).
 struct OV_EXPORT CountException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// The image was changed while it was read, or is being changed: try again.  If
-// it stays so, the writer has died in the middle of a change.
+// The image was changed while it was read, or is being changed: read it again. If the exception
+// persists, the writer has died in the middle of the change, and the image is lost.
 struct OV_EXPORT VersionAnchorException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// There is no image, or no longer.
+// The image does not exist, or was removed.
 struct OV_EXPORT ImageNotFoundException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// The image is not of the kind that was asked for, or of none that is known.
+// The image has another kind than the caller expects, or a kind that this version does not know.
 struct OV_EXPORT WrongKindException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// What an image says is no value of its kind, though it is all there.
+// The image could be read consistently, but its fields are no valid value of its kind.
 struct OV_EXPORT ContentException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 
-// No room for more in what the store may grow to, or the system has none; the
-// images are what they were.
+// The store has reached its maximum length, or the system has no memory left for it. No image has
+// changed.
 struct OV_EXPORT StoreFullException : StoreException {
+  // Takes the text of what().
   using StoreException::StoreException;
 };
 

@@ -1,8 +1,29 @@
-// What a store's octets mean.  docs/store-format.md explains the whole.
+// The layout of a store. docs/store-format.md explains the protocol around it.
 //
-// Everything shared is read and written through the atomic functions below, in
-// words (the size of an address) or halves of that, so that no access is a data
-// race, and in the order that the version anchors rely on.
+//   offset 0                 64 (48 with 32-bit words)
+//   | StoreHeader | padding | DirectoryBlock | elements | free | DirectoryBlock | elements ...
+//                             |                ^             ^
+//                             | next ----------|-------------'   (0 in the last block)
+//                             | images[0] : StoredImage
+//                             |    anchor  kind  detail  count    4 x U32
+//                             |    payload[0] -'                  list: address of its elements
+//                             | images[1] : StoredImage
+//                             |    payload                        value: the octets themselves
+//                             | ... images[62]
+//
+// An image is one record (StoredImage) in a directory block, plus, for a list, its elements in one
+// piece elsewhere in the store. The elements of a list of values are the addresses of the records
+// of these values. All addresses are addresses of the writer's process; Stash::StoreBase translates
+// them. Every piece starts and ends at a multiple of storeUnit octets. All numbers are in the
+// writer's byte order.
+//
+// The version anchor of a record is a sequence lock: odd while the writer changes the record,
+// increased by two after each change. A reader that finds the same even anchor before and after
+// reading has read one consistent version.
+//
+// All shared octets are accessed through the atomic functions at the end of this file, in words
+// (the size of an address) or half-words, so no access is a data race and all accesses have the
+// order that the version anchors rely on.
 #ifndef STASH_STORELAYOUT_H
 #define STASH_STORELAYOUT_H
 
@@ -18,32 +39,47 @@
 
 namespace Stash {
 
-// An address, in the terms of the process that wrote it, or a length.
+// The unit of shared memory: a length in octets, or an address of the writer's process.
 using Word = std::uintptr_t;
 static_assert(std::atomic_ref<Word>::is_always_lock_free &&
                   std::atomic_ref<U32>::is_always_lock_free,
               "atomics must work between processes");
 
-// What an image is of.  Numbers are part of the layout: never renumber.
+// What an image represents. The numbers are part of the layout: never renumber.
 enum class ImageKind : U32 {
-  none = 0,  // no image: the record is free
+  // No image: the record is free.
+  none = 0,
+  // A list of standard communities (RFC 1997).
   standardList = 1,
+  // A list of large communities (RFC 8092).
   largeList = 2,
+  // One extended community (RFC 4360).
   extendedValue = 3,
+  // A list of images of kind extendedValue.
   extendedList = 4,
+  // One IPv6-address-specific extended community (RFC 5701).
   ipv6Value = 5,
+  // A list of images of kind ipv6Value.
   ipv6List = 6,
 };
 
+// One row of `imageKinds`: the properties of a kind.
 struct ImageKindRow {
+  // The kind that the row describes.
   ImageKind kind;
+  // For messages, with its article: "a standard list".
   std::string_view name;
-  U32 size;          // octets of a value, or of one element of a list
-  bool isList;       // a list's octets are in a block, a value's in the record
-  ImageKind values;  // what the elements are addresses of, if of images
+  // Octets of a value, or of one element of a list.
+  U32 size;
+  // Whether the octets are in a piece of their own, as for lists, or in the record itself.
+  bool isList;
+  // The kind of the images that the elements refer to; none if the elements are plain octets.
+  ImageKind values;
 };
 
+// Octets of an address in this process; a reader needs the same word size as the writer.
 inline constexpr U32 wordSize = sizeof(Word);
+// All kinds, indexed by their number.
 inline constexpr std::array imageKinds = std::to_array<ImageKindRow>({
     {ImageKind::none, "nothing", 0, false, ImageKind::none},
     {ImageKind::standardList, "a standard list", 4, true, ImageKind::none},
@@ -54,84 +90,107 @@ inline constexpr std::array imageKinds = std::to_array<ImageKindRow>({
     {ImageKind::ipv6List, "an IPv6 list", wordSize, true, ImageKind::ipv6Value},
 });
 
+// Whether `kind`, which may be any number found in a store, has a row in imageKinds.
 constexpr bool isImageKind(ImageKind kind) noexcept {
   return static_cast<U32>(kind) < imageKinds.size();
 }
-// Requires isImageKind(kind).
+// The row of a kind. Requires isImageKind(kind).
 constexpr const ImageKindRow& imageKindRow(ImageKind kind) noexcept {
   return imageKinds[static_cast<U32>(kind)];
 }
 
-// At the start of a store.  The first four fields are where they are in every
-// version and for every word size; the others are words of the writer.
+// The first octets of a store. The fields up to `wordSize` have the same place and size in every
+// layout version; the fields behind it are words of the writer. A reader checks in this order.
 struct StoreHeader {
-  std::array<U32, 2> magic;  // written last when a store is made
+  // storeMagic. Written last when a store is created, so an unfinished store has zeros here.
+  std::array<U32, 2> magic;
+  // storeByteOrder, in the writer's byte order.
   U32 byteOrder;
+  // storeVersion of the writer.
   U32 version;
+  // Octets of the writer's addresses, 4 or 8.
   U32 wordSize;
-  U32 images;    // there now
-  Word base;     // address of this header in the writer's process
-  Word maximum;  // octets that the store may grow to
-  Word length;   // octets of the file when it last grew
-  Word used;     // octets in use now
+  // Current number of images. For people to look at; no reader relies on it.
+  U32 images;
+  // Address of this header in the writer's process; the origin of all stored addresses.
+  Word base;
+  // Octets that the store may grow to. Readers reserve as much address space.
+  Word maximum;
+  // Octets of the file after it last grew.
+  Word length;
+  // Octets in use. For people to look at; no reader relies on it.
+  Word used;
 };
 
-// The same octets in every byte order.
+// The magic number "OvStash\n". As octets, so it is the same in every byte order.
 inline constexpr auto storeMagic =
     std::bit_cast<std::array<U32, 2>>(std::to_array({'O', 'v', 'S', 't', 'a', 's', 'h', '\n'}));
+// Reads as another number on a machine of another byte order.
 inline constexpr U32 storeByteOrder = 0x01020304;
+// Version of this layout. Increase it with every change of meaning; older versions are not read.
 inline constexpr U32 storeVersion = 1;
-// What a store may grow to at the most: readers reserve as many addresses.
+// Upper bound of StoreHeader::maximum in octets (1 TiB, or 1 GiB with 32-bit words), so a hostile
+// header cannot make a reader reserve all its address space.
 inline constexpr Word storeMaximumLimit = Word{1} << (wordSize == 8 ? 40 : 30);
 
-// The record of one image.  A record is a record for as long as the store lives:
-// its octets are never used for anything else, so that its anchor can be trusted
-// to count on while images come and go.
+// The record of one image. Once its directory block exists, a record stays a record as long as the
+// store lives: its octets are never reused for anything else. Therefore its anchor only ever
+// increases, whichever images the record describes one after the other, and a reader can trust it.
 struct StoredImage {
+  // Octets of `payload`: the largest value (20 octets), rounded up to whole words.
   static constexpr std::size_t payloadSize = 24;
 
-  U32 anchor;  // odd while the record is being changed; two more after each change
+  // The version anchor: odd while the record is being changed, increased by two per change.
+  U32 anchor;
+  // What the image represents; none if the record is free.
   ImageKind kind;
-  U32 detail;  // of a list, whether it is sorted; of a value, its classification
-  U32 count;   // elements of a list
-  // A list's first word is the address of its elements; a value is here itself.
+  // For a list: 1 if it is sorted without duplicates, else 0. For a value: its classification.
+  U32 detail;
+  // Number of elements of a list; without meaning for a value.
+  U32 count;
+  // For a list: the address of its elements in the first word. For a value: its octets.
   std::array<Word, payloadSize / sizeof(Word)> payload;
 };
 
-// Where records are.  The first block follows the header; each says where the
-// next is, always at a higher address, and 0 if it is the last.
+// An array of records. The first block follows the header, the others are chained in ascending
+// order of address, so that a walk ends in any store. Blocks are never given back.
 struct DirectoryBlock {
+  // Records per block. A block of 2,528 octets then wastes nothing to alignment with 64-bit words.
   static constexpr std::size_t imageCount = 63;
 
+  // Address of the next block, or 0 in the last one.
   alignas(16) Word next;
+  // The records, used or free.
   std::array<StoredImage, imageCount> images;
 };
 
-// Whatever the writer hands out starts and ends at a multiple of this.
+// Alignment, and unit of size, of all pieces that the writer allocates in the store.
 inline constexpr std::size_t storeUnit = 16;
+// Offset of the first directory block: behind the header, aligned.
 inline constexpr std::size_t firstDirectoryBlock =
     (sizeof(StoreHeader) + storeUnit - 1) / storeUnit * storeUnit;
 static_assert(sizeof(StoredImage) == 40 && sizeof(DirectoryBlock) % storeUnit == 0 &&
               firstDirectoryBlock % storeUnit == 0);
-// No store is shorter.
+// Octets of the shortest store: the header and one directory block.
 inline constexpr std::size_t storeLengthMin = firstDirectoryBlock + sizeof(DirectoryBlock);
 
-// Acquire: what is read later is at least as new.  So when an anchor is the same
-// after as before, nothing that was read between was of a later change.
+// Loads one shared field with acquire order, so later loads are at least as new. It follows that if
+// an anchor is the same after reading as before, no field read in between is of a later change.
 template <class T>
 T sharedLoad(const T& field) noexcept {
   return std::atomic_ref<T>(const_cast<T&>(field)).load(std::memory_order_acquire);
 }
 
-// Release: who sees it also sees all that was written before, an odd anchor above
-// all.
+// Stores one shared field with release order: a reader that sees the value also sees everything
+// written before, in particular the odd anchor.
 template <class T>
 void sharedStore(T& field, T value) noexcept {
   std::atomic_ref<T>(field).store(value, std::memory_order_release);
 }
 
-// Copies `size` octets out of, or into, words that are shared.  What is copied
-// from may be torn; only an anchor that is still the same says that it is not.
+// Copies `size` octets out of shared words, word by word. `from` must have whole words for `size`
+// octets. The copy may be torn; only a version anchor that is unchanged afterwards proves that it
+// is not.
 inline void sharedCopyOut(void* to, const Word* from, std::size_t size) noexcept {
   auto* out = static_cast<std::byte*>(to);
   for (; size >= sizeof(Word); size -= sizeof(Word), out += sizeof(Word)) {
@@ -143,6 +202,8 @@ inline void sharedCopyOut(void* to, const Word* from, std::size_t size) noexcept
   std::memcpy(out, &word, size);
 }
 
+// Copies `size` octets into shared words, word by word. Octets behind them in the last word become
+// zeros.
 inline void sharedCopyIn(Word* to, const void* from, std::size_t size) noexcept {
   const auto* in = static_cast<const std::byte*>(from);
   while (size > 0) {

@@ -13,6 +13,7 @@
 namespace Stash {
 namespace {
 
+// Call directly after the failed system call, because the message is that of errno.
 [[noreturn]] void failed(const char* what, const Kiv::String& name) {
   throw StoreAccessException(Kiv::String("cannot ") + what + " store " + name + ": " +
                              std::generic_category().message(errno));
@@ -28,10 +29,12 @@ StoreName::StoreName(Kiv::String text) : text_(std::move(text)) {
   if (text_.empty() || text_.find('\0') != text_.npos) {
     throw StoreAccessException("the name of a store is empty or has a null character");
   }
+  // shm_open wants a leading slash and no other.
   if (text_.find('/') == text_.npos) path_ = "/" + text_;
 }
 
-// Opening does not wait, as it would for a pipe that has no writer.
+// O_NONBLOCK: opening a named pipe without a writer would otherwise block for ever. The file type
+// is checked on the open descriptor, so nobody can replace the file between check and use.
 Descriptor StoreName::open() const {
   Descriptor file(isPath() ? ::open(text_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)
                            : ::shm_open(path_.c_str(), O_RDONLY, 0));
@@ -44,6 +47,8 @@ Descriptor StoreName::open() const {
   return file;
 }
 
+// O_EXCL, so that a second writer cannot take over a store that is in use. shm_open sets
+// FD_CLOEXEC itself.
 Descriptor StoreName::create(mode_t mode) const {
   constexpr int flags = O_RDWR | O_CREAT | O_EXCL;
   Descriptor file(isPath() ? ::open(text_.c_str(), flags | O_CLOEXEC, mode)

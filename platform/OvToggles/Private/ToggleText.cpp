@@ -1,4 +1,4 @@
-#include "OvToggles/ToggleText.h"
+#include "OvToggles/Private/ToggleText.h"
 
 #include <algorithm>
 
@@ -7,6 +7,8 @@
 namespace OvToggles {
 namespace {
 
+// A recursive-descent parser without recursion, since the object is flat. `at_` is the position of
+// the next octet; a failing function leaves it where the error is to be reported.
 class ToggleReader {
  public:
   explicit ToggleReader(std::string_view text) : text_(text) {}
@@ -25,12 +27,14 @@ class ToggleReader {
   }
 
  private:
+  // Differs from every octet, because peek() returns octets as unsigned.
   static constexpr int endOfText = -1;
 
   int peek() const {
     return at_ < text_.size() ? static_cast<unsigned char>(text_[at_]) : endOfText;
   }
 
+  // The four blanks of RFC 8259, section 2.
   void skipBlanks() { at_ = std::min(text_.find_first_not_of(" \t\r\n", at_), text_.size()); }
 
   bool takeIf(char wanted) {
@@ -44,6 +48,8 @@ class ToggleReader {
     if (!takeIf(wanted)) fail(expected);
   }
 
+  // One name with its state. For a name that occurs twice, the error is reported at the name: a
+  // silent choice between two states would be a trap for the operator.
   void takeMember() {
     skipBlanks();
     const std::size_t nameAt = at_;
@@ -66,12 +72,14 @@ class ToggleReader {
     fail("true or false");
   }
 
+  // A string. Control characters must be escaped (RFC 8259, section 7).
   Kiv::String takeName() {
     if (peek() != '"') fail("a name in double quotes");
     ++at_;
     Kiv::String name;
     while (peek() != '"') {
-      if (peek() < ' ') fail("'\"' at the end of the name");  // or endOfText
+      // True for control characters, and for endOfText, which is negative.
+      if (peek() < ' ') fail("'\"' at the end of the name");
       if (peek() == '\\') {
         takeEscape(name);
       } else {
@@ -82,6 +90,7 @@ class ToggleReader {
     return name;
   }
 
+  // A backslash and what follows it. The last of `letters`, u, has no entry in `meanings`.
   void takeEscape(Kiv::String& name) {
     constexpr std::string_view letters = "\"\\/bfnrtu";
     constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
@@ -96,7 +105,9 @@ class ToggleReader {
     }
   }
 
-  // After "\u": one code unit of UTF-16, or two that make a pair.
+  // The text behind "\u": four digits of one UTF-16 code unit, or a surrogate pair written as two
+  // escapes (RFC 8259, section 7). A lone surrogate is an error, because it has no UTF-8 form. at_
+  // is then set back, so that the error names the place of the first unit.
   U32 takeCodePoint() {
     const std::size_t unitAt = at_;
     const U32 unit = takeCodeUnit();
@@ -110,6 +121,7 @@ class ToggleReader {
     fail("a character or a whole surrogate pair");
   }
 
+  // Four hexadecimal digits in either case.
   U32 takeCodeUnit() {
     U32 unit = 0;
     for (int i = 0; i < 4; ++i, ++at_) {
@@ -122,6 +134,7 @@ class ToggleReader {
     return unit;
   }
 
+  // Appends a code point as one to four octets (RFC 3629).
   static void appendUtf8(Kiv::String& name, U32 codePoint) {
     const auto put = [&name](U32 octet) { name += static_cast<char>(octet); };
     if (codePoint < 0x80) return put(codePoint);
@@ -139,6 +152,7 @@ class ToggleReader {
     put(0x80 | (codePoint & 0x3f));
   }
 
+  // Describes the next octet for an error; octets that are not printable ASCII as numbers.
   Kiv::String found() const {
     const int c = peek();
     if (c == endOfText) return "the end of the file";
@@ -146,10 +160,12 @@ class ToggleReader {
     return "octet " + std::to_string(c);
   }
 
+  // Raises the error for the current place. Line and column are only counted here, so that reading
+  // does not pay for them.
   [[noreturn]] void fail(const char* expected) const {
     const std::string_view before = text_.substr(0, at_);
     const auto lineEnds = std::count(before.begin(), before.end(), '\n');
-    const std::size_t lineStart = before.rfind('\n') + 1;  // 0 if there is none
+    const std::size_t lineStart = before.rfind('\n') + 1;  // npos + 1 is 0: the first line
     throw ToggleTextError(Kiv::String("expected ") + expected + ", found " + found(),
                           static_cast<std::size_t>(lineEnds) + 1, at_ - lineStart + 1);
   }

@@ -5,7 +5,7 @@
 #include <ostream>
 
 #include "Kiv/Exception.h"
-#include "Routing/Bgp/AddressText.h"
+#include "Routing/Bgp/Detail/AdministratorText.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -18,16 +18,19 @@ using Text = OvFmt::StackBackedBuffer<48>;
 constexpr U32 octetMax = 0xff;
 constexpr U32 halfMax = 0xffff;
 
+// The value form: every number has the same length, so the texts also sort like the numbers.
 void appendHex(OvFmt::DynamicBufferInterface& to, U64 value) {
   to.append(hexPrefix);
   to.appendHex(value, hexDigits);
 }
 
+// At most 64 octets of the text are repeated, because it may come from an untrusted source.
 [[noreturn]] void throwNoRouteTarget(std::string_view text) {
   throw Kiv::RangeException("\"" + Kiv::String(text.substr(0, 64)) + "\" is not a route target");
 }
 
-// The number that is all of `text`.
+// Parses `text` as one decimal number of at most `max`. Throws Kiv::RangeException if any octet is
+// left over; from_chars accepts neither a plus sign nor blanks.
 U32 number(std::string_view text, U32 max) {
   U32 value = 0;
   const char* const end = text.data() + text.size();
@@ -36,13 +39,15 @@ U32 number(std::string_view text, U32 max) {
   return value;
 }
 
-// Takes what stands before the next dot, or all that is left.
+// Removes the text up to the next dot from `rest`, with the dot, and returns it without the dot.
 std::string_view takePart(std::string_view& rest) {
   const std::string_view part = rest.substr(0, rest.find('.'));
   rest.remove_prefix(part.size() == rest.size() ? part.size() : part.size() + 1);
   return part;
 }
 
+// Parses `parts` numbers with dots between them, each of `bits` bits. The caller has counted the
+// dots.
 U32 dotted(std::string_view text, int parts, unsigned bits, U32 max) {
   U32 value = 0;
   std::string_view rest = text;
@@ -52,6 +57,7 @@ U32 dotted(std::string_view text, int parts, unsigned bits, U32 max) {
 
 }  // namespace
 
+// Errors from parts of the text are raised again with the whole text, which is what the user typed.
 RouteTarget::RouteTarget(std::string_view text) {
   try {
     *this = fromText(text);
@@ -60,6 +66,8 @@ RouteTarget::RouteTarget(std::string_view text) {
   }
 }
 
+// The number of dots in the administrator selects the form: none for a plain AS number, one for
+// asdot, three for an IPv4 address. A plain AS number above 65535 needs the four-octet form.
 RouteTarget RouteTarget::fromText(std::string_view text) {
   if (text.starts_with(hexPrefix)) {
     RouteTarget value;
@@ -87,11 +95,12 @@ RouteTarget RouteTarget::fromText(std::string_view text) {
   return RouteTarget(typeTwoOctetAs << 56 | subtype << 48 | U64{as} << 32 | number(local, ~U32{0}));
 }
 
-// A form with four octets of administrator and two of local number.
+// The two forms with an administrator of four octets and a local number of two octets.
 RouteTarget RouteTarget::wide(U64 type, U64 administrator, std::string_view local) {
   return RouteTarget(type << 56 | subtype << 48 | administrator << 16 | number(local, halfMax));
 }
 
+// The two-octet form has a local number of 32 bits, the others one of 16 bits.
 void RouteTarget::appendText(OvFmt::DynamicBufferInterface& to, bool asdot) const {
   if (!isRouteTarget()) return appendHex(to, value_);
   const U64 type = value_ >> 56;
@@ -119,6 +128,8 @@ Kiv::String valueToStrep(const RouteTarget& routeTarget) {
   return text.str();
 }
 
+// from_chars alone would accept fewer digits, so its end is compared. Upper-case digits are
+// accepted.
 void sequenceToValue(const char*& it, const char* end, RouteTarget* target) {
   const std::string_view text(it, static_cast<std::size_t>(end - it));
   const std::size_t size = hexPrefix.size() + hexDigits;
@@ -134,6 +145,7 @@ void sequenceToValue(const char*& it, const char* end, RouteTarget* target) {
   throw Kiv::RangeException("0x and 16 hexadecimal digits expected");
 }
 
+// write() rather than <<, which would apply width and fill of the stream.
 std::ostream& operator<<(std::ostream& out, const RouteTarget& routeTarget) {
   Text text;
   routeTarget.appendText(text, false);

@@ -12,6 +12,7 @@ Serialize::~Serialize() {
   if (begin_ != inPlace_) delete[] begin_;
 }
 
+// The new storage is allocated first, so that the content is unchanged if that throws.
 void Serialize::growBuffer(U32 needed) {
   if (needed <= capacity()) return;
   U8* const storage = new U8[needed];
@@ -23,6 +24,8 @@ void Serialize::growBuffer(U32 needed) {
   end_ = storage + needed;
 }
 
+// At least doubles the capacity, so that appending takes amortised constant time. The limit keeps
+// positions and sizes within a U32, as in the interface.
 void Serialize::growFor(std::size_t count) {
   constexpr U32 sizeMax = std::numeric_limits<U32>::max();
   if (count > sizeMax - size()) throw std::length_error("more than 4294967295 octets serialized");
@@ -35,6 +38,7 @@ Kiv::String Serialize::serializedString(U32 start) const {
   return Kiv::String(begin_ + start, at_);
 }
 
+// Checked in every build, because the next octets would be written behind the storage.
 void Serialize::writePositionIs(U32 position) {
   KIV_ASSERT(position <= capacity(), "position <= capacity()", "Routing/Bgp/Serialize");
   at_ = begin_ + position;

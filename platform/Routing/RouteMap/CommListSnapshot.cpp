@@ -1,6 +1,6 @@
 #include "Routing/RouteMap/CommListSnapshot.h"
 
-// By its full name, as there is one of standard lists.
+// With its full name, because Routing::Bgp has a CommListSnapshot of standard lists.
 KIV_OBJECT_DEFINE(Routing::RouteMap::CommListSnapshot)
 
 namespace Routing::RouteMap {

@@ -12,77 +12,95 @@
 namespace Routing::RouteMap {
 namespace {
 
+// The limits. With them, compiling an accepted expression takes some tenths of a second and 50 MB
+// at most; ordinary expressions of operators stay far below.
 constexpr std::size_t expressionSizeMax = 4096;
 constexpr std::size_t nestingMax = 100;
 constexpr U64 copiesMax = 2000;
-constexpr U64 timesMax = 100'000;       // more than the C library takes
-constexpr U64 emptyWalksMax = 200'000;  // ways past a place, times items
-constexpr U64 borderWalksMax = 500;
+constexpr U64 timesMax = 100'000;       // a repetition count above the C library's own limit
+constexpr U64 emptyWalksMax = 200'000;  // empty ways through a loop, times items
+constexpr U64 borderWalksMax = 500;     // the same, for a loop that contains borders
 constexpr U64 loopBordersMax = 4;
 constexpr U64 runCostMax = 200'000;
-constexpr U64 waysMax = 1'000'000;
+constexpr U64 waysMax = 1'000'000;  // saturation: products of two such numbers fit 64 bits
 
-// What follows each other with no text between: borders, such as ^, and whatever may be
-// empty, each a step.
+// A sequence that can be passed without consuming text. Its steps are borders (^ $ \b and the like)
+// and parts that may be empty.
 struct Run {
   U64 steps = 0;
   U64 borders = 0;
 
+  // One run after the other.
   Run operator+(const Run& next) const { return {steps + next.steps, borders + next.borders}; }
+  // The run repeated.
   Run operator*(U64 times) const { return {steps * times, borders * times}; }
+  // The maximum of each number, as an upper bound of either run.
   Run orLonger(const Run& other) const {
     return {std::max(steps, other.steps), std::max(borders, other.borders)};
   }
+  // The C library copies, for each border, everything that can be reached from it without text;
+  // each copied border does the same again.
   U64 cost() const { return steps * steps * borders; }
 };
 
-// What an expression is put together from.
+// One element of an expression with its repetition: a character, a border or a group. An item is a
+// node of the automaton that the C library builds; an empty way is a path through the part that
+// consumes no text.
 struct Part {
   U64 items = 0;
-  U64 emptyWays = 1;  // of getting past it without an octet of text
-  U64 walks = 1;      // the most such ways inside, or past all of it
-  Run run = {};       // the longest inside
+  U64 emptyWays = 1;  // through the whole part; 0 if it always consumes text
+  U64 walks = 1;      // the most empty ways that lead to one place inside it, or through it
+  Run run = {};       // the longest run inside
 };
 constexpr Part character{.items = 1, .emptyWays = 0};
 constexpr Part border{.items = 1, .run = {.steps = 1, .borders = 1}};
-// The C library makes two of it: where a word begins, or ends.
+// The C library expands \b and \B to an alternation of two borders.
 constexpr Part wordBorder{.items = 3, .emptyWays = 2, .run = {.steps = 2, .borders = 2}};
 
-// The group being read: its alternatives so far, and the one that is being read, of
-// which the last part stands apart, as a repetition repeats it.
+// A group that is being read: the sums over its finished alternatives, and the state of the current
+// alternative (branch). The last part of the branch is kept apart, because a repetition that
+// follows applies to this part alone.
 struct Group {
   U64 items = 0;
   U64 emptyWays = 0;
   U64 branchEmptyWays = 1;
-  U64 walks = 1;  // that lead to the place before `last`
-  U64 longestWalk = 1;
-  Run emptyRuns;   // of the alternatives that may be empty, taken together
-  Run longestRun;  // in one that may not
-  Run run;         // that leads to the place before `last`
-  Run branchRun;   // the longest
+  U64 walks = 1;        // empty ways to the place before `last`
+  U64 longestWalk = 1;  // the maximum of walks in the group
+  Run emptyRuns;        // the runs of all alternatives that may be empty, one after the other
+  Run longestRun;       // the longest run in an alternative that always consumes text
+  Run run;              // the run that ends before `last`
+  Run branchRun;        // the longest run in the current alternative
   Part last;
 };
 
-// Estimates what compiling an expression costs.  The C library recurses into
-// groups and copies what is repeated, with no bound of its own; time grows with up
-// to the third power of the copies, and memory with the second.  And where a loop
-// can go round without an octet of text, (a*|b*)*, it walks every such way from
-// every place.  Each border copies what can be reached from it with no text between,
-// and so does each border among the copies.  Whether the expression is right is left
-// to the C library: what is malformed merely gives an estimate of no meaning.
+// Estimates what it costs the C library to compile an expression. Three causes make the cost
+// explode, and the C library limits none of them:
+//
+// - It recurses into groups and copies repeated parts: a{100} has 100 copies of a. Time grows with
+//   up to the third power of the copies, memory with the second.
+// - If a loop can repeat without consuming text, as (a*|b*)*, it follows every empty way through
+//   the loop from every item of the expression.
+// - For each border it copies everything that can be reached from the border without text, and the
+//   borders among the copies do the same again.
+//
+// The estimate reads the expression once, octet by octet, keeps one Group per open parenthesis, and
+// stops as soon as a limit is exceeded. It does not check the syntax: the C library does that
+// later, and the estimate of a malformed expression has no meaning but is finite.
 class CostEstimate {
  public:
   explicit CostEstimate(std::string_view expression) : text_(expression) {
-    for (at_ = 0; at_ < text_.size() && !isTooMuch_; ++at_) takeOne();
+    for (at_ = 0; at_ < text_.size() && !tooExpensive_; ++at_) takeOne();
     while (groups_.size() > 1) closeGroup();
     endBranch();
-    if (longestWalk_ * groups_.back().items > walksMax_) isTooMuch_ = true;
+    if (longestWalk_ * groups_.back().items > walksMax_) tooExpensive_ = true;
   }
-  bool isTooMuch() const { return isTooMuch_; }
+  bool tooExpensive() const { return tooExpensive_; }
 
  private:
+  // Saturates, so that no product below overflows.
   static U64 bounded(U64 ways) { return std::min(ways, waysMax); }
 
+  // Reads one element. On return, at_ is at the last octet of that element.
   void takeOne() {
     switch (text_[at_]) {
       case '\\':
@@ -113,7 +131,8 @@ class CostEstimate {
     }
   }
 
-  // References to groups count as borders: what they stand for may be empty.
+  // The octet behind a backslash. Back references count as borders, because the referenced text may
+  // be empty. The others are extensions of the C library: borders of words and of the buffer.
   Part escaped() const {
     const auto isOneOf = [this](std::string_view these) {
       return at_ < text_.size() && these.find(text_[at_]) != these.npos;
@@ -122,12 +141,14 @@ class CostEstimate {
     return isOneOf("<>`'123456789") ? border : character;
   }
 
+  // Begins a new part: the last part will not be repeated any more.
   void addPart(const Part& part) {
     joinLast();
     groups_.back().last = part;
   }
 
-  // Puts the last part, which nothing more repeats, to the others of its branch.
+  // Adds the last part to the sums of its branch. Behind a part that always consumes text, the
+  // empty ways start again, with those inside that part.
   void joinLast() {
     Group& group = groups_.back();
     const Part& last = group.last;
@@ -140,13 +161,17 @@ class CostEstimate {
     group.last = Part();
   }
 
+  // Extends the current run by the last part. A part that always consumes text ends the run, and a
+  // new run begins inside it.
   void joinRun(Group& group, const Part& last) {
     group.run = group.run + last.run;
     group.branchRun = group.branchRun.orLonger(group.run);
-    if (group.run.cost() > runCostMax) isTooMuch_ = true;
+    if (group.run.cost() > runCostMax) tooExpensive_ = true;
     if (last.emptyWays == 0) group.run = last.run;
   }
 
+  // Ends one alternative. Alternatives that may be empty are added, because all of them can be
+  // passed from the same place; of the others only the longest run counts.
   void endBranch() {
     joinLast();
     Group& group = groups_.back();
@@ -165,9 +190,10 @@ class CostEstimate {
   void openGroup() {
     joinLast();
     groups_.emplace_back();
-    if (groups_.size() > nestingMax) isTooMuch_ = true;
+    if (groups_.size() > nestingMax) tooExpensive_ = true;
   }
 
+  // A closed group becomes one part of the group around it. A parenthesis too many is a character.
   void closeGroup() {
     if (groups_.size() == 1) return addPart(character);
     endBranch();
@@ -179,31 +205,33 @@ class CostEstimate {
              .run = group.emptyRuns + group.longestRun});
   }
 
-  // From `least` to `most` times, of which the C library makes `copies`.  The factors
-  // are small enough for the product: items by the expression's size and copiesMax,
+  // Repeats the last part `least` to `most` times; the C library makes `copies` copies of it. The
+  // product fits 64 bits: the items are bounded by the expression's size and copiesMax, and
   // `copies` by timesMax.
   void repeatLast(U64 copies, U64 least, U64 most) {
     Part& last = groups_.back().last;
     const U64 added = last.items * (copies - 1);
     last.items += added;
-    // What may be empty leads from each of its copies to all that follow.
+    // Copies of a part that may be empty count twice, because each is connected to all behind it.
     copies_ += last.emptyWays > 0 ? 2 * added : added;
-    if (copies_ > copiesMax) isTooMuch_ = true;
+    if (copies_ > copiesMax) tooExpensive_ = true;
     if (most == timesMax && last.emptyWays > 0) emptyLoop(last.run.borders);
     last.run = last.emptyWays > 0 ? (last.run + Run{.steps = 1}) * copies : last.run * 2;
-    // Where it need not be, a border before it leads to all copies at once, too.
+    // If the part is optional, a border before it also leads directly to all copies.
     if (least == 0) last.run.steps += 1 + copies / 8;
     last.emptyWays = emptyWaysOf(last.emptyWays, least, most == timesMax ? least + 1 : most);
     last.walks = bounded(std::max(last.walks, last.emptyWays));
   }
 
-  // Round a border, places are copied for each way to it.
+  // A loop that can repeat without consuming text. With a border inside, items are copied for each
+  // empty way to the border, so the limit is lower then.
   void emptyLoop(U64 borders) {
-    if (borders > loopBordersMax) isTooMuch_ = true;
+    if (borders > loopBordersMax) tooExpensive_ = true;
     walksMax_ = std::min(walksMax_, borders > 0 ? borderWalksMax : emptyWalksMax);
   }
 
-  // One way for each number of times, if each time there is but one.
+  // The empty ways through a repetition: the sum of once^n over n = least .. most, saturated. The
+  // loop ends early for 0 and by saturation; for 1 it runs `most` times, which timesMax bounds.
   static U64 emptyWaysOf(U64 once, U64 least, U64 most) {
     U64 ways = least == 0 ? 1 : 0;
     U64 power = 1;
@@ -214,7 +242,8 @@ class CostEstimate {
     return bounded(ways);
   }
 
-  // {m}, {m,}, {m,n} and, as an extension, {,n}: the largest number counts.
+  // An interval: {m}, {m,}, {m,n} and, as an extension of the C library, {,n}. The larger number
+  // determines the copies. Anything else between the braces is malformed and read somehow.
   void repeat() {
     U64 least = 0;
     U64 number = 0;
@@ -234,8 +263,8 @@ class CostEstimate {
     repeatLast(std::max<U64>(times, 1) + 1, least, hasComma && !hasMost ? timesMax : times);
   }
 
-  // From '[' to its ']'.  A ']' that comes first, or inside [: :], [. .] or [= =],
-  // does not close it.
+  // Skips a bracket expression. A ']' directly behind '[' or '[^', or inside [: :], [. .] or [= =],
+  // does not close it (IEEE Std 1003.1, section 9.3.5).
   void skipBracket() {
     std::size_t at = at_ + 1;
     if (at < text_.size() && text_[at] == '^') ++at;
@@ -244,6 +273,7 @@ class CostEstimate {
     at_ = at;
   }
 
+  // Returns the last octet of [:class:] and the like if one begins at `at`, else `at`.
   std::size_t skipClass(std::size_t at) const {
     if (text_[at] != '[' || at + 1 >= text_.size()) return at;
     const char kind = text_[at + 1];
@@ -255,24 +285,27 @@ class CostEstimate {
 
   const std::string_view text_;
   std::size_t at_ = 0;
-  std::vector<Group> groups_{1};
-  U64 copies_ = 0;  // items that stand for others, of all groups
-  U64 longestWalk_ = 1;
-  U64 walksMax_ = ~U64{0};
-  bool isTooMuch_ = false;
+  std::vector<Group> groups_{1};  // the open groups; the first is the whole expression
+  U64 copies_ = 0;                // items that are copies of others, in all groups
+  U64 longestWalk_ = 1;           // the maximum of Group::longestWalk
+  U64 walksMax_ = ~U64{0};        // for longestWalk_ times items; no limit without empty loops
+  bool tooExpensive_ = false;
 };
 
-// Up to a NUL, which would end the message.
+// The message has the expression up to a NUL, which would end the text of what(), and at most 256
+// octets of it.
 [[noreturn]] void refuse(const Kiv::String& expression, std::string_view reason) {
   const std::size_t shown = std::min<std::size_t>(expression.find('\0'), 256);
   throw Kiv::RangeException("bad regular expression \"" + expression.substr(0, shown) +
                             "\": " + Kiv::String(reason));
 }
 
+// The size is checked before the estimate, so the estimate itself is cheap for any input. A NUL
+// would end the expression for the C library, which would then match more than was written.
 void checkCost(const Kiv::String& expression) {
   if (expression.find('\0') != expression.npos) refuse(expression, "NUL character");
   if (expression.size() > expressionSizeMax) refuse(expression, "too long");
-  if (CostEstimate(expression).isTooMuch()) refuse(expression, "too complex");
+  if (CostEstimate(expression).tooExpensive()) refuse(expression, "too complex");
 }
 
 Kiv::String messageOf(int error, const regex_t& compiled) {
@@ -287,10 +320,12 @@ PosixRegex::PosixRegex(Kiv::String expression) : expression_(std::move(expressio
   checkCost(expression_);
   auto compiled = std::make_unique<regex_t>();
   const int error = regcomp(compiled.get(), expression_.c_str(), REG_EXTENDED | REG_NOSUB);
-  if (error != 0) refuse(expression_, messageOf(error, *compiled));  // and nothing to free
+  // On failure regcomp has freed everything itself; regfree must not be called then.
+  if (error != 0) refuse(expression_, messageOf(error, *compiled));
   compiled_.reset(compiled.release());
 }
 
+// Without sub-matches: the expression was compiled with REG_NOSUB.
 int PosixRegex::execute(const char* text) const {
   return regexec(compiled_.get(), text, 0, nullptr, 0);
 }

@@ -11,25 +11,30 @@
 
 namespace Routing::RouteMap {
 
-// One POSIX extended regular expression (IEEE Std 1003.1, section 9.4), compiled
-// once, matched against a whole line of text.  execute may run in any number of
-// threads at once.  Moved, not copied; one moved from may only be destroyed or
-// assigned to.
+// One POSIX extended regular expression (IEEE Std 1003.1, section 9.4), compiled by the C library
+// once and then searched for in lines of text. Movable, not copyable; an object that was moved from
+// may only be destroyed or assigned to. Any number of threads may call execute at the same time.
 class OV_EXPORT PosixRegex {
  public:
-  // Raises Kiv::RangeException, with the expression and the C library's message,
-  // if it does not compile.  Expressions that could exhaust the C library's stack,
-  // memory or patience are refused in the same way: longer than 4096 octets, groups nested
-  // deeper than 100, repetitions that multiply out to more than 2000 copies (1000 of what
-  // may be empty), loops that can go round without any text in too many ways, such as
-  // ((a*|b*|c*){13})* or (^|$|\b|\B)*, or too many anchors with no text between, such as
-  // (\b){1,60}.  What is accepted compiles within some tenths of a second and 50 MB; how
-  // long a match takes depends on the text, too.
+  // Compiles the expression. Raises Kiv::RangeException, with the expression and the C library's
+  // message, if it is malformed.
+  //
+  // Expressions that could exhaust the C library's stack, memory or time are refused in the same
+  // way, because operators type them and no limit of the C library stops them:
+  // - longer than 4096 octets, or with a NUL character;
+  // - groups nested deeper than 100;
+  // - repetitions that multiply out to more than 2000 copies, 1000 for possibly empty parts;
+  // - loops with too many ways to repeat without consuming text: ((a*|b*|c*){13})* (^|$|\b|\B)*
+  // - too many anchors with no text between them: (\b){1,60}
+  // An accepted expression compiles within some tenths of a second and 50 MB. How long a match
+  // takes also depends on the text.
   explicit PosixRegex(Kiv::String expression);
 
+  // The expression as it was given.
   const Kiv::String& expression() const { return expression_; }
 
-  // 0 if the expression is found in the NUL-terminated `text`, otherwise non-zero.
+  // Returns 0 if the expression matches anywhere in the NUL-terminated `text`, otherwise the C
+  // library's error code: REG_NOMATCH, or REG_ESPACE if memory ran out.
   int execute(const char* text) const;
 
  private:

@@ -1,4 +1,4 @@
-// How tests keep a store in change: which image is put, replaced or removed next.
+// A random sequence of changes to a store, for tests that read while the store is changing.
 #ifndef TESTS_PLATFORM_KIVSTASH_STORECHURN_H
 #define TESTS_PLATFORM_KIVSTASH_STORECHURN_H
 
@@ -10,14 +10,17 @@
 
 namespace StoreTest {
 
-// Holds about a hundred images of four kinds. `Derived` has put(kind, old), which
-// puts a new image of the kind, or replaces `old` if that is not null, and returns
-// the image's id.
+// Keeps about a hundred images of four kinds in the store. Each step puts, replaces or removes one
+// image; the sequence is the same in every run. `Derived` must have put(kind, old), which puts a
+// new image of the kind, or replaces the image `*old` if `old` is not null, and returns the image's
+// id.
 template <class Derived>
 class ChurnerBase {
  public:
+  // The writer must exist as long as this object.
   explicit ChurnerBase(KivStash::StoreWriter& writer) : writer_(writer) {}
 
+  // Makes one change; mostly a replacement, and a removal whenever there are too many images.
   void step() {
     const U32 choice = next() % 8;
     if (ids_.size() > 100 || (choice == 0 && !ids_.empty())) {

@@ -1,3 +1,5 @@
+// Stores that are damaged, hostile, or no stores at all: reading ends in data or in an exception,
+// and the process survives.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -24,7 +26,9 @@ using Stash::Word;
 
 constexpr std::size_t firstImage = Stash::firstDirectoryBlock + offsetof(DirectoryBlock, images);
 
-// Two plain lists, two values and a list of them.
+// The octets of a store with two plain lists, two values and a list of these values, in records 0
+// to
+// 4. Read from the file, so that a test can damage them.
 Octets smallStore() {
   const TestName name(true);
   {
@@ -59,10 +63,10 @@ T get(const Octets& octets, std::size_t at) {
 
 struct Outcome {
   std::vector<List> lists;
-  std::string error;  // the last one
+  std::string error;  // the text of the last exception, empty if there was none
 };
 
-// Reads all that can be read.
+// Reads every image that can be read, and goes on behind damaged ones.
 Outcome readAll(const Stash::StoreName& name) {
   Outcome outcome;
   try {
@@ -86,8 +90,8 @@ Outcome readAll(const Stash::StoreName& name) {
 struct Corruption {
   const char* what;
   std::function<void(Octets&)> corrupt;
-  const char* error;  // is part of what() of the exception
-  std::size_t lists;  // that are read all the same
+  const char* error;  // must be a part of what() of the exception; empty if there must be none
+  std::size_t lists;  // number of images that are read nevertheless
 };
 
 constexpr std::size_t recordAt(std::size_t index) {
@@ -102,6 +106,7 @@ auto set(std::size_t at, T value) {
   return [at, value](Octets& octets) { put(octets, at, value); };
 }
 
+// Sets the word at `at` to the writer's address of the octet at `offset`.
 auto setStored(std::size_t at, Word offset) {
   return [at, offset](Octets& octets) {
     put(octets, at, get<Word>(octets, offsetof(StoreHeader, base)) + offset);
@@ -111,20 +116,20 @@ auto setStored(std::size_t at, Word offset) {
 TEST(HostileStore, IsRefusedByNamingTheCheck) {
   const Corruption table[] = {
       {"nothing", [](Octets&) {}, "", 5},
-      {"no octets", [](Octets& octets) { octets.clear(); }, "does not start like one", 0},
-      {"few octets", [](Octets& octets) { octets.resize(11); }, "does not start like one", 0},
+      {"no octets", [](Octets& octets) { octets.clear(); }, "not a store: bad magic number", 0},
+      {"few octets", [](Octets& octets) { octets.resize(11); }, "not a store: bad magic number", 0},
       {"half a header", [](Octets& octets) { octets.resize(30); }, "ends within its header", 0},
-      {"cut", [](Octets& octets) { octets.pop_back(); }, "cut short", 0},
-      {"magic", set(0, 'x'), "does not start like one", 0},
+      {"cut", [](Octets& octets) { octets.pop_back(); }, "truncated", 0},
+      {"magic", set(0, 'x'), "not a store: bad magic number", 0},
       {"byte order", set(offsetof(StoreHeader, byteOrder), U32{0x04030201}), "another byte order",
        0},
       {"version", set(offsetof(StoreHeader, version), U32{2}), "layout version is 2, not 1", 0},
       {"word size", set(offsetof(StoreHeader, wordSize), U32{12 - Stash::wordSize}),
        Stash::wordSize == 8 ? "word size is 32, not 64" : "word size is 64, not 32", 0},
-      {"maximum", set(offsetof(StoreHeader, maximum), Word{2000}), "may grow to 2000", 0},
-      {"huge maximum", set(offsetof(StoreHeader, maximum), ~Word{0}), "may grow to", 0},
+      {"maximum", set(offsetof(StoreHeader, maximum), Word{2000}), "maximum length 2000", 0},
+      {"huge maximum", set(offsetof(StoreHeader, maximum), ~Word{0}), "maximum length", 0},
       {"length", set(offsetof(StoreHeader, length), Word{100}), "length is 100", 0},
-      {"huge length", set(offsetof(StoreHeader, length), Word{8000}), "cut short", 0},
+      {"huge length", set(offsetof(StoreHeader, length), Word{8000}), "truncated", 0},
       {"base", set(offsetof(StoreHeader, base), Word{16}), "outside the store", 2},
       {"base at the end of all addresses", set(offsetof(StoreHeader, base), Word{0} - 256),
        "outside the store", 2},
@@ -173,7 +178,7 @@ TEST(HostileStore, IsRefusedByNamingTheCheck) {
 TEST(HostileStore, MayHaveAnyBitFlipped) {
   const Octets sound = smallStore();
   std::size_t failures = 0;
-  // All bits of what is in use, one of each octet of the rest.
+  // Every bit of the octets in use, and one bit of each octet behind them, to keep the test short.
   const std::size_t used = recordAt(6) * 8;
   for (std::size_t bit = 0; bit < sound.size() * 8; bit += bit < used ? 1 : 9) {
     const TestName name;
@@ -205,7 +210,8 @@ TEST(HostileStore, IsNotRemovedIfItIsSomethingElse) {
   EXPECT_TRUE(std::ifstream(name.text()).good());
 }
 
-// The file goes away while it is mapped, wholly or in part, and comes back.
+// The file is shortened while it is mapped, first in part and then completely. The writer notices
+// it, too, at the latest in the second operation.
 TEST(HostileStore, MayLoseItsFileUnderReadersAndWriter) {
   for (const bool file : {false, true}) {
     const TestName name(file);
@@ -235,9 +241,11 @@ TEST(HostileStore, MayLoseItsFileUnderReadersAndWriter) {
   }
 }
 
-// Whose handler was there before the first store gets what is none of ours.
+// A SIGBUS handler that was installed before the first store still gets the signals that are not
+// caused by a store.
 TEST(HostileStoreDeathTest, PassesOtherFaultsOn) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that had no store yet
+  // Each child starts anew, so that it has no store and no handler of ours yet.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto raiseAfter = [](const struct sigaction& before) {
     ::sigaction(SIGBUS, &before, nullptr);
     const TestName name;
@@ -256,11 +264,12 @@ TEST(HostileStoreDeathTest, PassesOtherFaultsOn) {
   EXPECT_EXIT(raiseAfter(before), testing::ExitedWithCode(2), "");
 }
 
-// A fault that is none of ours still ends the process.
+// Without an earlier handler, SIGBUS outside of stores still ends the process: raised by a process,
+// and as a fault in another mapping.
 TEST(HostileStoreDeathTest, LeavesOtherFaultsAlone) {
   const TestName name;
   const StoreWriter writer(name.name());
-  Stash::storeRemove(name.name());  // as those who die do not
+  Stash::storeRemove(name.name());  // because a child that dies runs no destructors
   EXPECT_DEATH(::raise(SIGBUS), "");
   EXPECT_DEATH(
       {

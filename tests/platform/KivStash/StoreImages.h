@@ -1,4 +1,6 @@
-// What the store's tests keep in stores, and how they read it back.
+// The images that tests of stores use, and functions that read them back.
+//
+// Empty tag types stand for the library's lists and values, since the platform knows none of them.
 #ifndef TESTS_PLATFORM_KIVSTASH_STOREIMAGES_H
 #define TESTS_PLATFORM_KIVSTASH_STOREIMAGES_H
 
@@ -64,7 +66,8 @@ using enum Stash::ImageKind;
 template <class T>
 using Reader = KivStash::ReaderPtr<T, KivStash::PavoAnchorTranslatorValidator>;
 
-// A name that no other test has; the store goes with it.
+// A store name that is unique among processes and tests: shared memory, or a file in the folder for
+// temporary files. The destructor removes the store, or whatever a test has put under the name.
 class TestName {
  public:
   explicit TestName(bool file = false) : text_(fresh(file)) {}
@@ -91,10 +94,11 @@ class TestName {
   const std::string text_;
 };
 
+// A list as read back, flattened to numbers so that lists of all kinds can be compared.
 struct List {
   ImageKind kind = none;
   bool sorted = false;
-  std::vector<U32> words;  // of all elements; the values' classifications among them
+  std::vector<U32> words;  // of all elements; a value's classification before its content
 
   friend auto operator<=>(const List&, const List&) = default;
 };
@@ -104,6 +108,7 @@ inline void append(std::vector<U32>& words, const Large& comm) {
   words.insert(words.end(), comm.begin(), comm.end());
 }
 
+// Reads a list whose elements are plain octets.
 template <class T, class Element>
 List readPlain(const void* stored, StoreManager* manager) {
   const Reader<T> reader(stored, manager);
@@ -115,6 +120,8 @@ List readPlain(const void* stored, StoreManager* manager) {
   return list;
 }
 
+// Reads a list of values: each value by a reader of its own, and the list validated once more at
+// the end, as KivStash/ReaderPtr.h demands.
 template <class T, class Value, class Content>
 List readValues(const void* stored, StoreManager* manager) {
   const Reader<T> reader(stored, manager);
@@ -132,6 +139,7 @@ List readValues(const void* stored, StoreManager* manager) {
   return list;
 }
 
+// Reads a list of any kind; an image of a value gives a list without words.
 inline List readList(const KivStash::StoredRef& image, StoreManager* manager) {
   switch (image.kind) {
     case standardList:

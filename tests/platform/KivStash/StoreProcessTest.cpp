@@ -1,5 +1,5 @@
-// Readers and a writer at work at the same time: in two processes, in two threads,
-// and with a writer that is killed.
+// Readers and a writer that work at the same time: in two processes, in two threads, and with a
+// writer that is killed.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -16,8 +16,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Changes lists of all kinds at full speed.  All parts of a list are made from one
-// number, so that a reader can tell a whole one.
+// Changes lists of all kinds at full speed. All words and the sorted flag of a list are derived
+// from one random number, so that a reader can tell a consistent list from a torn one.
 class Churner : public ChurnerBase<Churner> {
  public:
   using ChurnerBase::ChurnerBase;
@@ -55,6 +55,8 @@ class Churner : public ChurnerBase<Churner> {
   }
 };
 
+// Whether all words of the list are derived from the same number. An IPv6 value has 21 words: its
+// classification, then 20 octets, of which only the first is not 0.
 bool isWhole(const List& list) {
   if (list.words.empty()) return true;
   const U32 seed = list.words[0];
@@ -67,13 +69,15 @@ bool isWhole(const List& list) {
   return true;
 }
 
+// What readers have met: consistent lists, torn ones, and lists that changed while they were read.
 struct Count {
   U64 whole = 0;
   U64 broken = 0;
   U64 retries = 0;
 };
 
-// One walk through the store.
+// One walk through the store. The three exceptions mean that the image was changed, removed, or
+// replaced by another kind meanwhile; every other exception fails the test.
 void readOnce(const StoreManager::Ptr& manager, Count& count) {
   StoreCursor cursor(manager);
   while (const auto image = cursor.next()) {
@@ -90,7 +94,8 @@ void readOnce(const StoreManager::Ptr& manager, Count& count) {
   }
 }
 
-// Writes in a process of its own until killed.
+// Starts a process that changes a new store until it is killed. Returns after the first change,
+// when the store exists.
 pid_t startWriter(const TestName& name) {
   int ready[2];
   if (::pipe(ready) != 0) return -1;
@@ -130,7 +135,8 @@ TEST(StoreProcess, ReaderSeesOnlyWholeListsOfAnotherProcess) {
   RecordProperty("retries", std::to_string(count.retries));
 }
 
-// What a dead writer has left half changed ends in an exception, the rest is read.
+// A killed writer leaves one image in the middle of a change at most; that one ends in an
+// exception, and all others can be read.
 TEST(StoreProcess, ReaderOutlivesAWriterKilledAtAnyTime) {
   std::mt19937 random(1);
   for (int round = 0; round < 30; ++round) {
@@ -147,7 +153,8 @@ TEST(StoreProcess, ReaderOutlivesAWriterKilledAtAnyTime) {
   }
 }
 
-// The same by one memory: what a thread sanitizer can watch.
+// Readers in threads of the writer's process, through the same mapping, so that a thread sanitizer
+// can check the accesses.
 TEST(StoreProcess, ThreadsReadWhatOneChanges) {
   const TestName name;
   StoreWriter writer(name.name(), {0, 1 << 22});
@@ -172,7 +179,8 @@ TEST(StoreProcess, ThreadsReadWhatOneChanges) {
   }
 }
 
-// The fields of one record, which take the writer a few nanoseconds to change.
+// The sorted flag and the count of one record always change together. The change takes the writer
+// only a few nanoseconds, so the test repeats it for a while.
 TEST(StoreProcess, FieldsOfARecordChangeTogether) {
   const TestName name;
   StoreWriter writer(name.name());

@@ -1,3 +1,4 @@
+// A store used as intended: what is put can be read back, and the writer's errors change nothing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,6 +8,11 @@
 
 #include "Kiv/Exception.h"
 #include "tests/platform/KivStash/StoreImages.h"
+
+// The type of the example in KivStash/ReaderPtr.h.
+struct MyList {};
+template <>
+inline constexpr Stash::ImageKind KivStash::storedKind<MyList> = Stash::ImageKind::standardList;
 
 namespace StoreTest {
 namespace {
@@ -18,6 +24,7 @@ ImageId putStandard(StoreWriter& writer, const Comms& comms, bool sorted = true)
   return writer.putList(standardList, sorted, std::span<const U32>(comms));
 }
 
+// All lists of the store. A multiset, because the order of a walk is not specified.
 std::multiset<List> lists(const StoreManager::Ptr& manager) {
   std::multiset<List> found;
   StoreCursor cursor(manager);
@@ -78,7 +85,7 @@ TEST(Store, HasOneNameAtATime) {
   EXPECT_THROW(StoreManager{name.name()}, Stash::StoreAccessException);
 }
 
-// Images of another size than before, in the same and in other places.
+// Replacements by longer and by empty lists, and the use of an image that was removed.
 TEST(Store, ReplacesAndRemoves) {
   const TestName name;
   StoreWriter writer(name.name());
@@ -99,6 +106,24 @@ TEST(Store, ReplacesAndRemoves) {
   writer.remove(first);
   EXPECT_EQ(0U, writer.images());
   EXPECT_TRUE(lists(manager).empty());
+}
+
+// The lines of the example in KivStash/ReaderPtr.h.
+TEST(Store, IsReadAsTheHeaderShows) {
+  const TestName name;
+  StoreWriter writer(name.name());
+  const StoreManager::Ptr opened = writer.manager();
+  StoreManager* const manager = opened.ptr();
+  const void* const stored = writer.storedAddress(putStandard(writer, {5, 6}));
+
+  KivStash::ReaderPtr<MyList, KivStash::PavoAnchorTranslatorValidator> list(stored, manager);
+  const bool sorted = list.sorted();
+  const auto elements = list.elements<U32>();
+  std::vector<U32> comms(elements.count());
+  elements.copyTo(comms);
+
+  EXPECT_TRUE(sorted);
+  EXPECT_EQ((Comms{5, 6}), comms);
 }
 
 TEST(Store, NoticesThatAnImageChangedBetweenReads) {
@@ -123,7 +148,7 @@ TEST(Store, NoticesThatAnImageChangedBetweenReads) {
   EXPECT_EQ((Comms{3, 4}), comms);
 }
 
-TEST(Store, SharesValuesAndKeepsThemForWhoHoldsThem) {
+TEST(Store, SharesValuesAndKeepsThemWhileReferenced) {
   const TestName name;
   StoreWriter writer(name.name());
   const StoreManager::Ptr manager = writer.manager();
@@ -210,7 +235,7 @@ TEST(Store, SaysThatItIsFullAndStaysAsItWas) {
   EXPECT_THROW(putStandard(writer, Comms(1000)), Stash::StoreFullException);
   EXPECT_THROW(writer.replaceList(kept, true, std::span<const U32>(Comms(1000))),
                Stash::StoreFullException);
-  for (U32 i = 0; i < 70; ++i) {  // values take no blocks, only records
+  for (U32 i = 0; i < 70; ++i) {  // values need no blocks, only records
     try {
       filling.push_back(writer.putValue(extendedValue, i, ExtendedContent{}));
     } catch (const Stash::StoreFullException&) {
@@ -225,8 +250,8 @@ TEST(Store, SaysThatItIsFullAndStaysAsItWas) {
   putStandard(writer, Comms(1000, 6));
 }
 
-// The writer's books against a plain model: no two images share octets, and what
-// is given back is found again.
+// Random operations compared with a plain model. The comparison fails if two images share octets;
+// the end of the test fails if released space is not found again.
 TEST(Store, KeepsManyImagesApart) {
   const TestName name;
   StoreWriter writer(name.name(), {0, 1 << 20});
@@ -260,7 +285,7 @@ TEST(Store, KeepsManyImagesApart) {
     writer.remove(model.begin()->first);
     model.erase(model.begin());
   }
-  // All of it in one piece again, but for the directory.
+  // The free space is one piece again, except for the directory blocks.
   EXPECT_LT(writer.used(), 30000U);
   EXPECT_NO_THROW(putStandard(writer, Comms((std::size_t{1} << 18) - 30000 / 4)));
 }

@@ -1,4 +1,4 @@
-// For whom readers wait, and how long.
+// How long readers wait for a writer that is in the middle of a change, or seems to be.
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 
 #include "tests/platform/KivStash/StoreImages.h"
 
-// Counted on its way to the system.
+// Replaces the C library's function, to count how often a reader gives up its processor.
 std::atomic<unsigned> processorGivenUp{0};
 extern "C" int sched_yield() noexcept {
   ++processorGivenUp;
@@ -28,6 +28,7 @@ void writeStore(const TestName& name) {
   }
 }
 
+// Writes the anchor of all images into the file: odd as a dead writer would leave it, or even.
 void anchorsAre(const TestName& name, U32 anchor) {
   std::fstream file(name.text(), std::ios::binary | std::ios::in | std::ios::out);
   for (U32 i = 0; i < listCount; ++i) {
@@ -38,7 +39,7 @@ void anchorsAre(const TestName& name, U32 anchor) {
   }
 }
 
-// How many images can be read; the others are being changed.
+// Number of images that can be read; the others raise VersionAnchorException.
 U32 readable(const StoreManager::Ptr& manager) {
   U32 count = 0;
   StoreCursor cursor(manager);
@@ -52,8 +53,9 @@ U32 readable(const StoreManager::Ptr& manager) {
   return count;
 }
 
-// On a busy machine each time may take as long as all others have the processor.
-TEST(StoreWait, IsShortForAWriterThatDiedWhereverItDid) {
+// Each yield can take several time slices on a busy machine, so a store full of odd anchors must
+// not cost many of them per image.
+TEST(StoreWait, IsShortIfTheWriterDiedDuringAChange) {
   const TestName name(true);
   writeStore(name);
   const auto manager = KivStash::storeManagerFactory(name.name());

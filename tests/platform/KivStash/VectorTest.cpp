@@ -1,3 +1,5 @@
+// Storage of KivStash::Vector: how it grows, what it allocates, and the two forms without storage
+// of its own.
 #include "KivStash/Vector.h"
 
 #include <gtest/gtest.h>
@@ -63,10 +65,10 @@ TEST(Vector, GivesBackWhatItDoesNotNeed) {
 
 struct VectorOwner {
   Words words;
-  U32 behind[3] = {9, 9, 9};  // as an allocation of the right size would have
+  U32 behind[3] = {9, 9, 9};  // stands for the octets allocated behind the object
 };
 
-TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
+TEST(Vector, HasElementsInPlaceAndThenStaysAsItIs) {
   const U64 before = KivStash::arrayType<U32>().bytes();
   for (const U32 count : {0U, 1U, 2U, 4U}) {
     VectorOwner owner;
@@ -90,7 +92,7 @@ TEST(Vector, HoldsElementsInPlaceAndThenStaysAsItIs) {
       "!isInPlace\\(\\)");
 }
 
-TEST(Vector, HoldsElementsThatStandBehindItsOwnerAndThenStaysAsItIs) {
+TEST(Vector, HasElementsBehindItsOwnerAndThenStaysAsItIs) {
   const U64 before = KivStash::arrayType<U32>().bytes();
   std::array<U32, 4> behind{1, 2, 3, 4};
   for (const U32 count : {0U, 1U, 4U}) {

@@ -14,8 +14,8 @@ namespace {
 using OvFmt::DynamicBufferInterface;
 using OvFmt::StackBackedBuffer;
 
-// Values around every change of length and of digit grouping, then random ones of
-// every magnitude.
+// Values on both sides of every change of the number of digits or bits, and random values of every
+// magnitude.
 std::vector<U64> interestingValues() {
   std::vector<U64> values{0, std::numeric_limits<U64>::max()};
   for (U64 power = 1; power <= 10'000'000'000'000'000'000U / 10; power *= 10) {
@@ -30,7 +30,7 @@ std::vector<U64> interestingValues() {
   return values;
 }
 
-// writeDecimal's text; checks that it stays within the room it declares.
+// Returns the text of writeDecimal, and checks that it overwrites nothing behind `Room` octets.
 template <std::size_t Room, class Unsigned>
 std::string written(Unsigned value) {
   char area[Room + 1];
@@ -55,7 +55,8 @@ TEST(Decimal, WritesWideNumbersOfEveryLength) {
   }
 }
 
-// One text through a buffer of so much inline room; with little, each append must grow it.
+// The same text from buffers of different inline sizes. With a small one, each append must grow the
+// buffer, and takes the slow path.
 template <std::size_t InlineSize>
 std::string appended(U64 value) {
   StackBackedBuffer<InlineSize, 1> buffer;
@@ -94,7 +95,8 @@ TEST(DynamicBuffer, AppendsHexadecimal) {
   }
 }
 
-// The capacity after `used` octets are in a buffer of 100 and `required` more are asked for.
+// The capacity of a buffer of 100 octets, with `used` octets of text, after `required` more octets
+// were reserved.
 template <std::size_t Step>
 std::size_t capacityAfter(std::size_t used, std::size_t required) {
   StackBackedBuffer<100, Step> buffer;
@@ -109,7 +111,7 @@ TEST(DynamicBuffer, GrowsByTheFormula) {
   EXPECT_EQ(capacityAfter<1024>(90, 11), 180U);    // twice what is used
   EXPECT_EQ(capacityAfter<1024>(90, 200), 290U);   // what is needed
   EXPECT_EQ(capacityAfter<128>(90, 11), 128U);     // doubling stops at the step
-  EXPECT_EQ(capacityAfter<1024>(2000, 1), 2001U);  // and past it only needs count
+  EXPECT_EQ(capacityAfter<1024>(2000, 1), 2001U);  // beyond the step, only what is needed
   EXPECT_EQ(capacityAfter<1024>(0, 101), 101U);
 }
 
@@ -127,6 +129,7 @@ TEST(DynamicBuffer, KeepsItsRoomWhenCleared) {
   EXPECT_EQ(buffer.str(), withNul);
 }
 
+// Sanitizers abort on huge requests instead of returning null.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool isSanitized = true;
 #elif defined(__has_feature)
@@ -145,7 +148,7 @@ TEST(DynamicBuffer, KeepsItsTextWhenMemoryRunsOut) {
   EXPECT_EQ(buffer.view(), "text that has moved to the heap!");
 }
 
-// A sink that is not made to grow.
+// A buffer that cannot grow.
 class FixedBuffer final : public DynamicBufferInterface {
  public:
   FixedBuffer() : DynamicBufferInterface(area_, sizeof area_) {}

@@ -12,7 +12,7 @@ namespace {
 
 using OvToggles::getToggleState;
 
-// A folder of toggle files of its own, announced by togglePathIs.
+// Each test has a folder of toggle files of its own, set by togglePathIs.
 class OvTogglesTest : public testing::Test {
  protected:
   OvTogglesTest() : folder_(testing::TempDir() + "OvTogglesXXXXXX") {
@@ -27,8 +27,8 @@ class OvTogglesTest : public testing::Test {
   std::string path() const { return folder_ + "/BgpCommon.json"; }
   void write(const std::string& text) const { std::ofstream(path(), std::ios::binary) << text; }
 
-  // What standard error hears while the toggle is asked for; the answer must be
-  // the default, whichever it is.
+  // What getToggleState writes to standard error. Its result must be the default state, whether
+  // that is on or off.
   std::string complaint() const {
     testing::internal::CaptureStderr();
     EXPECT_FALSE(getToggleState("OvBgpLlgr", "BgpCommon.json", false));
@@ -130,7 +130,7 @@ TEST_F(OvTogglesTest, RefusesWhatIsNoReadableFile) {
   expectComplaint("not a regular file");
   std::filesystem::remove(path());
 
-  ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);  // and does not wait for a writer
+  ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);  // reading must not wait for a writer
   expectComplaint("not a regular file");
   std::filesystem::remove(path());
 

@@ -25,17 +25,17 @@ TEST(Ip6Addr, ReadsEveryFormAndWritesTheCanonicalOne) {
       {"1::", "1::"},
       {"2001:DB8:0:0:8:800:200C:417A", "2001:db8::8:800:200c:417a"},
       {"2001:0db8:0000:0000:0000:0000:0000:0001", "2001:db8::1"},
-      {"2001:db8:0:1:1:1:1:1", "2001:db8:0:1:1:1:1:1"},  // one group is not shortened
-      {"2001:db8::1:1:1:1:1", "2001:db8:0:1:1:1:1:1"},   // though it may be read
-      {"2001:0:0:1:0:0:0:1", "2001:0:0:1::1"},           // the longest run
-      {"2001:db8:0:0:1:0:0:1", "2001:db8::1:0:0:1"},     // the first of two
+      {"2001:db8:0:1:1:1:1:1", "2001:db8:0:1:1:1:1:1"},  // a single group is not shortened
+      {"2001:db8::1:1:1:1:1", "2001:db8:0:1:1:1:1:1"},   // but is read in shortened form
+      {"2001:0:0:1:0:0:0:1", "2001:0:0:1::1"},           // the longest run is shortened
+      {"2001:db8:0:0:1:0:0:1", "2001:db8::1:0:0:1"},     // the first of two equal runs
       {"0:0:1:2:3:4:0:0", "::1:2:3:4:0:0"},
       {"1:2:3:4:5:6:7::", "1:2:3:4:5:6:7:0"},
       {"::2:3:4:5:6:7:8", "0:2:3:4:5:6:7:8"},
       {"0:0:0:0:0:ffff:192.0.2.1", "::ffff:192.0.2.1"},
       {"::ffff:0:0", "::ffff:0.0.0.0"},
       {"::FFFF:255.255.255.255", "::ffff:255.255.255.255"},
-      {"::192.0.2.1", "::c000:201"},  // only mapped ones keep the form
+      {"::192.0.2.1", "::c000:201"},  // only IPv4-mapped addresses are written with dots
       {"64:ff9b::192.0.2.33", "64:ff9b::c000:221"},
       {"1:2:3:4:5:6:1.2.3.4", "1:2:3:4:5:6:102:304"},
       {"::ffff:0:1.2.3.4", "::ffff:0:102:304"},
@@ -88,7 +88,8 @@ TEST(Ip6Addr, RefusesAllElse) {
   EXPECT_THROW(Ip6Addr(std::string_view("::1\0", 4)), Kiv::RangeException);
 }
 
-// An address with each group zero, small or full with equal likelihood.
+// A random address. Each group is zero, below 256 or any number, with equal probability, so that
+// runs of zeros of every length occur; one address in eight begins like an IPv4-mapped one.
 Ip6Addr randomAddr(std::mt19937& random) {
   Ip6Addr::Octets octets{};
   for (std::size_t i = 0; i < octets.size(); i += 2) {
@@ -107,7 +108,8 @@ TEST(Ip6Addr, AgreesWithTheSystemOnRandomAddresses) {
   std::mt19937 random(1);
   for (int i = 0; i < 50000; ++i) {
     const Ip6Addr addr = randomAddr(random);
-    // The system writes IPv4 addresses behind 96 bits of zero as such; this one does not.
+    // The C library also writes IPv4-compatible addresses (96 bits of zeros) with dots; RFC 5952
+    // recommends that only for prefixes known to contain IPv4 addresses.
     const bool isCompatible = std::all_of(addr.octets().begin(), addr.octets().begin() + 12,
                                           [](U8 octet) { return octet == 0; });
     char text[INET6_ADDRSTRLEN];
@@ -119,7 +121,7 @@ TEST(Ip6Addr, AgreesWithTheSystemOnRandomAddresses) {
   }
 }
 
-// Texts that are nearly right: both readers take them or neither does.
+// Random texts that are nearly addresses. The C library and this class must accept the same ones.
 TEST(Ip6Addr, AgreesWithTheSystemOnRandomTexts) {
   std::mt19937 random(2);
   const std::string_view pieces[] = {"0", "1",  "ab", "FFFF", ":",    ":",

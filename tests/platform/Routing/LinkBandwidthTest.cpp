@@ -27,7 +27,7 @@ TEST(LinkBandwidth, TextHasTheLargestUnitThatIsReached) {
   EXPECT_EQ("nan", LinkBandwidth::fromBits(0x7FC00000).toStrep(false));
 }
 
-// The reference is a stream in its default format and the classic locale.
+// Compared with the text that a stream writes in its default format and the classic locale.
 TEST(LinkBandwidth, WeightIsWrittenAsAStreamWould) {
   std::mt19937 random(3);
   for (int i = 0; i < 100000; ++i) {

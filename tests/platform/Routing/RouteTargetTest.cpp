@@ -38,7 +38,8 @@ TEST(RouteTarget, TextNamesTheThreeFormsAndNothingElse) {
     EXPECT_EQ(row.text, target.toStrep(false));
     EXPECT_EQ(row.asdot, target.toStrep(true));
     EXPECT_EQ(target.isRouteTarget(), row.text[1] != 'x') << row.text;
-    // Only the four-octet form of a small AS number reads back as another one.
+    // The one ambiguous text: a four-octet AS number below 65536 is read back as the two-octet
+    // form.
     if (row.value == 0x0202'0000'fde8'0064) continue;
     EXPECT_EQ(target, RouteTarget(row.text)) << row.text;
     EXPECT_EQ(target, RouteTarget(row.asdot)) << row.asdot;

@@ -33,7 +33,7 @@ TEST(Serialize, StaysInPlaceForAMessage) {
   EXPECT_EQ(bytes.capacity(), 4096U);
 }
 
-// Every add, at every distance from the end of what is in place.
+// Every add function, at every distance from the end of the storage inside the object.
 TEST(Serialize, KeepsItsBytesAsItGrows) {
   for (U32 before = 4096 - 17; before <= 4096; ++before) {
     for (const U32 step : {1U, 2U, 4U, 8U, 16U}) {
@@ -58,7 +58,7 @@ TEST(Serialize, KeepsItsBytesAsItGrows) {
   EXPECT_EQ(bytes.serializedString(0), expected);
 }
 
-// One add that is larger than what doubling would give.
+// A single addition that needs more than twice the capacity.
 TEST(Serialize, HasRoomForAllThatItHolds) {
   Serialize bytes;
   bytes.addOctets(std::vector<U8>(4000, 0xaa));

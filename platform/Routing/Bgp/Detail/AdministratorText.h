@@ -1,13 +1,15 @@
-// How AS numbers and IPv4 addresses are written in the texts of communities.
-#ifndef ROUTING_BGP_ADDRESSTEXT_H
-#define ROUTING_BGP_ADDRESSTEXT_H
+// Text of the administrator field of communities: an AS number or an IPv4 address.
+//
+// Implementation detail of the formatters of route targets and extended communities.
+#ifndef ROUTING_BGP_DETAIL_ADMINISTRATORTEXT_H
+#define ROUTING_BGP_DETAIL_ADMINISTRATORTEXT_H
 
 #include "Kiv/Types.h"
 #include "OvFmt/DynamicBuffer.h"
 
 namespace Routing::Bgp {
 
-// Appends a.b.c.d; a is the most significant octet.
+// Appends a.b.c.d, where a is the most significant octet of `address` (host byte order).
 inline void appendIpv4Address(OvFmt::DynamicBufferInterface& to, U32 address) {
   to.appendDecimal(static_cast<U8>(address >> 24));
   for (const int shift : {16, 8, 0}) {
@@ -16,8 +18,8 @@ inline void appendIpv4Address(OvFmt::DynamicBufferInterface& to, U32 address) {
   }
 }
 
-// Appends the number in decimal; with `asdot`, one that needs more than 16 bits
-// as its two halves with a dot between (RFC 5396).
+// Appends the AS number in decimal (asplain). With `asdot`, a number above 65535 is appended as its
+// two 16-bit halves with a dot between them, "high.low" (RFC 5396).
 inline void appendAsNumber(OvFmt::DynamicBufferInterface& to, U32 asNumber, bool asdot) {
   const U32 high = asNumber >> 16;
   if (!asdot || high == 0) return to.appendDecimal(asNumber);
