@@ -4,6 +4,7 @@
 #include "OvBgp/Value/PacketTypes.h"
 #include "OvBgp/Value/Private/CommunityText.h"
 
+// Stops the process if the list was never interned: its notes are not computed before.
 #define ASSERT_INTERNED_ONCE()                                                 \
   KIV_ASSERT(dedupState() != Dorn::dedupHandleStateNeverDeduped(),             \
              "__null == ( this ) || "                                          \
@@ -13,7 +14,7 @@
 namespace Routing::Bgp {
 namespace {
 
-// What a list notes of its members.
+// The bits of ValueList::notes(): which well-known communities are members.
 constexpr U8 noExportNote = 1;
 constexpr U8 noAdvertiseNote = 2;
 constexpr U8 noExportSubconfedNote = 4;
@@ -48,6 +49,7 @@ Kiv::String CommList::wellKnownName(U32 community) {
   return Kiv::String(wellKnownCommunityName(community));
 }
 
+// The text is written on the stack and copied once, because its length is not known before.
 Kiv::String CommList::getStringValue(U32 community) {
   OvFmt::StackBackedBuffer<communityTextMax> text;
   text.advanceTo(writeCommunity(text.reserve(communityTextMax), community));
@@ -60,7 +62,8 @@ void CommList::appendText(OvFmt::DynamicBufferInterface& to) const {
 
 Kiv::String CommList::textOf(std::span<const U32> comms) { return namedCommunitiesText(comms); }
 
-// Where no member has a name, both texts are the same, and so is the answer.
+// The text of numbers is tried first because it needs no lookup of names. If no member has a
+// name, both texts are equal, so the second match is skipped.
 bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
   const auto numbers = [this](auto& text) { appendCommunities(text, members()); };
   const auto names = [this](auto& text) { appendNamedCommunities(text, members()); };
@@ -68,7 +71,9 @@ bool CommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
          (anyCommunityHasName(members()) && anyTextMatches(*regex, names));
 }
 
-// All three are above what most lists end with.
+// The members ascend, and the three communities are among the greatest values (0xFFFFFFxx).
+// The loop runs from the end and stops at the first smaller member, which in most lists is
+// the last member.
 void CommList::flagsIs() {
   unsigned notes = 0;
   const auto all = members();

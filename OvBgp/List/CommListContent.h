@@ -1,4 +1,4 @@
-// The contents of a list of plain communities as a path attribute has them.
+// The contents of a plain list in wire format, as a path attribute carries them.
 #ifndef OVBGP_LIST_COMMLISTCONTENT_H
 #define OVBGP_LIST_COMMLISTCONTENT_H
 
@@ -10,17 +10,18 @@
 
 namespace Routing::Bgp {
 
-// The value octets of a COMMUNITIES or LARGE_COMMUNITY attribute, borrowed:
-// big-endian words, one or three a community.  With it a list can be looked up in
-// its table before there is one.  Contents that do not ascend strictly are those
-// of no list.
+// A key that looks up a plain list in its table without building a list first: the value of
+// a COMMUNITIES or LARGE_COMMUNITY attribute, as big-endian words, one or three for each
+// community. Does not own the octets, which must outlive the key. If the communities do not
+// ascend strictly, no list matches, because the members of interned lists do.
 class OV_EXPORT CommListContent : public Dorn::DedupContentHandle {
  public:
-  // Requires: a length that is a multiple of four.
+  // A key of `octets`. Requires: their number is a multiple of four.
   explicit CommListContent(std::span<const U8> octets) noexcept : octets_(octets) {}
 
+  // The octets that were given to the constructor.
   std::span<const U8> octets() const noexcept { return octets_; }
-  // What lists of this content probe their table with.
+  // The hash to look up: the same as ValueList::probeHash() of a list with this content.
   U32 probeHash() const noexcept;
 
  private:

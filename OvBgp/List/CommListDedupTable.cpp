@@ -8,6 +8,8 @@ namespace Routing::Bgp {
 KIV_OBJECT_DEFINE(CommListDedupTable)
 KIV_OBJECT_DEFINE(LargeCommListDedupTable)
 
+// Whether the hash table locks is decided here, once and for all. The host must therefore
+// call OvBgpGlobals::multiThreadedIs before it makes a table.
 void CommListDedupTableBase::initDedupTable() {
   dedupTable_ =
       Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(OvBgpGlobals::multiThreaded());

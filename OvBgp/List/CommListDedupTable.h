@@ -1,5 +1,5 @@
-// The interning tables of community lists: one class a kind of list, so that a
-// list cannot be interned among lists of another kind.
+// The tables that intern community lists. Each kind of list has a table class of its own,
+// so that the compiler rejects interning a list among lists of another kind.
 #ifndef OVBGP_LIST_COMMLISTDEDUPTABLE_H
 #define OVBGP_LIST_COMMLISTDEDUPTABLE_H
 
@@ -10,27 +10,33 @@
 
 namespace Routing::Bgp {
 
-// What the tables have in common.  Holds its Dorn::DedupHashTable, locked exactly
-// when OvBgpGlobals::multiThreaded() said so at construction; interning is then
-// open to any thread.  Usually one a process and kind, shared by all users.
+// The common base of the tables. It owns a Dorn::DedupHashTable, which does the work. A
+// process usually has one table of each kind, shared by all users.
+//
+// Threads: the constructor reads OvBgpGlobals::multiThreaded(). If that is true, the table
+// takes locks, and any thread may intern and release lists; otherwise one thread may.
 class OV_EXPORT CommListDedupTableBase : public Kiv::PtrInterface {
  public:
+  // Ptr, PtrConst, RawPtr and RawPtrConst to a table.
   KIV_POINTERS(CommListDedupTableBase)
 
-  // The member equal to `handle`, which becomes one if there is none.
+  // Interns `handle`: returns the equal list of the table, or `handle` itself if it was
+  // inserted. Throws std::bad_alloc. Users call the `dedup` of the list, which sorts first.
   Dorn::DedupHandle::Ptr dedup(Dorn::DedupHandle::Ptr handle) const {
     return dedupTable_->dedup(std::move(handle));
   }
 
+  // The hash table of the lists; never null.
   const Kiv::Ptr<Dorn::DedupHashTable>& dedupTable() const noexcept { return dedupTable_; }
-  // Lists interned now.
+  // The number of interned lists. While other threads insert, the number is approximate.
   U32 size() const { return dedupTable_->size(); }
 
-  // Prints "DedupTable", which does not end the line, and then the table.
+  // Prints the label "DedupTable", without ending the line, and then the hash table.
   virtual void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
                          unsigned int indent) const;
 
  protected:
+  // A new hash table, with locks or without, as said above. Throws std::bad_alloc.
   CommListDedupTableBase() { initDedupTable(); }
 
  private:
@@ -39,18 +45,22 @@ class OV_EXPORT CommListDedupTableBase : public Kiv::PtrInterface {
   Kiv::Ptr<Dorn::DedupHashTable> dedupTable_;
 };
 
-// The table of standard community lists.
+// The table of standard community lists. Destroying it leaves lists alive that users still
+// hold; they are no longer interned.
 class OV_EXPORT CommListDedupTable final : public CommListDedupTableBase {
   KIV_OBJECT(CommListDedupTable)
 };
 
+// A new, empty table of standard community lists. Throws std::bad_alloc.
 OV_EXPORT CommListDedupTable::Ptr commListDedupTableFactory();
 
-// The table of large community lists.
+// The table of large community lists. Destroying it leaves lists alive that users still hold;
+// they are no longer interned.
 class OV_EXPORT LargeCommListDedupTable final : public CommListDedupTableBase {
   KIV_OBJECT(LargeCommListDedupTable)
 };
 
+// A new, empty table of large community lists. Throws std::bad_alloc.
 OV_EXPORT LargeCommListDedupTable::Ptr largeCommListDedupTableFactory();
 
 }  // namespace Routing::Bgp

@@ -1,5 +1,5 @@
-// ExtCommClassificationListBase::dedup. It is defined here, above the sub-lists, because
-// it needs the table of the lists to find the table of the sub-lists.
+// ExtCommClassificationListBase::dedup. It is defined here and not with the sub-lists, because
+// it needs the table of the lists, which includes the sub-lists' headers, not vice versa.
 #include "OvBgp/List/ExtCommIp6ListDedupTable.h"
 #include "OvBgp/List/ExtCommListDedupTable.h"
 #include "OvBgp/SubList/ExtCommClassificationList.h"
@@ -9,17 +9,20 @@
 namespace Routing::Bgp {
 namespace {
 
-// The observer of the route targets' table gives every member a notifier.
+// The observer of the route-target table gives every member a notifier, so each member must be
+// of the class that has a place for it.
 void assertFits(const ExtCommClassificationList& list) {
   ASSERT_LIST(list.classification() != extCommClassificationRouteTarget ||
                   &list.fwkType() == &RtExtCommClassificationList::kivType(),
               "route targets are a RtExtCommClassificationList");
 }
+// IPv6 lists have no such table, so any sub-list fits.
 void assertFits(const ExtCommIp6ClassificationList&) {}
 
 }  // namespace
 
-// An interned sub-list is shared: nothing of it is written again.
+// A sub-list that was interned before may be shared with other threads, so it is neither sorted
+// nor written again.
 template <class Family>
 auto ExtCommClassificationListBase<Family>::dedup(const ListTable* table)
     -> Kiv::Ptr<const ClassificationList> {

@@ -1,5 +1,4 @@
-// The list of IPv6 address specific extended communities that a path carries
-// (RFC 5701).
+// The list of IPv6 address specific extended communities of a route (RFC 5701).
 #ifndef OVBGP_LIST_EXTCOMMIP6LIST_H
 #define OVBGP_LIST_EXTCOMMIP6LIST_H
 
@@ -23,46 +22,57 @@ class ExtCommIp6ListSnapshot;
 
 extern template class OV_EXPORT ExtCommListBase<ExtCommIp6Family>;
 
-// See ExtCommListBase.
+// A list of extended communities of twenty octets. ExtCommListBase says how a list is built,
+// interned and shared, and what its sub-lists are for. Unlike in other lists, `comms()` is not
+// the number of members but the array of them; totalCommunities() is their number.
 class OV_EXPORT ExtCommIp6List final : public ExtCommListBase<ExtCommIp6Family> {
   KIV_OBJECT(ExtCommIp6List)
 
  public:
+  // An empty list. Users call extCommIp6ListFactory() instead.
   ExtCommIp6List() noexcept = default;
 
+  // All members in list order; the same as commVector().
   const ExtCommVector<ExtCommIp6>& comms() const noexcept { return commVector(); }
-  // The member of that content, or null.  Require: sorted.
+  // The member with this content, or null; a binary search. Requires: sorted.
   ExtCommIp6::PtrConst comm(const ExtCommIp6Content& content) const;
+  // The same as comm, under the name that lists of eight octets have for it.
   ExtCommIp6::PtrConst lookupExtComm(const ExtCommIp6Content& content) const {
     return comm(content);
   }
+  // Whether the members ascend strictly.
   bool commVectorSorted() const noexcept { return commVectorSorted_; }
 
-  // The members' policy texts, with one blank between.
+  // The members' policy texts with classification, in list order, separated by one blank.
   Kiv::String commsStringForm() const;
 
-  // The path attribute, header included, members in list order: all, or those that
-  // are transitive; nothing at all if there are none.  Before the list is interned,
-  // the latter are none, and the former require that it is sorted.
-  // Requires: fitsAttribute(includeNonTransitive), which lists of wire origin fulfil
-  // by themselves.
+  // The IPV6 ADDRESS SPECIFIC EXTENDED COMMUNITY path attribute in wire format: flags, type,
+  // length, then members in list order. It contains all members, or, if not
+  // `includeNonTransitive`, the transitive ones. An empty string if there are none.
+  //
+  // Requires: fitsAttribute(includeNonTransitive); a list that was made of a received attribute
+  // always fits. The transitive members are known once the list is interned; before, they
+  // count as none. All members require that the list is sorted.
   Kiv::String serialize(bool includeNonTransitive) const;
+  // Whether these members fit in one path attribute. Requires: as serialize.
   bool fitsAttribute(bool includeNonTransitive) const;
 
-  // A copy to edit and to watch.
+  // A copy of members and sub-lists that belongs to the caller, who may edit and observe it.
   Kiv::Ptr<ExtCommIp6ListSnapshot> commSnapshot() const;
 
-  // The list that the writer of a store has at `stored`, rebuilt for reading; to
-  // intern it, dedupDestashed.  OvBgp/Store/Destash.h.
+  // Rebuilds a list from its image at address `stored` of a shared-memory store, for reading
+  // only. dedupDestashed makes an interned list of it. OvBgp/Store/Destash.h.
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:
   template <class>
   friend class ExtCommListBase;
 
+  // The number of members that serialize writes.
   U32 serializableCommunities(bool includeNonTransitive) const;
 
-  // What the grouping tells (see ExtCommList); this list notes little of it.
+  // Hooks that ExtCommListBase calls while it groups the members (see ExtCommList). This list
+  // records only that it is sorted.
   void commVectorSortedIs() noexcept { commVectorSorted_ = true; }
   void groupingStarts() noexcept {}
   void commGrouped(const ExtCommIp6&, bool) noexcept {}
@@ -71,11 +81,13 @@ class OV_EXPORT ExtCommIp6List final : public ExtCommListBase<ExtCommIp6Family> 
   bool commVectorSorted_ = false;
 };
 
-// A new, empty list with notification switched on.  Throws std::bad_alloc.
+// A new, empty list, not interned, with notification switched on. Throws std::bad_alloc.
 OV_EXPORT ExtCommIp6List::Ptr extCommIp6ListFactory();
 
-// The list's text, whatever the stream's format; "NULL" for null.
+// Writes toStrep() of `list`, or "NULL" for a null pointer. The output is unformatted: width,
+// fill and base of the stream are ignored.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6List* list);
+// Writes toStrep() of `list`, unformatted.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6List& list);
 
 }  // namespace Routing::Bgp

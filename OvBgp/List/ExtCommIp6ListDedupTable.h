@@ -1,4 +1,4 @@
-// The interning table of IPv6 address specific extended community lists.
+// The table that interns lists of IPv6 address specific extended communities.
 #ifndef OVBGP_LIST_EXTCOMMIP6LISTDEDUPTABLE_H
 #define OVBGP_LIST_EXTCOMMIP6LISTDEDUPTABLE_H
 
@@ -8,19 +8,20 @@
 
 namespace Routing::Bgp {
 
-// Usually one a process, shared by all users; lists enter by ExtCommIp6List::dedup.
-// When it goes, lists that users still hold stay alive, un-interned.
+// The table of IPv6 lists and their sub-lists. A process usually has one, shared by all users.
+// Lists are interned by ExtCommIp6List::dedup and its siblings. Destroying the table leaves
+// lists alive that users still hold; they are no longer interned.
 class OV_EXPORT ExtCommIp6ListDedupTable final : public ExtCommListDedupTableBase {
   KIV_OBJECT(ExtCommIp6ListDedupTable)
 
  public:
-  // The one where sub-lists of that classification are interned.
+  // The hash table that interns the sub-lists of a classification: here one for all of them.
   Dorn::DedupHashTable& classificationListTable(ExtCommClassification) const noexcept {
     return *extCommClassificationListDedupTable();
   }
 };
 
-// A new, empty table with notification on.
+// A new, empty table, with notification switched on. Throws std::bad_alloc.
 OV_EXPORT ExtCommIp6ListDedupTable::Ptr extCommIp6ListDedupTableFactory();
 
 }  // namespace Routing::Bgp

@@ -6,15 +6,18 @@
 #include "Dorn/NotifyingObject.h"
 #include "Kiv/Assert.h"
 #include "OvBgp/List/Private/ExtCommSerialize.h"
+#include "OvBgp/List/Private/ListText.h"
 #include "OvFmt/DynamicBuffer.h"
 #include "Routing/RouteMap/PosixRegex.h"
 
 namespace Routing::Bgp {
 namespace {
 
-// Lists on a route have a few communities; their text fits without the heap.
+// The buffer for the text of a list. Lists on a route have few members, so their text fits on
+// the stack.
 using MatchText = OvFmt::StackBackedBuffer<256>;
 
+// The format in which members write the text that `matchMode` selects.
 ExtComm::StrepFormat formatOf(MatchMode matchMode) {
   ExtComm::StrepFormat format;
   format.strepFormatDefaultIs(matchMode == MatchMode::policy);
@@ -23,7 +26,7 @@ ExtComm::StrepFormat formatOf(MatchMode matchMode) {
   return format;
 }
 
-// The user-interface texts of the members that are matched by them.
+// Appends the user-interface texts of the members that policies match by that text.
 void appendUIText(OvFmt::DynamicBufferInterface& to, const ExtCommVector<ExtComm>& comms) {
   bool isFirst = true;
   for (const ExtComm::PtrConst& comm : comms) {
@@ -40,12 +43,15 @@ KIV_OBJECT_DEFINE(ExtCommList)
 
 ExtCommList::Ptr extCommListFactory() { return Dorn::notifyingObject<ExtCommList>(); }
 
-// The flag for unspecified AS numbers, once set, stays.
+// Clears two flags that grouping computes anew. The others may remain set: members are only
+// ever added to a list, so what was true of some member stays true.
 void ExtCommList::groupingStarts() noexcept {
   commVectorAttrs_.hasLinkBandwidthIs(false);
   commVectorAttrs_.hasPolicyMatchStrepUICommunitiesIs(false);
 }
 
+// `dedupMode` is false for a list that was rebuilt from a store. Such a list is only shown, so
+// nothing is recorded for policies.
 void ExtCommList::commAsked(const ExtComm& comm, bool dedupMode) {
   if (dedupMode && comm.policyMatchStrepUI()) {
     commVectorAttrs_.hasPolicyMatchStrepUICommunitiesIs(true);
@@ -55,6 +61,8 @@ void ExtCommList::commAsked(const ExtComm& comm, bool dedupMode) {
   }
 }
 
+// A sub-list that was built by hand may have its flag set only because a member was appended
+// twice. The repeats are gone now, so the members are looked at again.
 void ExtCommList::partFinished(const ExtCommClassificationList& part) {
   if (part.hasPrunableValues() && part.hasPrunableMembers()) {
     commVectorAttrs_.hasPrunableValuesIs(true);
@@ -91,6 +99,7 @@ bool ExtCommList::serializable(const ExtComm::PtrConst& comm, Serialization whic
   }
 }
 
+// Uses the recorded counts and flags only, so it reads no member.
 U32 ExtCommList::serializableCommunities(Serialization which) const {
   if (which.all()) return totalCommunities();
   return (which.transitive() ? totalTransitiveCommunities() : 0) +
@@ -104,6 +113,8 @@ Kiv::String ExtCommList::serialize(Serialization which) const {
       [which](const ExtComm::PtrConst& comm) { return serializable(comm, which); });
 }
 
+// The counted number assumes a pruned list. Counting the selected members shows whether the
+// list is one.
 bool ExtCommList::fitsAttribute(Serialization which) const {
   const U32 announced = serializableCommunities(which);
   if (announced == 0 || which.all()) return announced <= maxSerializableComms;
@@ -113,8 +124,8 @@ bool ExtCommList::fitsAttribute(Serialization which) const {
   return announced <= maxSerializableComms && static_cast<U32>(written) == announced;
 }
 
-// An interned list does not change, and before that one thread has it, so its
-// members are read where they stand.
+// No lock is needed: an interned list does not change, and before that only one thread has it.
+// The text is terminated in the buffer, so that it is not copied to a string for the match.
 bool matchExtCommList(const ExtCommList* list, MatchMode matchMode,
                       const RouteMap::PosixRegex* regex) {
   MatchText strVal;
@@ -129,6 +140,8 @@ bool matchExtCommList(const ExtCommList* list, MatchMode matchMode,
   return regex->execute(strVal.view().data()) == 0;
 }
 
+// The texts are made one after the other, each only if the texts before did not match. Most
+// expressions match the first.
 bool ExtCommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const {
   return matchExtCommList(this, MatchMode::policy, regex) ||
          matchExtCommList(this, MatchMode::classification, regex) ||
@@ -136,9 +149,7 @@ bool ExtCommList::matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const
 }
 
 std::ostream& operator<<(std::ostream& out, const ExtCommList* list) {
-  if (!list) return out.write("NULL", 4);
-  list->writeText(out);
-  return out;
+  return writeListOrNull(out, list);
 }
 
 std::ostream& operator<<(std::ostream& out, const ExtCommList& list) { return out << &list; }

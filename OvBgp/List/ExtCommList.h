@@ -1,4 +1,4 @@
-// The list of extended communities that a path carries (RFC 4360).
+// The list of extended communities of a route (RFC 4360).
 #ifndef OVBGP_LIST_EXTCOMMLIST_H
 #define OVBGP_LIST_EXTCOMMLIST_H
 
@@ -27,8 +27,9 @@ class ExtCommListSnapshot;
 
 extern template class OV_EXPORT ExtCommListBase<ExtCommFamily>;
 
-// See ExtCommListBase for its life.  Besides, it notes of its members what the
-// writer of updates and the matching of policies want to know.
+// A list of extended communities of eight octets. ExtCommListBase says how a list is built,
+// interned and shared, and what its sub-lists are for. This class adds flags that it computes
+// once, when the list is interned, for the encoder of UPDATE messages and for policies.
 class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   KIV_OBJECT(ExtCommList)
 
@@ -41,8 +42,20 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   flagRow(hasOriginValidationState, hasOriginValidationStateIs, 0x08)                         \
   flagRow(hasPolicyMatchStrepUICommunities, hasPolicyMatchStrepUICommunitiesIs, 0x10)         \
   flagRow(hasPrunableValues, hasPrunableValuesIs, 0x20)
+  // The facts that a list records about itself and its members:
+  //   sorted             the members ascend strictly
+  //   hasLinkBandwidth   some member is a link bandwidth
+  //   hasLinkBandwidthWithUnspecifiedAsNumber
+  //                      some link bandwidth has AS number 0, that is, none was given
+  //   hasOriginValidationState
+  //                      some member is an origin validation state (RFC 8097)
+  //   hasPolicyMatchStrepUICommunities
+  //                      policies match some member by its user-interface text
+  //   hasPrunableValues  some sub-list has members that should not be advertised
+  //                      (ExtCommClassificationList::prune)
   class CommVectorAttrs : public Kiv::FlagSet<CommVectorAttrs> {
    public:
+    // The constructors of Kiv::FlagSet: an empty set, and the set of an octet or of a text.
     using FlagSet::FlagSet;
     KIV_FLAG_SET_BODY("Routing::Bgp::ExtCommList::CommVectorAttrs", FLAG_ROWS)
   };
@@ -53,104 +66,133 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   flagRow(transitive, transitiveIs, 0x02)       \
   flagRow(linkBandwidth, linkBandwidthIs, 0x04) \
   flagRow(originAsValidity, originAsValidityIs, 0x08)
-  // Which members go on the wire.
+  // The selection of the members that an attribute contains:
+  //   all               all members; the other flags are then ignored
+  //   transitive        the transitive members
+  //   linkBandwidth     the link bandwidths, also those that are not transitive
+  //   originAsValidity  the origin validation states, which are not transitive
   class Serialization : public Kiv::FlagSet<Serialization> {
    public:
+    // The constructors of Kiv::FlagSet: an empty set, and the set of an octet or of a text.
     using FlagSet::FlagSet;
     KIV_FLAG_SET_BODY("Routing::Bgp::ExtCommList::Serialization", FLAG_ROWS)
   };
 #undef FLAG_ROWS
 
+  // An empty list. Users call extCommListFactory() instead.
   ExtCommList() noexcept = default;
 
+  // The number of members; before the list is sorted, repeated members count each time.
   U32 comms() const noexcept { return commVector().size(); }
-  // Whether there is a member of this value, and which.  Require: sorted.
+  // Whether the community `value` is a member; a binary search. `value` is the eight octets as
+  // one number in host byte order, type octet uppermost. Requires: sorted.
   bool comm(const U64& value) const { return static_cast<bool>(lookupExtComm(value)); }
+  // The member that is the community `value`, or null; as comm.
   ExtComm::PtrConst lookupExtComm(const U64& value) const {
     return ExtCommListBase::lookupExtComm(ExtCommContent(value));
   }
 
-  // What is noted; all but the first when the list is interned.
+  // All flags at once. Each of the next six functions returns one of them. `sorted` is right at
+  // any time, the others once the list is interned.
   CommVectorAttrs commVectorAttrs() const noexcept { return commVectorAttrs_; }
+  // Whether the members ascend strictly.
   bool commVectorSorted() const noexcept { return commVectorAttrs_.sorted(); }
+  // Whether some member is a link bandwidth.
   bool hasLinkBandwidth() const noexcept { return commVectorAttrs_.hasLinkBandwidth(); }
+  // Whether some link bandwidth has AS number 0.
   bool hasLinkBandwidthWithUnspecifiedAsNumber() const noexcept {
     return commVectorAttrs_.hasLinkBandwidthWithUnspecifiedAsNumber();
   }
+  // Whether some member is an origin validation state.
   bool hasOriginValidationState() const noexcept {
     return commVectorAttrs_.hasOriginValidationState();
   }
+  // Whether policies match some member by its user-interface text.
   bool hasPolicyMatchStrepUICommunities() const noexcept {
     return commVectorAttrs_.hasPolicyMatchStrepUICommunities();
   }
+  // Whether some sub-list has members that should not be advertised.
   bool hasPrunableValues() const noexcept { return commVectorAttrs_.hasPrunableValues(); }
 
-  // All members, or the transitive ones and what else is asked for.
+  // The selection of all members if `includeNonTransitive`; else of the transitive members
+  // and, if asked for, of link bandwidths and of origin validation states.
   static Serialization serialization(bool includeNonTransitive, bool includeLinkBandwidth,
                                      bool includeOriginAsValidity);
-  // Whether this member goes on the wire.
+  // Whether the selection `which` contains the value `comm`, which must not be null.
   static bool serializable(const ExtComm::PtrConst& comm, Serialization which);
-  // How many go on the wire.  Link bandwidths and validation states count for one
-  // each, as they do in a list made of pruned sub-lists.  Requires: sorted.
+  // The number of members in the selection `which`. Without `all`, the link bandwidths count
+  // as one, and so do the origin validation states, because a list that was made of pruned
+  // sub-lists has at most one of each. Requires: sorted if `all` is set, else interned.
   U32 serializableCommunities(Serialization which) const;
-  // The EXTENDED COMMUNITIES path attribute, header included, members in list
-  // order; nothing at all if none goes on the wire.
+  // The EXTENDED COMMUNITIES path attribute in wire format (RFC 4360): flags, type, length,
+  // then the selected members in list order. An empty string if no member is selected.
   //
-  // Requires: fitsAttribute(which).  A list that was not pruned need not: with two
-  // link bandwidths or two validation states, under anything but `all`, more would
-  // be written than announced.  Lists of foreign origin are asked first.
+  // Requires: fitsAttribute(which). Callers must check this for lists that were received and
+  // not pruned: with two link bandwidths or two origin validation states, more members would
+  // be written than the length field says.
   Kiv::String serialize(Serialization which) const;
-  // Whether as many members go on the wire as are announced, and the attribute can
-  // hold them (maxSerializableComms).  Requires: sorted.
+  // Whether serialize(which) writes as many members as serializableCommunities(which) counts,
+  // and at most maxSerializableComms. Requires: as serializableCommunities.
   bool fitsAttribute(Serialization which) const;
 
-  // Whether `regex` matches one of the list's texts: as policies are written, else
-  // with classifications, else the user-interface text of those members that are
-  // matched by it.  The expression sees the whole list as one line.
+  // Whether `regex` matches a text of the list. Up to three texts are tried, in the order of
+  // MatchMode; the third only if some member has use for it. The whole list is one line.
   bool matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const;
 
-  // A copy to edit and to watch.
+  // A copy of members and sub-lists that belongs to the caller, who may edit and observe it.
   Kiv::Ptr<ExtCommListSnapshot> commSnapshot() const;
+  // The same as commSnapshot(), under the second name that the interface gives it.
   Kiv::Ptr<ExtCommListSnapshot> snapshot() const;
 
-  // The list that the writer of a store has at `stored`, rebuilt for reading; to
-  // intern it, dedupDestashed.  OvBgp/Store/Destash.h.
+  // Rebuilds a list from its image at address `stored` of a shared-memory store, for reading
+  // only. dedupDestashed makes an interned list of it. OvBgp/Store/Destash.h.
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:
   template <class>
   friend class ExtCommListBase;
 
-  // What the grouping tells: that the members are sorted, that it starts, of each
-  // member, and of each sub-list.
+  // The following functions are hooks that ExtCommListBase calls while it groups the members.
+  // They compute the flags. This one: the members have been sorted.
   void commVectorSortedIs() noexcept { commVectorAttrs_.sortedIs(true); }
+  // Grouping begins, perhaps once more.
   void groupingStarts() noexcept;
+  // The member `comm` was added to a sub-list. Most values are plain, and nothing is recorded
+  // of them, which isPlain() says without a virtual call.
   void commGrouped(const ExtComm& comm, bool dedupMode) {
     if (!comm.isPlain()) commAsked(comm, dedupMode);
   }
+  // Records what a value that is not plain says about itself.
   void commAsked(const ExtComm& comm, bool dedupMode);
+  // The sub-list `part` has all its members.
   void partFinished(const ExtCommClassificationList& part);
 
   CommVectorAttrs commVectorAttrs_;
 };
 
-// The texts that a list is matched by.
+// The three texts of a list that a regular expression can match.
 enum class MatchMode : U8 {
-  policy = 0,          // each member's text as policies are written
-  classification = 1,  // with the classification in front
-  ui = 2,              // the user-interface text of the members that have use for it
+  // The members' texts as in policies.
+  policy = 0,
+  // The same texts, each with its classification in front.
+  classification = 1,
+  // The user-interface texts of those members that policies match by that text.
+  ui = 2,
 };
 
-// Whether `regex` matches that text of the list.  Requires of MatchMode::ui: that
-// there is some text (ExtCommList::hasPolicyMatchStrepUICommunities).
+// Whether `regex` matches the text of `list` that `matchMode` selects. Requires of
+// MatchMode::ui: ExtCommList::hasPolicyMatchStrepUICommunities; otherwise there is no text,
+// and the process stops.
 OV_EXPORT bool matchExtCommList(const ExtCommList* list, MatchMode matchMode,
                                 const RouteMap::PosixRegex* regex);
 
-// A new, empty list with notification switched on.  Throws std::bad_alloc.
+// A new, empty list, not interned, with notification switched on. Throws std::bad_alloc.
 OV_EXPORT ExtCommList::Ptr extCommListFactory();
 
-// The list's text, whatever the stream's format; "NULL" for null.
+// Writes toStrep() of `list`, or "NULL" for a null pointer. The output is unformatted: width,
+// fill and base of the stream are ignored.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommList* list);
+// Writes toStrep() of `list`, unformatted.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommList& list);
 
 }  // namespace Routing::Bgp

@@ -24,14 +24,18 @@
 namespace Routing::Bgp {
 namespace {
 
-// Where the families differ: how a content is read, and what a sub-list is made as.
+// The families differ in two things: how a content is read from the wire, and which class a
+// sub-list has. The following overloads are chosen by the family, their last parameter.
 
+// The eight octets at `octets`, big-endian.
 ExtCommContent contentAt(const U8* octets, ExtCommFamily) noexcept {
   U64 value = 0;
   for (U32 i = 0; i < ExtCommFamily::wireSize; ++i) value = value << 8 | octets[i];
   return ExtCommContent(value);
 }
 
+// The twenty octets at `octets` (RFC 5701, section 2): type, subtype, address, and the local
+// administrator, which is big-endian.
 ExtCommIp6Content contentAt(const U8* octets, ExtCommIp6Family) noexcept {
   Ovnet::Ip6Addr::Octets addr{};
   std::copy_n(octets + 2, addr.size(), addr.begin());
@@ -39,6 +43,8 @@ ExtCommIp6Content contentAt(const U8* octets, ExtCommIp6Family) noexcept {
           static_cast<U16>(octets[18] << 8 | octets[19])};
 }
 
+// A new, empty sub-list for members that are appended one by one. Route targets need the
+// class that can have a notifier, link bandwidths the class that chooses the best of them.
 ExtCommClassificationList::Ptr newClassificationList(ExtCommClassification classification,
                                                      ExtCommFamily) {
   switch (classification) {
@@ -56,7 +62,8 @@ ExtCommIp6ClassificationList::Ptr newClassificationList(ExtCommClassification cl
   return extCommIp6ClassificationListFactory(classification);
 }
 
-// The same with members.
+// A new sub-list of `comms`, which are final, in one piece of memory. The switch is that of
+// newClassificationList; the two differ in how the object is allocated.
 ExtCommClassificationList::Ptr newClassificationListOf(ExtCommClassification classification,
                                                        std::span<const ExtComm* const> comms,
                                                        ExtCommFamily) {
@@ -81,7 +88,8 @@ ExtCommIp6ClassificationList::Ptr newClassificationListOf(ExtCommClassification 
   return partWith<ExtCommIp6ClassificationList>(comms, classification);
 }
 
-// Whether they ascend strictly, which nearly all do.
+// Whether `comms` ascend strictly, as most senders arrange them. The loop does not stop early,
+// because each member must be checked to be interned, even behind one that is out of order.
 template <class Value>
 bool membersAscend(std::span<const Kiv::Ptr<const Value>> comms) {
   bool ascends = true;
@@ -94,23 +102,63 @@ bool membersAscend(std::span<const Kiv::Ptr<const Value>> comms) {
   return ascends;
 }
 
-// The interned sub-list of these members, which hash to `hash`; made if there is none.
+// Returns the interned sub-list of `comms`, whose addressHash is `hash`. Builds it only if the
+// lookup misses, so that routes with known sub-lists allocate nothing for them.
 template <class Family>
-Kiv::Ptr<const typename Family::ClassificationList> partDedup(
+Kiv::Ptr<const typename Family::ClassificationList> subListDedup(
     const typename Family::ListTable& table, ExtCommClassification classification,
     std::span<const typename Family::Value* const> comms, U32 hash) {
-  using Part = typename Family::ClassificationList;
-  Dorn::DedupHashTable& parts = table.classificationListTable(classification);
-  const auto isWanted = [comms](const Part& part) {
-    return sameObjects(pointersIn(part.commVector()), comms);
+  using SubList = typename Family::ClassificationList;
+  Dorn::DedupHashTable& subLists = table.classificationListTable(classification);
+  const auto isWanted = [comms](const SubList& subList) {
+    return sameObjects(pointersIn(subList.commVector()), comms);
   };
   Dorn::DedupHashTable::Miss miss;
-  if (auto found = parts.lookup<const Part>(hash, isWanted, miss)) return found;
-  return Kiv::staticPtrCast<const Part>(
-      parts.dedup(newClassificationListOf(classification, comms, Family{}), miss));
+  if (auto found = subLists.lookup<const SubList>(hash, isWanted, miss)) return found;
+  return Kiv::staticPtrCast<const SubList>(
+      subLists.dedup(newClassificationListOf(classification, comms, Family{}), miss));
 }
 
-// By index, as the members may move while they are copied to their own end.
+// The number of classifications; only those with a name can be grouped.
+constexpr U32 classifications = static_cast<U32>(extCommClassificationOneBeyondLast);
+using GroupHashes = std::array<U32, classifications>;
+template <class Family>
+using SubListArray =
+    std::array<Kiv::Ptr<const typename Family::ClassificationList>, classifications>;
+
+// Computes the hash of each group that has members, and prefetches its bucket, so that the
+// lookups that follow do not wait for memory one after the other. Returns the highest
+// classification present plus one.
+template <class Family>
+U32 groupsHash(const typename Family::ListTable& table,
+               const CommGroups<typename Family::Value>& groups, GroupHashes& hashes) {
+  U32 count = 0;
+  for (U32 index = 0; index < classifications; ++index) {
+    const auto group = groups[index];
+    if (group.empty()) continue;
+    hashes[index] = addressHash(group);
+    table.classificationListTable(static_cast<ExtCommClassification>(index))
+        .prefetch(hashes[index]);
+    count = index + 1;
+  }
+  return count;
+}
+
+// Finds or builds the sub-list of each group that has members. The others stay null.
+template <class Family>
+void subListsDedup(const typename Family::ListTable& table,
+                   const CommGroups<typename Family::Value>& groups, const GroupHashes& hashes,
+                   U32 count, SubListArray<Family>& subLists) {
+  for (U32 index = 0; index < count; ++index) {
+    const auto group = groups[index];
+    if (group.empty()) continue;
+    subLists[index] = subListDedup<Family>(table, static_cast<ExtCommClassification>(index), group,
+                                           hashes[index]);
+  }
+}
+
+// Appends `comms` to `to`. They may be the same array, so the loop uses an index: appending can
+// move the array, which would invalidate iterators.
 template <class Value>
 void appendAll(ExtCommVector<Value>& to, const ExtCommVector<Value>& comms) {
   const U32 count = comms.size();
@@ -138,6 +186,7 @@ void ExtCommListBase<Family>::sortComms() {
   self().commVectorSortedIs();
 }
 
+// Members are appended to their sub-lists in sorted order, so each sub-list is sorted, too.
 template <class Family>
 void ExtCommListBase<Family>::createClassificationListVector(bool dedupMode) {
   sortComms();
@@ -152,49 +201,54 @@ void ExtCommListBase<Family>::createClassificationListVector(bool dedupMode) {
   }
 }
 
-// A sub-list that is not interned was made here and is this list's own.
+// The const_cast is sound: until a list is interned, its sub-lists are its own, made by
+// newPartFor. The assertion catches a list that is grouped after it was interned.
 template <class Family>
 auto ExtCommListBase<Family>::partFor(U32 position, bool dedupMode) -> ClassificationList& {
   const U32 index = static_cast<U32>(commVector_[position]->classification());
   if (index >= classificationListVector_.size() || !classificationListVector_[index]) {
     return newPartFor(position, dedupMode);
   }
-  const ClassificationListPtr& part = classificationListVector_[index];
-  ASSERT_LIST(!dedupMode || part->dedupState() == Dorn::dedupHandleStateNeverDeduped(),
+  const ClassificationListPtr& subList = classificationListVector_[index];
+  ASSERT_LIST(!dedupMode || subList->dedupState() == Dorn::dedupHandleStateNeverDeduped(),
               "__null == ( _classificationList ) || "
               "( _classificationList )->dedupState() == Dorn::dedupHandleStateNeverDeduped()");
-  return const_cast<ClassificationList&>(*part);
+  return const_cast<ClassificationList&>(*subList);
 }
 
-// The first member of its classification stands at `position`.
+// The member at `position` is the first one of its classification. The members of a
+// classification are counted first, so that the sub-list's array is allocated once.
 template <class Family>
 auto ExtCommListBase<Family>::newPartFor(U32 position, bool dedupMode) -> ClassificationList& {
   const ExtCommClassification classification = commVector_[position]->classification();
-  const auto part = newClassificationList(classification, Family{});
-  part->expectedCommunityCountIs(static_cast<U32>(std::count_if(
+  const auto subList = newClassificationList(classification, Family{});
+  subList->expectedCommunityCountIs(static_cast<U32>(std::count_if(
       commVector_.begin() + position, commVector_.end(), [classification](const ValuePtr& comm) {
         return comm->classification() == classification;
       })));
-  if (!dedupMode) part->neverInterned();
-  ExtCommListClassificationListIs<ClassificationList>(classificationListVector_, part);
-  return *part;
+  if (!dedupMode) subList->neverInterned();
+  ExtCommListClassificationListIs<ClassificationList>(classificationListVector_, subList);
+  return *subList;
 }
 
+// Grouping has just made the sub-lists, so all of them are new, and each one is replaced by the
+// interned sub-list with the same members. The other branch only guards against an interned
+// sub-list that is not sorted.
 template <class Family>
 void ExtCommListBase<Family>::partsDedup(const ListTable* table) {
-  for (ClassificationListPtr& part : classificationListVector_) {
-    if (!part) continue;
-    self().partFinished(*part);
-    if (part->dedupState() == Dorn::dedupHandleStateNeverDeduped()) {
-      part = const_cast<ClassificationList&>(*part).dedup(table);
+  for (ClassificationListPtr& subList : classificationListVector_) {
+    if (!subList) continue;
+    self().partFinished(*subList);
+    if (subList->dedupState() == Dorn::dedupHandleStateNeverDeduped()) {
+      subList = const_cast<ClassificationList&>(*subList).dedup(table);
     } else {
-      ASSERT_LIST(part->commVectorSorted(), "_classificationList->commVectorSorted()");
+      ASSERT_LIST(subList->commVectorSorted(), "_classificationList->commVectorSorted()");
     }
   }
 }
 
-// Without memory for all, the sub-lists go again, so that one may try once more;
-// but not once other threads can have found the list.
+// On an exception, the sub-lists are dropped, so that dedup() can be retried. But if the list
+// was in the table already, other threads may have found it, so nothing of it may change.
 template <class Family>
 auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
   ASSERT_LIST(this->dedupState() == Dorn::dedupHandleStateNeverDeduped(),
@@ -213,8 +267,9 @@ auto ExtCommListBase<Family>::dedup(const ListTable* table) -> ListPtr {
   }
 }
 
-// A list that is found as it stands is in order and has members that are interned, so
-// they are looked at only after that.
+// Looks up `comms` in the given order first. A match proves that they are sorted and interned,
+// because the members of the stored list are. Only after a miss are they checked; members
+// that do not ascend are sorted and looked up a second time.
 template <class Family>
 auto ExtCommListBase<Family>::dedupComms(const ListTable* table, std::span<const ValuePtr> comms)
     -> ListPtr {
@@ -229,6 +284,7 @@ auto ExtCommListBase<Family>::dedupComms(const ListTable* table, std::span<const
   return dedupNew(table, members, miss);
 }
 
+// Compares addresses only: interned values with equal contents are one object.
 template <class Family>
 auto ExtCommListBase<Family>::lookup(const ListTable& table, std::span<const Value* const> comms,
                                      Miss& miss) -> ListPtr {
@@ -238,59 +294,49 @@ auto ExtCommListBase<Family>::lookup(const ListTable& table, std::span<const Val
       miss);
 }
 
-// Each sub-list is looked up before it is made, and what is made has its members with
-// it in one piece of memory.
+// Sub-lists come first, because the list holds references to them. Then the list, its members
+// and its sub-lists' pointers are allocated as one piece of memory.
 template <class Family>
 auto ExtCommListBase<Family>::dedupNew(const ListTable* table, std::span<const Value* const> comms,
                                        const Miss& miss) -> ListPtr {
   const CommGroups<Value> groups(comms);
   if (!groups.isKnown()) return dedupByHand(table, comms);
-  std::array<ClassificationListPtr, CommGroups<Value>::most> parts;
-  std::array<U32, CommGroups<Value>::most> hashes{};
-  U32 count = 0;
-  for (U32 index = 0; index < parts.size(); ++index) {
-    const auto group = groups[index];
-    if (group.empty()) continue;
-    hashes[index] = addressHash(group);
-    table->classificationListTable(static_cast<ExtCommClassification>(index))
-        .prefetch(hashes[index]);
-    count = index + 1;
-  }
-  for (U32 index = 0; index < count; ++index) {
-    const auto group = groups[index];
-    if (group.empty()) continue;
-    parts[index] =
-        partDedup<Family>(*table, static_cast<ExtCommClassification>(index), group, hashes[index]);
-  }
+  GroupHashes hashes{};
+  const U32 count = groupsHash<Family>(*table, groups, hashes);
+  SubListArray<Family> subLists;
+  subListsDedup<Family>(*table, groups, hashes, count, subLists);
   const std::size_t behind = comms.size_bytes() + count * sizeof(ClassificationListPtr);
   void* const memory = KivStash::allocateWithArray<List, ValuePtr>(behind);
   Kiv::Ptr<List> list(::new (memory) List, Kiv::adopt);
   list->beginNotifying();
-  list->membersAre(comms, std::span(parts).first(count));
+  list->membersAre(comms, std::span(subLists).first(count));
   return Kiv::staticPtrCast<const List>(table->dedupTable()->dedup(std::move(list), miss));
 }
 
-// Requires: the object has memory for them behind it.  Takes the sub-lists over.
+// Requires: the memory behind the object has room for both arrays. Moves from `subLists`, so
+// that their reference counts do not change. After the arrays, it computes what the list
+// records of its members, as grouping does for a list that was built with commIs.
 template <class Family>
 void ExtCommListBase<Family>::membersAre(std::span<const Value* const> comms,
-                                         std::span<ClassificationListPtr> parts) {
+                                         std::span<ClassificationListPtr> subLists) {
   void* const behind = &self() + 1;
   commVector_.attachedIs(referencesMade(behind, comms));
-  auto* const partsBehind = static_cast<ClassificationListPtr*>(
+  auto* const subListsBehind = static_cast<ClassificationListPtr*>(
       static_cast<void*>(static_cast<const Value**>(behind) + comms.size()));
-  std::uninitialized_move(parts.begin(), parts.end(), partsBehind);
-  classificationListVector_.attachedIs({partsBehind, parts.size()});
+  std::uninitialized_move(subLists.begin(), subLists.end(), subListsBehind);
+  classificationListVector_.attachedIs({subListsBehind, subLists.size()});
   self().commVectorSortedIs();
   for (const Value* const comm : comms) {
     if (comm->getContent().transitiveFlag()) ++totalTransitiveCommunities_;
     self().commGrouped(*comm, true);
   }
-  for (const ClassificationListPtr& part : classificationListVector_) {
-    if (part) self().partFinished(*part);
+  for (const ClassificationListPtr& subList : classificationListVector_) {
+    if (subList) self().partFinished(*subList);
   }
 }
 
-// A list that is grouped member by member.
+// The rules of a host may give classifications without a name. The fast way indexes its groups
+// by classification and cannot hold them, so such a list is built as by a user.
 template <class Family>
 auto ExtCommListBase<Family>::dedupByHand(const ListTable* table,
                                           std::span<const Value* const> comms) -> ListPtr {
@@ -300,21 +346,24 @@ auto ExtCommListBase<Family>::dedupByHand(const ListTable* table,
   return list->dedup(table);
 }
 
+// A list in one piece of memory must be freed with the size of the whole piece. Before that,
+// the memory that its sub-lists' releases will touch is prefetched: many sub-lists belong to
+// this list only, so neither they nor their buckets are in a cache.
 template <class Family>
 void ExtCommListBase<Family>::zeroReferencesIs() noexcept {
   if (!commVector_.isAttached()) return Dorn::DedupHandle::zeroReferencesIs();
-  // Many of them are used by no other list, and so neither they nor what their tables
-  // know of them is in a cache.
-  for (const ClassificationListPtr& part : classificationListVector_) {
-    __builtin_prefetch(part.ptr());
+  for (const ClassificationListPtr& subList : classificationListVector_) {
+    __builtin_prefetch(subList.ptr());
   }
-  for (const ClassificationListPtr& part : classificationListVector_) {
-    if (part) part->releasePrefetch();
+  for (const ClassificationListPtr& subList : classificationListVector_) {
+    if (subList) subList->releasePrefetch();
   }
   const std::size_t behind = commVector_.storageBytes() + classificationListVector_.storageBytes();
   KivStash::destroyWithArray<List, ValuePtr>(self(), behind);
 }
 
+// The room keeps a reference to each value until the list is found or built. Without it,
+// another thread could release a value that is in no other list.
 template <class Family>
 auto ExtCommListBase<Family>::dedupAttributeValue(const ListTable* table, const ValueTable* values,
                                                   std::span<const U8> octets) -> ListPtr {
@@ -375,7 +424,8 @@ void ExtCommListBase<Family>::writeText(std::ostream& out) const {
 template <class Family>
 void ExtCommListBase<Family>::appendPolicyText(OvFmt::DynamicBufferInterface& to,
                                                typename Value::StrepFormat format) const {
-  // A buffer beyond its step grows by what is asked for: for long lists, once.
+  // A large buffer grows by exactly the requested size, so a long list reserves at once what
+  // its members usually take.
   constexpr U32 usualLength = 16;
   if (commVector_.size() > usualLength) to.reserve(std::size_t{commVector_.size()} * usualLength);
   bool isFirst = true;
@@ -386,12 +436,13 @@ void ExtCommListBase<Family>::appendPolicyText(OvFmt::DynamicBufferInterface& to
   }
 }
 
+// A list that was never grouped hashes like the empty list.
 template <class Family>
 U32 ExtCommListBase<Family>::hash() const {
   if (classificationListVector_.empty()) return 0;
   BgpCommon::BgpHashMixImpl mix;
-  for (const ClassificationListPtr& part : classificationListVector_) {
-    if (part) BgpCommon::addIdentity(mix, part.ptr());
+  for (const ClassificationListPtr& subList : classificationListVector_) {
+    if (subList) BgpCommon::addIdentity(mix, subList.ptr());
   }
   return mix.hash();
 }

@@ -8,8 +8,12 @@ KIV_OBJECT_DEFINE(ExtCommListDedupTable)
 
 ExtCommListDedupTable::ExtCommListDedupTable() { handleInitialized(); }
 
+// The members are destroyed in reverse order, so the hash table of route targets is first. It
+// notifies the observer, which is still there and empties the collection.
 ExtCommListDedupTable::~ExtCommListDedupTable() = default;
 
+// The observer is registered before the table is known to anyone, so it sees every sub-list
+// from its insertion on.
 void ExtCommListDedupTable::handleInitialized() {
   rtExtCommClassificationListDedupTable_ = subTable();
   rtExtCommListLifeTimeNotifieeIs(notifyingRtExtCommListCollectionIs());

@@ -7,6 +7,7 @@ namespace Routing::Bgp {
 ExtCommListDedupTableBase::ExtCommListDedupTableBase()
     : extCommClassificationListDedupTable_(subTable()) {}
 
+// Reads the setting again for each hash table. The host must not change it in between.
 Kiv::Ptr<Dorn::DedupHashTable> ExtCommListDedupTableBase::subTable() {
   return Dorn::DedupHashTableUnorderedSet::DedupHashTableUnorderedSetIs(
       OvBgpGlobals::multiThreaded());
@@ -20,8 +21,8 @@ void ExtCommListDedupTableBase::dumpState(const Kiv::Ptr<const Dorn::DumpContext
   dumpTable(context, indent, "extCommClassification", extCommClassificationListDedupTable_);
 }
 
-// The additions wrap around: at 0xFFFFFFFE, which the header shows as -2, labels
-// stand at the margin and tables at 2.
+// The indentation is unsigned, and the additions may wrap around. A caller may pass 0xFFFFFFFE,
+// that is, -2, to get labels without indentation and tables indented by 2.
 void ExtCommListDedupTableBase::dumpTable(const Kiv::Ptr<const Dorn::DumpContext>& context,
                                           unsigned int indent, const char* label,
                                           const Kiv::Ptr<Dorn::DedupHashTable>& table) {

@@ -1,4 +1,4 @@
-// What the interning tables of extended lists have in common.
+// The common base of the tables that intern extended lists.
 #ifndef OVBGP_LIST_EXTCOMMLISTDEDUPTABLEBASE_H
 #define OVBGP_LIST_EXTCOMMLISTDEDUPTABLEBASE_H
 
@@ -9,29 +9,34 @@
 
 namespace Routing::Bgp {
 
-// Two tables: the inherited one of the lists, and one of their sub-lists by
-// classification. Lists keep their sub-lists, and these their communities; when a
-// list goes, each of them leaves its own table in turn. All are locked exactly when
-// OvBgpGlobals::multiThreaded() said so at construction.
+// Two hash tables: one of the lists, which is inherited, and one of their sub-lists. A list
+// holds references to its sub-lists, and a sub-list to its values. When the last user releases
+// a list, list, sub-lists and values therefore leave their tables one after the other.
+//
+// Threads: as CommListDedupTableBase says; all hash tables take locks, or none does.
 class OV_EXPORT ExtCommListDedupTableBase : public CommListDedupTableBase {
  public:
+  // Ptr, PtrConst, RawPtr and RawPtrConst to a table.
   KIV_POINTERS(ExtCommListDedupTableBase)
 
+  // The hash table of the sub-lists, except those that a derived class keeps apart; never null.
   const Kiv::Ptr<Dorn::DedupHashTable>& extCommClassificationListDedupTable() const noexcept {
     return extCommClassificationListDedupTable_;
   }
 
-  // Prints "ExtCommListDedupTable", whatever kind of extended list the table is of,
-  // and then each of the tables under its label.
+  // Prints "ExtCommListDedupTable", for either kind of extended list, and then each hash table
+  // under its label. `indent` is the number of blanks before the first line.
   void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
                  unsigned int indent) const override;
 
  protected:
+  // Empty hash tables, with locks or without as OvBgpGlobals::multiThreaded() says. Throws
+  // std::bad_alloc.
   ExtCommListDedupTableBase();
 
-  // A new, empty table for what a list is made of.
+  // A new, empty hash table for sub-lists. Throws std::bad_alloc.
   static Kiv::Ptr<Dorn::DedupHashTable> subTable();
-  // Prints one table under its label, at the indentation of the whole dump.
+  // Prints the hash table `table` under `label`. `indent` is that of the whole dump.
   static void dumpTable(const Kiv::Ptr<const Dorn::DumpContext>& context, unsigned int indent,
                         const char* label, const Kiv::Ptr<Dorn::DedupHashTable>& table);
 

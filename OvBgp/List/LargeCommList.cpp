@@ -6,6 +6,8 @@
 #include "OvBgp/Value/LargeCommunityFormatter.h"
 #include "OvBgp/Value/Private/LargeCommunityText.h"
 
+// Constant-initialized, because lists may be built before the constructors of static objects
+// have run.
 template <>
 Kiv::Type& KivStash::arrayType<Acl::CommunityValue>() noexcept {
   static constinit Kiv::Type record{"CommunityValue[]"};
@@ -14,6 +16,7 @@ Kiv::Type& KivStash::arrayType<Acl::CommunityValue>() noexcept {
 
 namespace Routing::Bgp {
 
+// ValueListImpl.h reads members as plain words, in the order of the wire.
 static_assert(std::bit_cast<std::array<U32, 3>>(Acl::CommunityValue(1, 2, 3)) ==
                   std::array<U32, 3>{1, 2, 3},
               "the words of a community are in memory as they are on the wire");
@@ -29,6 +32,7 @@ Kiv::String LargeCommList::getStringValue(const Acl::CommunityValue& community) 
 }
 
 Kiv::String LargeCommList::displayString(const Acl::CommunityValue& community, bool asdot) {
+  // The longest text has 33 characters: 5 + 1 + 5 with asdot, and twice 1 + 10.
   OvFmt::StackBackedBuffer<64> text;
   LargeCommunityFormatter::format(text, community, asdot);
   return text.str();

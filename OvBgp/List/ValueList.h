@@ -1,6 +1,10 @@
-// What the lists of plain values have in common: standard communities (RFC 1997)
-// and large ones (RFC 8092).  Users include OvBgp/List/CommList.h or
+// The common base of the plain lists: standard communities (RFC 1997) and large
+// communities (RFC 8092). Users include OvBgp/List/CommList.h or
 // OvBgp/List/LargeCommList.h.
+//
+// The names of three operations are given by the interface and are short for what
+// they do: `commIs(x)` appends x, `comm(x)` says whether x is a member, and `comms()`
+// is the number of members.
 #ifndef OVBGP_LIST_VALUELIST_H
 #define OVBGP_LIST_VALUELIST_H
 
@@ -23,91 +27,139 @@ class StoreManager;
 
 namespace Routing::Bgp {
 
-// A list is built by one thread: commIs in any order, repeats allowed; then
-// interned once by dedup; and from then on is sorted, unique, read-only and
-// shared by any thread.  Routes that carry the same set share one list.  Texts
-// and attribute may be asked for at any time and have the order of the list.
+// A list of plain communities. Routes that carry the same set of communities share one
+// list object.
 //
-// Invariant once sorted: strictly ascending, and no spare storage (unless there
-// was no memory to give it back).
+// Life of a list: one thread builds it with commIs, in any order, and may append a
+// community twice. `dedup` sorts the list, drops repeated members and interns it. From
+// then on the list is read-only, and any number of threads may read it without a lock.
+// A received list is usually made by dedupAttributeValue in one step. Text and attribute
+// can be produced before and after `dedup`; they follow the order of the list.
 //
-// A Family is all that tells one such list from another:
-//   List      the class that derives from this one; it adds appendText, textOf for
-//             the same as a string, and flagsIs if it remembers anything of its members
-//   Element   a community; in memory its words on the wire, in host byte order
-//   Table     where the lists are interned
+// Invariant of a sorted list: the members ascend strictly, and the list holds no spare
+// storage (unless memory ran out when the spare storage was to be returned).
+//
+// A list that dedupAttributeValue made is one piece of memory. The members begin right
+// behind their count, and continue behind the object. Offsets in octets, x86-64:
+//
+//   0        8            12       14      15             16      20                   32
+//   +--------+------------+--------+-------+--------------+-------+--------------------+-----
+//   | vtable | reference  | table  | state | sorted flag, | count | members, in host   | more
+//   |        | count      | number |       | notes        |       | byte order ...     | ...
+//   +--------+------------+--------+-------+--------------+-------+--------------------+-----
+//   | Dorn::DedupHandle                    | ValueList                                 |
+//
+// A list that was built with commIs has, from offset 20, the capacity of its array and
+// the array's address instead (KivStash/Vector.h).
+//
+// `Family` holds everything in which one kind of plain list differs from another:
+//   List      the class that derives from this template. It adds appendText, and textOf,
+//             which returns the same text as a string. It adds flagsIs if it keeps notes
+//             about its members.
+//   Element   one community. Its memory consists of the 32-bit words of the wire format,
+//             each in host byte order.
+//   Table     the class of the table that interns the lists
 //   attrType, attributeName
 //             the path attribute, and its name in messages
 //   commIsFunction, commFunction, hashFunction, compareFunction
-//             what a failed assertion calls the function that checked
-// The bodies are in OvBgp/List/Private/ValueListImpl.h, which List's source instantiates.
+//             the function names that failed assertions print
+// The function bodies are in OvBgp/List/Private/ValueListImpl.h; the source of each List
+// instantiates them.
 template <class Family>
 class OV_EXPORT ValueList : public Dorn::DedupHandle {
  public:
+  // The class of the whole list, for example CommList.
   using List = typename Family::List;
+  // One community, in host byte order.
   using Element = typename Family::Element;
+  // The table in which these lists are interned.
   using Table = typename Family::Table;
-  // Passed as is convenient.
+  // The parameter type for one community: by value if it fits a register, else by reference.
   using Value = std::conditional_t<sizeof(Element) <= sizeof(void*), Element, const Element&>;
 
-  // A path attribute's value has at most 65,535 octets, so this many fit.
+  // The most communities that fit in one path attribute, whose value is limited to 65,535
+  // octets by its 16-bit length (RFC 4271, section 4.3).
   static constexpr U32 maxSerializableComms = 0xFFFF / sizeof(Element);
 
-  // Appends.  Requires: not interned, nor given to dedup, before.
+  // Appends `community`; neither sorts nor looks for repeats. Amortized constant cost.
+  // Throws std::bad_alloc. Requires: the list is not sorted, that is, `dedup` was never
+  // called; otherwise the process stops by an assertion.
   void commIs(Value community);
-  // Whether the list has `community`; a binary search.  Requires: sorted.
+  // Whether `community` is a member; a binary search. Requires: sorted.
   bool comm(Value community) const;
+  // The number of members; before the list is sorted, repeated members count each time.
   U32 comms() const noexcept { return commVector_.size(); }
+  // Whether the list has no members.
   bool empty() const noexcept { return commVector_.empty(); }
 
+  // The members in list order. The list owns the array, and the pointer is never null.
   const KivStash::Vector<Element>* commVectorRawPtr() const noexcept { return &commVector_; }
+  // The members, for writing. Only the thread that builds the list may call this, and only
+  // before `dedup`: an interned list is shared, and its table has hashed the members.
   KivStash::Vector<Element>* commVectorRawPtrNonConst() noexcept { return &commVector_; }
+  // Whether the members ascend strictly. `dedup` sets this flag; `destash` takes it from
+  // the image without checking it (OvBgp/Store/Destash.h).
   bool commVectorSorted() const noexcept { return commVectorSorted_; }
 
-  // The communities in list order, one blank between.
+  // The text of the list: the members in list order, separated by one blank.
   Kiv::String toStrep() const { return List::textOf(members()); }
 
-  // The path attribute, header included, communities in list order.
-  // Requires: fitsAttribute(), which lists of wire origin fulfil by themselves.
+  // The whole path attribute in wire format: flags, type, length (RFC 4271, section 4.3),
+  // then the members in list order, big-endian. Requires: fitsAttribute(). A list that was
+  // made of a received attribute always fits.
   Kiv::String serialize() const;
+  // Whether all members fit in one path attribute.
   bool fitsAttribute() const noexcept { return comms() <= maxSerializableComms; }
 
-  // The one-at-a-time hash of the communities' words (BgpCommon/BgpHashMixImpl.h).
-  // hash and compare require: sorted.
+  // The one-at-a-time hash of the members' words (BgpCommon/BgpHashMixImpl.h). It is the
+  // same in every process. Requires: sorted.
   U32 hash() const override;
+  // Whether `other`, a list of the same class, has the same members. Requires: sorted.
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
-  // `key` is a CommListContent.
+  // Whether the members are those of `key`, which must be a CommListContent.
   bool compareByContent(const Dorn::DedupContentHandle& key) const override;
+  // The hash that the table probes with: keyed per process, and computed from the wire
+  // format, so that a received attribute need not be decoded for a lookup.
   U32 probeHash() const override;
 
-  // Sorts and interns this list: returns it, or the equal list that `table` has
-  // already.  Requires: the caller holds the list by a counted pointer.
+  // Sorts the list, drops repeated members and interns it. Returns this list, or the equal
+  // list that is already in `table`. A list that was interned before is not written again.
+  // Throws std::bad_alloc; then the list can be given to `dedup` once more. Requires: the
+  // caller holds the list by a counted pointer.
   Kiv::Ptr<const List> dedup(const Table* table);
 
+  // Destroys the list and frees its memory; called when the last reference is dropped.
   void zeroReferencesIs() noexcept override;
 
-  // The interned list of the value octets of a received attribute, in any order,
-  // repeats allowed.  One hash and one probe, and nothing is decoded or built, if
-  // there is one and the octets ascend, as they do from most senders.
-  // Throws Kiv::RangeException for a length that is no multiple of a community's.
+  // Returns the interned list of a received attribute's value: `value` is big-endian, in any
+  // order, and may repeat communities. If the list exists and the octets ascend, as they do
+  // from most senders, the cost is one hash and one probe, and nothing is decoded, built or
+  // allocated. Octets that do not ascend are decoded, sorted and looked up again.
+  // Throws Kiv::RangeException if the length is no multiple of a community's length, and
+  // std::bad_alloc.
   static Kiv::Ptr<const List> dedupAttributeValue(const Table* table, std::span<const U8> value);
 
-  // Writes the list's text, whatever the stream's format; nothing for a null list.
+  // Writes the text of `list` unformatted: width, fill and base of the stream are ignored.
+  // Writes nothing for a null pointer.
   friend std::ostream& operator<<(std::ostream& out, const ValueList* list) {
     if (list) list->print(out);
     return out;
   }
 
  protected:
+  // An empty list, not interned.
   ValueList() noexcept = default;
 
+  // The members in list order; valid until the list changes.
   std::span<const Element> members() const noexcept {
     return {commVector_.data(), commVector_.size()};
   }
-  // Notes what List remembers of its members; called before a list is interned.
+  // A hook, which List may hide with its own: it computes the notes from the sorted members. It is
+  // called before the list enters a table, because nothing may be written afterwards.
   void flagsIs() noexcept {}
-  // Where it notes that: seven bits.
+  // Seven bits that List uses as it likes, see flagsIs; zero if it never writes them.
   U8 notes() const noexcept { return notes_; }
+  // Replaces the notes; the top bit of `notes` is dropped.
   void notesIs(U8 notes) noexcept { notes_ = notes & 0x7F; }
 
  private:
@@ -120,24 +172,26 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
 
   using Miss = Dorn::DedupHashTable::Miss;
 
-  // Whether these are the octets of the list's attribute.
+  // Whether `octets` are the list's members in wire format.
   KIV_INLINE bool equalsWire(std::span<const U8> octets) const noexcept;
 
-  // Parts of dedupAttributeValue: what is rarer than finding the list of these octets at
-  // once; building the list of members that ascend; sorting what does not, and finding or
-  // building its list.
+  // Slow path of dedupAttributeValue: everything after a miss in the home bucket.
   static Kiv::Ptr<const List> dedupOutOfLine(Dorn::DedupHashTable& table, std::span<const U8> value,
                                              U32 hash);
+  // Builds and interns the list of `members`, which ascend strictly and have just been looked
+  // up in vain.
   static Kiv::Ptr<const List> dedupNew(Dorn::DedupHashTable& table,
                                        std::span<const Element> members, const Miss& miss);
+  // Sorts `received` in place; finds or builds the list of these members.
   static Kiv::Ptr<const List> dedupUnordered(Dorn::DedupHashTable& table,
                                              std::span<Element> received);
+  // Throws the Kiv::RangeException of an attribute value of `octets` octets.
   [[noreturn]] static void lengthRefuse(std::size_t octets);
 
-  // One octet, which the handle has left over.
+  // Flag and notes share the one octet of padding that Dorn::DedupHandle leaves.
   bool commVectorSorted_ : 1 = false;
   U8 notes_ : 7 = 0;
-  // Last, as the communities of received lists stand behind the object.
+  // Must be the last member: in-place members continue behind the object.
   KivStash::Vector<Element> commVector_;
 };
 

@@ -10,6 +10,7 @@ template class Routing::RouteMap::CommSnapshot<Routing::Bgp::CommListSnapshotCom
 namespace Routing::Bgp {
 namespace {
 
+// A snapshot of any plain list. Observers do not exist yet, so the insertions notify nobody.
 template <class Snapshot, class List>
 typename Snapshot::Ptr snapshotOf(const List& list) {
   auto snapshot = Dorn::notifyingObject<Snapshot>();
@@ -25,6 +26,8 @@ CommListSnapshot::Ptr commListSnapshotFactory() {
   return Dorn::notifyingObject<CommListSnapshot>();
 }
 
+// The commSnapshot of both lists is defined here, so that the lists themselves do not depend on
+// snapshots.
 CommListSnapshot::Ptr CommList::commSnapshot() const { return snapshotOf<CommListSnapshot>(*this); }
 
 RouteMap::CommListSnapshot::Ptr LargeCommList::commSnapshot() const {

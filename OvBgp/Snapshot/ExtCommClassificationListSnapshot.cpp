@@ -14,11 +14,9 @@ ExtCommClassificationListSnapshot::Ptr extCommClassificationListSnapshotFactory(
   return Dorn::notifyingObject<ExtCommClassificationListSnapshot>(classification);
 }
 
+// Defined here and not with the sub-list, so that sub-lists do not depend on snapshots.
 ExtCommClassificationListSnapshot::Ptr ExtCommClassificationList::commSnapshot() const {
-  ExtCommClassificationListSnapshot::Ptr snapshot =
-      extCommClassificationListSnapshotFactory(classification());
-  commsCopy(*this, *snapshot);
-  return snapshot;
+  return copyOf(*this, extCommClassificationListSnapshotFactory(classification()));
 }
 
 }  // namespace Routing::Bgp

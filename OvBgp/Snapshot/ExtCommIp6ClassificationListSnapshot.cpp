@@ -14,11 +14,9 @@ ExtCommIp6ClassificationListSnapshot::Ptr extCommIp6ClassificationListSnapshotFa
   return Dorn::notifyingObject<ExtCommIp6ClassificationListSnapshot>(classification);
 }
 
+// Defined here and not with the sub-list, so that sub-lists do not depend on snapshots.
 ExtCommIp6ClassificationListSnapshot::Ptr ExtCommIp6ClassificationList::commSnapshot() const {
-  ExtCommIp6ClassificationListSnapshot::Ptr snapshot =
-      extCommIp6ClassificationListSnapshotFactory(classification());
-  commsCopy(*this, *snapshot);
-  return snapshot;
+  return copyOf(*this, extCommIp6ClassificationListSnapshotFactory(classification()));
 }
 
 }  // namespace Routing::Bgp

@@ -14,11 +14,9 @@ ExtCommIp6ListSnapshot::Ptr extCommIp6ListSnapshotFactory() {
   return Dorn::notifyingObject<ExtCommIp6ListSnapshot>();
 }
 
+// Defined here and not with the list, so that lists do not depend on snapshots.
 ExtCommIp6ListSnapshot::Ptr ExtCommIp6List::commSnapshot() const {
-  ExtCommIp6ListSnapshot::Ptr snapshot = extCommIp6ListSnapshotFactory();
-  classificationListsCopy(*this, *snapshot);
-  commsCopy(*this, *snapshot);
-  return snapshot;
+  return copyOf(*this, extCommIp6ListSnapshotFactory());
 }
 
 }  // namespace Routing::Bgp

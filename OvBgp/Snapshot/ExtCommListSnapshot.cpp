@@ -14,11 +14,9 @@ ExtCommListSnapshot::Ptr extCommListSnapshotFactory() {
   return Dorn::notifyingObject<ExtCommListSnapshot>();
 }
 
+// Defined here and not with the list, so that lists do not depend on snapshots.
 ExtCommListSnapshot::Ptr ExtCommList::commSnapshot() const {
-  ExtCommListSnapshot::Ptr snapshot = extCommListSnapshotFactory();
-  classificationListsCopy(*this, *snapshot);
-  commsCopy(*this, *snapshot);
-  return snapshot;
+  return copyOf(*this, extCommListSnapshotFactory());
 }
 
 ExtCommListSnapshot::Ptr ExtCommList::snapshot() const { return commSnapshot(); }

@@ -1,5 +1,8 @@
-// What the snapshots of extended community lists of eight octets and of IPv6, and
-// those of their sub-lists, have in common.
+// The common base of the snapshots of extended community lists and of their sub-lists.
+//
+// A snapshot is a copy of a list's contents that its owner can edit and observe, entry by
+// entry. It is independent of the list. Its entries are references to interned values and
+// sub-lists, so a snapshot keeps these interned.
 #ifndef OVBGP_SNAPSHOT_EXTCOMMSNAPSHOT_H
 #define OVBGP_SNAPSHOT_EXTCOMMSNAPSHOT_H
 
@@ -16,63 +19,90 @@
 
 namespace Routing::Bgp {
 
-// A family's keys, and the names of its entries' type records.
+// For each family: the keys of the members, and the names of the type records under which
+// entries are counted. Only the two specializations exist.
 template <class Family>
 struct ExtCommSnapshotKind;
 
+// For communities of eight octets.
 template <>
 struct OV_EXPORT ExtCommSnapshotKind<ExtCommFamily> {
+  // The eight octets as one number in host byte order, type octet uppermost.
   using Key = U64;
+  // The key of the value `comm`.
   static Key keyOf(const ExtComm& comm) { return comm.getContent().value(); }
+  // The type record of the members of a list snapshot.
   static constexpr char listComm[] = "ExtCommListSnapshot::KivComm";
+  // The type record of the sub-lists of a list snapshot.
   static constexpr char listClassificationList[] = "ExtCommListSnapshot::KivClassificationList";
+  // The type record of the members of a sub-list snapshot.
   static constexpr char classificationListComm[] = "ExtCommClassificationListSnapshot::KivComm";
 };
 
+// For IPv6 address specific communities.
 template <>
 struct OV_EXPORT ExtCommSnapshotKind<ExtCommIp6Family> {
+  // The twenty octets, ordered as list members are.
   using Key = ExtCommIp6Content;
+  // The key of the value `comm`.
   static Key keyOf(const ExtCommIp6& comm) { return comm.getContent(); }
+  // The type record of the members of a list snapshot.
   static constexpr char listComm[] = "ExtCommIp6ListSnapshot::KivComm";
+  // The type record of the sub-lists of a list snapshot.
   static constexpr char listClassificationList[] = "ExtCommIp6ListSnapshot::KivClassificationList";
+  // The type record of the members of a sub-list snapshot.
   static constexpr char classificationListComm[] = "ExtCommIp6ClassificationListSnapshot::KivComm";
 };
 
-// Communities by their contents.
+// The map of a snapshot's members, by content, for RouteMap::CommSnapshot.
 template <class Family>
 struct OV_EXPORT ExtCommSnapshotComm {
+  // The content of a member.
   using Key = typename ExtCommSnapshotKind<Family>::Key;
+  // A counted pointer to an interned value, never null.
   using Value = Kiv::Ptr<const typename Family::Value>;
+  // The key of `comm`, which must not be null.
   static Key keyOf(const Value& comm) { return ExtCommSnapshotKind<Family>::keyOf(*comm); }
 };
 
+// The same map with the type record for list snapshots.
 template <class Family>
 struct OV_EXPORT ExtCommListSnapshotComm : ExtCommSnapshotComm<Family> {
+  // The name of the type record.
   static constexpr const auto& memberName = ExtCommSnapshotKind<Family>::listComm;
 };
 
+// The same map with the type record for sub-list snapshots.
 template <class Family>
 struct OV_EXPORT ExtCommClassificationListSnapshotComm : ExtCommSnapshotComm<Family> {
+  // The name of the type record.
   static constexpr const auto& memberName = ExtCommSnapshotKind<Family>::classificationListComm;
 };
 
-// Sub-lists by their classifications.
+// The map of a snapshot's sub-lists, by classification, for Kiv::NotifyingMap.
 template <class Family>
 struct OV_EXPORT ExtCommListSnapshotClassificationList {
+  // The classification of a sub-list.
   using Key = ExtCommClassification;
+  // A counted pointer to an interned sub-list, never null.
   using Value = Kiv::Ptr<const typename Family::ClassificationList>;
+  // The key of `list`, which must not be null.
   static Key keyOf(const Value& list) { return list->classification(); }
+  // The name of the type record.
   static constexpr const auto& memberName = ExtCommSnapshotKind<Family>::listClassificationList;
 };
 
-// A copy of a sub-list. Its references keep the members interned.
+// A snapshot of a sub-list: its members, by content, and its classification. The references to
+// the members keep these interned. Threads: one at a time; reading counts, too.
 template <class Family>
 class OV_EXPORT ExtCommClassificationListSnapshotBase
     : public RouteMap::CommSnapshot<ExtCommClassificationListSnapshotComm<Family>> {
  public:
+  // The classification that was given to the constructor. Members are not checked to have it.
   ExtCommClassification classification() const noexcept { return classification_; }
 
  protected:
+  // An empty snapshot.
   explicit ExtCommClassificationListSnapshotBase(ExtCommClassification classification)
       : classification_(classification) {}
 
@@ -80,37 +110,53 @@ class OV_EXPORT ExtCommClassificationListSnapshotBase
   const ExtCommClassification classification_;
 };
 
-// A copy of a list: its members and, apart from them, its sub-lists. Editing one of
-// the two collections does not edit the other. The references keep members and
-// sub-lists interned.
+// A snapshot of a list: two maps, one of its members, by content (`comm`), and one of its
+// sub-lists, by classification (`classificationList`). The maps are independent: editing one
+// does not edit the other. The references keep members and sub-lists interned. Threads: one
+// at a time; reading counts, too.
 template <class Family>
 class OV_EXPORT ExtCommListSnapshotBase
     : public RouteMap::CommSnapshot<ExtCommListSnapshotComm<Family>> {
  public:
+  // The map of the sub-lists; observers are notified of its changes.
   using ClassificationListMap = Kiv::NotifyingMap<ExtCommListSnapshotClassificationList<Family>>;
+  // One entry of the map.
   using KivClassificationList = typename ClassificationListMap::Member;
+  // A counted pointer to a sub-list.
   using ClassificationListPtr = typename ClassificationListMap::Value;
 
-  // The number under which observers hear of `classificationList`.
+  // The attribute number in notifications about `classificationList`.
   static constexpr U32 classificationListAttribute = 131;
 
-  // The operations of `classificationList` are those of `comm`.  No list is null.
+  // The sub-lists in ascending order of classification. No sub-list is null. This function and
+  // the following ones work as their siblings for `comm` do (RouteMap::CommSnapshot).
   const ClassificationListMap& classificationList() const noexcept { return classificationList_; }
+  // Whether there is a sub-list for `classification`.
   bool classificationListHas(ExtCommClassification classification) const {
     return classificationList_.has(classification);
   }
+  // Inserts `list` at `classification`, or replaces the sub-list there. Observers are notified
+  // if that changes the map. Throws std::bad_alloc.
   void classificationListIs(ExtCommClassification classification, ClassificationListPtr list) {
     classificationList_.set(classification, std::move(list));
   }
+  // Inserts `list` at its own classification, or replaces the sub-list there. Throws
+  // std::bad_alloc.
   void classificationListIs(const ClassificationListPtr& list) {
     classificationListIs(list->classification(), list);
   }
+  // Deletes the sub-list at `classification`; returns whether there was one. Observers are
+  // notified only then.
   bool classificationListDel(ExtCommClassification classification) {
     return classificationList_.del(classification);
   }
+  // Deletes the sub-list at `position`. The iterator stays valid and finds the next sub-list.
+  // Requires: `position` is not the end.
   bool classificationListDel(const typename ClassificationListMap::Iterator& position) {
     return classificationList_.del(position);
   }
+  // Deletes, one by one, the sub-lists that are in the map when the call begins. Observers may
+  // release the snapshot meanwhile. Throws std::bad_alloc, and has deleted none then.
   void classificationListDelAll() {
     const Kiv::PtrInterface::PtrConst self(this);
     classificationList_.delAll();

@@ -19,37 +19,44 @@ LargeCommList::Ptr LargeCommList::destash(const void* stored,
   return destashCommList<LargeCommList, Acl::CommunityValue>(stored, storeManager);
 }
 
+// A rebuilt value gets the state `rebuilt`, so that it can never be interned: its class and
+// classification are the writer's, not those of the rule tree. The state is set here because
+// only the value itself may set it.
 ExtComm::Ptr ExtComm::destash(const void* stored, KivStash::StoreManager* storeManager) {
-  Ptr comm = destashExtComm<ExtComm>(stored, storeManager);
-  comm->dedupStateIs(Dorn::DedupHandleState::rebuilt);
-  return comm;
+  return destashTraced<ExtComm>(stored, storeManager, [](const auto& reader) {
+    Ptr comm = valueOf(reader);
+    comm->dedupStateIs(Dorn::DedupHandleState::rebuilt);
+    return comm;
+  });
 }
 
 ExtCommIp6::Ptr ExtCommIp6::destash(const void* stored, KivStash::StoreManager* storeManager) {
-  Ptr comm = destashExtComm<ExtCommIp6>(stored, storeManager);
-  comm->dedupStateIs(Dorn::DedupHandleState::rebuilt);
-  return comm;
+  return destashTraced<ExtCommIp6>(stored, storeManager, [](const auto& reader) {
+    Ptr comm = valueOf(reader);
+    comm->dedupStateIs(Dorn::DedupHandleState::rebuilt);
+    return comm;
+  });
 }
 
+// Grouping sorts the members, whatever the stored flag says.
 ExtCommList::Ptr ExtCommList::destash(const void* stored, KivStash::StoreManager* storeManager) {
-  traceDestashing<ExtCommList>();
-  const StoredReader<ExtCommList> reader(stored, storeManager);
-  Ptr list = extCommListFactory();
-  appendDestashed(reader, storeManager, *list);
-  list->createClassificationListVector(false);
-  traceDestashed(*list);
-  return list;
+  return destashTraced<ExtCommList>(stored, storeManager, [storeManager](const auto& reader) {
+    Ptr list = extCommListFactory();
+    appendDestashed(reader, storeManager, *list);
+    list->createClassificationListVector(false);
+    return list;
+  });
 }
 
+// The list keeps order and flag of the image and has no sub-lists.
 ExtCommIp6List::Ptr ExtCommIp6List::destash(const void* stored,
                                             KivStash::StoreManager* storeManager) {
-  traceDestashing<ExtCommIp6List>();
-  const StoredReader<ExtCommIp6List> reader(stored, storeManager);
-  Ptr list = extCommIp6ListFactory();
-  if (reader.sorted()) list->commVectorSortedIs();
-  appendDestashed(reader, storeManager, *list);
-  traceDestashed(*list);
-  return list;
+  return destashTraced<ExtCommIp6List>(stored, storeManager, [storeManager](const auto& reader) {
+    Ptr list = extCommIp6ListFactory();
+    if (reader.sorted()) list->commVectorSortedIs();
+    appendDestashed(reader, storeManager, *list);
+    return list;
+  });
 }
 
 }  // namespace Routing::Bgp

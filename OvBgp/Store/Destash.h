@@ -1,32 +1,34 @@
-// What of this library can be in a shared-memory store, and as which image.
-//
-// `destash` of each type rebuilds an object from what the writer of a store has at
-// an address, while that writer may be changing it:
+// Rebuilding values and lists from their images in a shared-memory store. Each type that can
+// be stored has a static function `destash`:
 //
 //   CommList::Ptr list = CommList::destash(stored, storeManager.ptr());
 //   CommList::PtrConst interned = list->dedup(table.ptr());
 //
-// A store is shared memory that anyone may have written.  Whatever it holds, destash
-// returns an object of what was there, all at one time, or raises a
-// Stash::StoreException: those of KivStash::ReaderPtr, or ContentException for a
-// classification that is none.  VersionAnchorException says that the writer was
-// faster, so try again, a few times; what was built by then is gone.  Nothing is
-// allocated by a count before that is known to fit the store.  Any thread, if
-// threads do not share the manager or pointers are thread-safe.
+// `stored` is the image's address in the writing process, as KivStash::StoreCursor finds it.
+// The writer may change the image while it is read.
 //
-// What was written is believed as far as it does no harm:
+// Errors. A store is shared memory, and its contents may come from anyone. Whatever they are,
+// `destash` either returns an object whose contents were in the image at one moment, or throws
+// a Stash::StoreException: one of those that KivStash::ReaderPtr lists, or ContentException if
+// a value has an unknown classification. VersionAnchorException means that the writer changed
+// the image meanwhile; the caller should try again, a few times. After an exception nothing
+// of the new object is left. A count from the store is checked against the store's size before
+// memory is allocated for it. Running out of memory throws std::bad_alloc.
 //
-// - Plain lists and those of IPv6 have the order and the sorted flag that they were
-//   stored with.  `dedup` of a plain list does not sort it if the flag is set, so a
-//   list of a store that is not trusted should be seen to ascend before.
-// - An extended list is sorted and grouped anew.  Its values and its sub-lists are in
-//   the state `rebuilt` and never enter a table, so the list is for reading: do not
-//   `dedup` it, but make an interned one of the same values by
-//   ExtCommList::dedupDestashed.  The same for IPv6.
-// - A value is a plain ExtComm or ExtCommIp6 with the classification that it was
-//   stored with, not of the typed class that the rule tree would choose.
+// The following is not checked:
 //
-// OvBgp/8 traces what is rebuilt.
+// - Plain lists and IPv6 lists keep their stored order and sorted flag. `dedup` of a plain list
+//   does not sort it if the flag is set. If the writer is not trusted, check that the members
+//   ascend before calling `dedup`.
+// - An extended list is sorted and grouped again. Its values and sub-lists have the state
+//   `rebuilt` and can never be interned, so the list is for reading only. Do not call its
+//   `dedup`; ExtCommList::dedupDestashed makes an interned list with the same contents. The
+//   same is true of IPv6 lists.
+// - A value is an object of the base class, ExtComm or ExtCommIp6, with its stored
+//   classification. The class and classification that the rule tree would choose may differ.
+//
+// Threads: any, if threads do not share the store manager, or if thread-safe pointers are on.
+// Trace level OvBgp/8 prints each object that is rebuilt.
 #ifndef OVBGP_STORE_DESTASH_H
 #define OVBGP_STORE_DESTASH_H
 
@@ -46,21 +48,27 @@ class LargeCommList;
 
 namespace KivStash {
 
+// The kind of image of standard community lists.
 template <>
 inline constexpr Stash::ImageKind storedKind<Routing::Bgp::CommList> =
     Stash::ImageKind::standardList;
+// The kind of image of large community lists.
 template <>
 inline constexpr Stash::ImageKind storedKind<Routing::Bgp::LargeCommList> =
     Stash::ImageKind::largeList;
+// The kind of image of extended communities.
 template <>
 inline constexpr Stash::ImageKind storedKind<Routing::Bgp::ExtComm> =
     Stash::ImageKind::extendedValue;
+// The kind of image of extended community lists.
 template <>
 inline constexpr Stash::ImageKind storedKind<Routing::Bgp::ExtCommList> =
     Stash::ImageKind::extendedList;
+// The kind of image of IPv6 address specific extended communities.
 template <>
 inline constexpr Stash::ImageKind storedKind<Routing::Bgp::ExtCommIp6> =
     Stash::ImageKind::ipv6Value;
+// The kind of image of IPv6 address specific extended community lists.
 template <>
 inline constexpr Stash::ImageKind storedKind<Routing::Bgp::ExtCommIp6List> =
     Stash::ImageKind::ipv6List;

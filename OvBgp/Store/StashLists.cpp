@@ -16,11 +16,14 @@ namespace {
 using KivStash::ImageId;
 using KivStash::StoreWriter;
 
-// Images of values, held until a list holds them.
+// The images of a list's values. This object holds a reference to each image, because an image
+// that neither the caller nor a list references is removed from the store. Once the list's
+// image exists, it holds references of its own, and these here are given up.
 class HeldValues {
  public:
   explicit HeldValues(StoreWriter& writer) : writer_(writer) {}
-  // What a store that has lost its file cannot give up any more is gone anyway.
+  // Fails only if the store's file was lost or shortened. Then the images are lost, too, so the
+  // exception can be ignored.
   ~HeldValues() {
     try {
       for (const ImageId value : values_) writer_.remove(value);
@@ -30,6 +33,8 @@ class HeldValues {
   HeldValues(const HeldValues&) = delete;
   HeldValues& operator=(const HeldValues&) = delete;
 
+  // Puts an image of each value into the store, or finds the one that is there. The room is
+  // reserved first, so that push_back cannot throw and lose an image that was just put.
   template <class Value>
   void add(const ExtCommVector<Value>& comms) {
     values_.reserve(comms.size());
@@ -46,7 +51,9 @@ class HeldValues {
   std::vector<ImageId> values_;
 };
 
-// Calls `put` with what the store takes for the elements of a list.
+// Calls `put` with the elements of `list` in the form that the store takes. For a plain list,
+// these are the communities themselves, a span of words. For an extended list, these are the
+// ids of its values' images, which HeldValues keeps until `put` has returned.
 template <class List, class Put>
 auto withElements(StoreWriter& writer, const List& list, const Put& put) {
   if constexpr (requires { list.commVectorRawPtr(); }) {
@@ -61,6 +68,7 @@ auto withElements(StoreWriter& writer, const List& list, const Put& put) {
 
 }  // namespace
 
+// The templates are instantiated below for the four classes of lists, and only for these.
 template <class List>
 ImageId stashPut(StoreWriter& writer, const List& list) {
   return withElements(writer, list, [&](auto elements) {

@@ -1,5 +1,9 @@
-// Keeping lists in a shared-memory store, from which `destash` (OvBgp/Store/Destash.h)
-// rebuilds them in other processes.
+// Writing lists to a shared-memory store. Other processes rebuild them by `destash`
+// (OvBgp/Store/Destash.h).
+//
+// The functions exist for CommList, LargeCommList, ExtCommList and ExtCommIp6List. A list need
+// not be interned. The store copies the list, so the list may be released afterwards. Threads:
+// only the one that uses the writer.
 #ifndef OVBGP_STORE_STASHLISTS_H
 #define OVBGP_STORE_STASHLISTS_H
 
@@ -8,13 +12,15 @@
 
 namespace Routing::Bgp {
 
-// Puts a new image of `list` into the store, with its sorted flag and, for extended
-// ones, with its values; the store has each value once.  List is CommList,
-// LargeCommList, ExtCommList or ExtCommIp6List.  Raises what KivStash::StoreWriter
-// raises, which leaves the images as they were.
+// Puts an image of `list` into the store and returns its id. The image has the list's members
+// and its sorted flag. For extended lists, the members are images of values, of which the
+// store keeps one per value. Throws what KivStash::StoreWriter throws, and std::bad_alloc; the
+// store's images are then as they were.
 template <class List>
 KivStash::ImageId stashPut(KivStash::StoreWriter& writer, const List& list);
-// Makes `list` what the image `id`, of a list of the same class, is of.
+
+// Replaces the contents of the image `id`, which must be of a list of the same class, by those
+// of `list`. Readers see the old contents or the new ones. Throws as stashPut.
 template <class List>
 void stashReplace(KivStash::StoreWriter& writer, KivStash::ImageId id, const List& list);
 

@@ -8,14 +8,16 @@
 namespace Shortage {
 namespace {
 
+// The state of the thread's OutOfMemory object.
 struct Plan {
-  U64 left = 0;  // allocations until the one that fails; 0: none will
+  U64 left = 0;  // allocations up to and including the one that fails; 0: none fails
   bool forGood = false;
   bool happened = false;
   U64 asked = 0;
 };
 
-// Each object is to ask for memory of its own.
+// Switches the library's pools off, so that every object is an allocation of its own that can
+// fail.
 [[maybe_unused]] const bool poolsAreOff = ::setenv("KIV_PLAIN_NEW", "1", 1) == 0;
 
 constinit thread_local Plan plan;
@@ -40,7 +42,7 @@ void* allocate(std::size_t size) {
   return allocated(std::malloc(size == 0 ? 1 : size));
 }
 
-// The C library wants a size that is a multiple of the alignment.
+// aligned_alloc requires a size that is a multiple of the alignment.
 void* allocate(std::size_t size, std::align_val_t alignment) {
   if (isRefused()) throw std::bad_alloc();
   const auto boundary = static_cast<std::size_t>(alignment);

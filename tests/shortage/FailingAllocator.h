@@ -1,5 +1,5 @@
-// An allocator that can be told to run out of memory. A test binary that links it has
-// it in place of operator new.
+// An allocator that fails at a chosen allocation. It replaces operator new in every test binary
+// that links it.
 #ifndef TESTS_SHORTAGE_FAILINGALLOCATOR_H
 #define TESTS_SHORTAGE_FAILINGALLOCATOR_H
 
@@ -7,11 +7,12 @@
 
 namespace Shortage {
 
-// Allocations of this process that nobody has given back.
+// The number of allocations of this process that have not been freed.
 U64 allocationsAlive() noexcept;
 
-// While it lives, one allocation of this thread fails: the `at`th, counted from 1 (0: none); or,
-// if `forGood`, that one and all after it. One at a time.
+// While the object exists, allocation number `at` of the calling thread fails, counted from 1;
+// with `forGood`, all later ones fail, too. If `at` is 0, none fails. Only one object may exist
+// in a thread.
 class OutOfMemory {
  public:
   explicit OutOfMemory(U64 at, bool forGood = false) noexcept;
@@ -19,9 +20,9 @@ class OutOfMemory {
   OutOfMemory& operator=(const OutOfMemory&) = delete;
   ~OutOfMemory();
 
-  // Whether an allocation was refused.
+  // Whether an allocation has failed.
   bool happened() const noexcept;
-  // Allocations of this thread since it began.
+  // The number of allocations that the thread has requested since the constructor.
   U64 asked() const noexcept;
 };
 

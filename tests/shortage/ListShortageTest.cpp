@@ -1,5 +1,5 @@
-// Lists and values of every kind, when memory runs out while they are interned, copied
-// or written.
+// Lists and values of every kind when memory runs out while they are interned, copied or
+// printed.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -35,7 +35,7 @@ bool fromLongAttribute(LivingWorld& world) {
   return membersOf(*list).size() == held.longCount && list->isDeduped();
 }
 
-// Of all members but the last, in descending order and twice.
+// A list, not interned, of all held members but the last, in descending order and each twice.
 template <class List>
 Kiv::Ptr<List> unsorted(const LivingWorld& world) {
   const auto list = Kind<List>::make();
@@ -46,7 +46,7 @@ Kiv::Ptr<List> unsorted(const LivingWorld& world) {
   return list;
 }
 
-// A list that could not be interned is as it was, or sorted, and may be tried again.
+// If `dedup` throws, the list keeps its members, perhaps sorted, and a second `dedup` works.
 template <class List>
 bool byHand(LivingWorld& world) {
   const HeldList<List>& held = world.held<List>();
@@ -71,7 +71,7 @@ bool ofMembers(LivingWorld& world) {
   return list->commVector().size() == 3 && list->isDeduped();
 }
 
-// Enough for a table to grow more than once, one by one.
+// Interns so many values, one by one, that the table grows more than once.
 template <class List, class Value, class Content>
 bool manyValues(LivingWorld& world, Content (*content)(U32)) {
   std::array<typename Value::PtrConst, 60> values;
@@ -120,7 +120,7 @@ bool partSnapshots(LivingWorld& world) {
   return right;
 }
 
-// What is made is what was made when there was memory, or an exception.
+// The text must be the same as when there was memory, or the operation must throw.
 template <class List, Kiv::String (*textOf)(const List&)>
 bool text(LivingWorld& world) {
   const List& list = *world.held<List>().list;
@@ -168,7 +168,7 @@ Kiv::String ip6ValueTexts(const ExtCommIp6List& list) {
   return all;
 }
 
-// More than a writer has room for in place.
+// Serializes more members than the attribute writer has room for on the stack.
 template <class List>
 bool longAttribute(LivingWorld& world) {
   constexpr U32 count = 1100;
@@ -177,7 +177,7 @@ bool longAttribute(LivingWorld& world) {
   return octets.size() == 4 + count * Kind<List>::memberOctets(0).size();
 }
 
-// A stream notes what it cannot take; it does not pass for whole.
+// If a stream cannot store the text, it must not be good() afterwards.
 template <class List>
 bool streamed(LivingWorld& world) {
   const List* const list = world.held<List>().list.ptr();
@@ -220,7 +220,8 @@ class SetObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
 };
 KIV_OBJECT_DEFINE(SetObserver)
 
-// Comes to a table in use, hears of another list, and stops; or goes, if it never came.
+// Registers an observer with a table in use, interns another list, and stops the observer. If
+// registering throws, the observer is destroyed unregistered.
 template <class List>
 bool tableObserved(LivingWorld& world) {
   const HeldList<List>& held = world.held<List>();
@@ -242,7 +243,7 @@ bool tableObserved(LivingWorld& world) {
   return right && observer->present.empty();
 }
 
-// The sets of route targets, in tables of their own: listed, not listed, listed again.
+// Stops and restarts the observer that maintains the sets of route targets, in a new table.
 bool targetSetsListed(LivingWorld& world) {
   const auto lists = extCommListDedupTableFactory();
   const auto& listed = lists->notifyingRtExtCommListCollection()->rtExtCommList();
@@ -269,7 +270,7 @@ bool manyListeners(LivingWorld& world) {
   return std::ranges::all_of(counters, [](const auto& counter) { return counter->heard <= 1; });
 }
 
-// Tables that go while lists of theirs are held, and those lists.
+// Destroys the tables while their lists are still held, and then the lists.
 bool tablesGo(LivingWorld&) {
   std::optional<LivingWorld> world(std::in_place);
   const auto comms = world->comms.list;
@@ -289,7 +290,7 @@ bool parserPutTogether(LivingWorld& world) {
   return parser->extCommParser()->parseExtendedCommunity(content)->getContent() == content;
 }
 
-// Plugins that come to a tree which has its rules already.
+// Adds plugins to a rule tree that is complete already.
 bool latePlugins(LivingWorld& world) {
   const auto& registry = world.parser->parseExtCommRuleCollections();
   const auto plugins = std::array<BgpParseExtCommPluginBaseSm::Ptr, 3>{

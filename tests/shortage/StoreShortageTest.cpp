@@ -1,4 +1,4 @@
-// A store's writer and its readers, when memory runs out.
+// The writer and the readers of a store when memory runs out.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 
@@ -19,10 +19,10 @@ using KivStash::StoreManager;
 using KivStash::StoreWriter;
 using StoreTest::TestName;
 
-// A store with an image of a list of each kind, read in this process, too.
+// A world with a store that has an image of each held list. The same process reads the store.
 struct StoreWorld : LivingWorld {
   StoreWorld() {
-    // Its directory has room for more from now on.
+    // Makes the directory grow now, so that later operations do not change used().
     std::vector<ImageId> ids;
     for (int i = 0; i < 200; ++i) ids.push_back(stashPut(writer, *comms.list));
     for (const ImageId id : ids) writer.remove(id);
@@ -37,7 +37,7 @@ struct StoreWorld : LivingWorld {
   std::vector<U64> facts() const;
 
   const TestName name;
-  const TestName otherName;  // of no store yet
+  const TestName otherName;  // no store has this name yet
   const Kiv::String otherPath = "/" + otherName.text();
   StoreWriter writer{name.name()};
   const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
@@ -64,7 +64,7 @@ ImageId StoreWorld::id<ExtCommIp6List>() const {
   return ip6;
 }
 
-// And what readers see.
+// Additionally, the texts of the images as readers see them, and the writer's figures.
 std::vector<U64> StoreWorld::facts() const {
   std::vector<U64> facts = LivingWorld::facts();
   const auto add = [&facts](const auto& list) {
@@ -82,7 +82,7 @@ std::vector<U64> StoreWorld::facts() const {
   return facts;
 }
 
-// An image that a test takes away again.
+// Removes an image at the end of a scope.
 class HeldImage {
  public:
   HeldImage(StoreWriter& writer, ImageId id) : writer_(writer), id_(id) {}
@@ -127,7 +127,7 @@ bool putAndReplaced(StoreWorld& world) {
   return world.writer.images() == images;
 }
 
-// A store of this name goes, without memory.
+// Removes the store with this name at the end of a scope, without allocating.
 class Unlinked {
  public:
   explicit Unlinked(const Kiv::String& path) : path_(path.c_str()) {}

@@ -1,4 +1,4 @@
-// Refuses memory to an operation at each place where it asks for any.
+// Runs an operation again and again, and lets each of its allocations fail in turn.
 #ifndef TESTS_SHORTAGE_SWEEP_H
 #define TESTS_SHORTAGE_SWEEP_H
 
@@ -11,9 +11,9 @@
 
 namespace Shortage {
 
-// An operation on what World sets up. It undoes what it does, holds nothing when it
-// returns, and says whether all was as it should be: no test may fail while there is
-// no memory to say so.
+// An operation on a new object of class World. It must undo its changes and hold nothing when it
+// returns. It returns whether the results were right; it must not use assertions of the test
+// framework, because reporting a failure needs memory.
 template <class World>
 struct Operation {
   const char* name;
@@ -37,8 +37,9 @@ Outcome outcomeOf(const Operation<World>& operation, World& world) {
   }
 }
 
-// One new world, and one allocation (0: none) that fails; whether the operation came that far.
-// Either it manages without, or it says so and leaves all as it was.
+// Runs the operation on a new world while allocation number `at` fails (0: none). The operation
+// must either succeed without that memory, or throw std::bad_alloc and leave everything as it
+// was. Then it must succeed when memory is there again. Returns whether an allocation failed.
 template <class World>
 bool tryWithout(const Operation<World>& operation, U64 at, bool forGood) {
   World world;
@@ -58,10 +59,11 @@ bool tryWithout(const Operation<World>& operation, U64 at, bool forGood) {
   return refused;
 }
 
-// Every allocation of the operation fails in turn, alone and with all that follow.
+// Lets every allocation of the operation fail: first each one alone, then each one together with
+// all later ones.
 template <class World>
 void sweep(const Operation<World>& operation) {
-  tryWithout(operation, 0, false);  // makes what a process makes once
+  tryWithout(operation, 0, false);  // makes what a process makes only once
   for (const bool forGood : {false, true}) {
     bool refused = true;
     U64 at = 0;
@@ -69,14 +71,14 @@ void sweep(const Operation<World>& operation) {
       SCOPED_TRACE(testing::Message() << "allocation " << ++at << (forGood ? " and on" : ""));
       const U64 before = allocationsAlive();
       refused = tryWithout(operation, at, forGood);
-      if (testing::Test::HasFailure()) break;  // which takes memory to note
+      if (testing::Test::HasFailure()) break;  // recording it took memory
       EXPECT_EQ(before, allocationsAlive()) << "allocations are left";
     }
     EXPECT_TRUE(at > 1 || testing::Test::HasFailure()) << "it needs no memory at all";
   }
 }
 
-// For INSTANTIATE_TEST_SUITE_P.
+// The name of a row, for INSTANTIATE_TEST_SUITE_P.
 inline constexpr auto operationName = [](const auto& info) { return info.param.name; };
 
 }  // namespace Shortage

@@ -11,9 +11,9 @@
 #include "Kiv/Type.h"
 #include "tests/shortage/Sweep.h"
 #include "tests/tools/TempFile.h"
-#include "tools/bgp-communities/AttributeCommand.h"
-#include "tools/bgp-communities/MrtCommand.h"
-#include "tools/bgp-communities/ShowCommand.h"
+#include "tools/bgp-communities/commands/AttributeCommand.h"
+#include "tools/bgp-communities/commands/MrtCommand.h"
+#include "tools/bgp-communities/commands/ShowCommand.h"
 
 namespace Shortage {
 namespace {
@@ -153,8 +153,10 @@ TEST(ToolShortageOfAFile, IsSurvivedAnywhere) {
     ASSERT_TRUE(isDone(world, run(), nullptr));
     needed = none.asked();
   }
+  // The first run makes a few allocations that later runs reuse, so the last step is left out: its
+  // allocation may not occur.
   const U64 step = needed / 41;
-  for (U64 at = 1; at < needed; at += step) {
+  for (U64 at = 1; at + step < needed; at += step) {
     const U64 before = allocationsAlive();
     ExitStatus status{};
     {

@@ -1,11 +1,12 @@
 #include "tests/shortage/World.h"
 
 namespace Shortage {
-// Sizes of tables and of what hangs on them.
+
+// The sizes of tables and collections, and the numbers of observers and objects.
 std::vector<U64> World::facts() const {
   const auto counts = sizes();
   std::vector<U64> facts(counts.begin(), counts.end());
-  facts.push_back(targets.heard % 2);  // each that came has gone
+  facts.push_back(targets.heard % 2);  // even: a removal for each insertion
   facts.push_back(targetSets.heard % 2);
   facts.push_back(parser->extCommParser()->references());
   facts.push_back(parser->parseExtCommRuleCollections()->notifieeList()->size());
@@ -13,7 +14,8 @@ std::vector<U64> World::facts() const {
   return facts;
 }
 
-// And the reference counts of what is held.
+// Additionally, the reference counts of lists, members and sub-lists, which show a leaked
+// reference.
 std::vector<U64> LivingWorld::facts() const {
   std::vector<U64> facts = World::facts();
   const auto add = [&facts](const auto& list) {

@@ -1,5 +1,5 @@
-// What operations that run out of memory work on: tables of every kind, in use and
-// observed.
+// The objects that operations work on while they run out of memory: tables of every kind, which
+// contain lists and are observed.
 #ifndef TESTS_SHORTAGE_WORLD_H
 #define TESTS_SHORTAGE_WORLD_H
 
@@ -12,7 +12,7 @@ namespace Shortage {
 
 using namespace AllKinds;
 
-// Hears how many there are, and needs no memory for it.
+// An observer that counts its notifications and allocates nothing.
 template <class Owner>
 class Counter : public Kiv::Notifiee {
  public:
@@ -21,6 +21,8 @@ class Counter : public Kiv::Notifiee {
   U64 heard = 0;
 };
 
+// The tables and observers. facts() lists everything that a failed operation must leave as it
+// was.
 struct World : Tables {
   const Counter<NotifyingRouteTargetList> targets{values->producerRtList()};
   const Counter<NotifyingRtExtCommListCollection> targetSets{
@@ -29,8 +31,8 @@ struct World : Tables {
   std::vector<U64> facts() const;
 };
 
-// A list of each kind that its world's users hold, and octets to make others of, short
-// ones and long ones.
+// A list that users hold, and attribute values for other lists: a short one, and one that needs
+// more memory than is on the stack.
 template <class List>
 struct HeldList {
   static constexpr U32 shortCount = 6;
@@ -44,7 +46,7 @@ struct HeldList {
   const Kiv::Ptr<const List> list;
 };
 
-// A world in which routes have lists.
+// A world with one held list of each kind.
 struct LivingWorld : World {
   template <class List>
   const HeldList<List>& held() const;

@@ -1,6 +1,6 @@
-// All tables at once, as a routing agent of several threads has them: routes come,
-// share their lists and go, observers come and go and call back, and the tables end
-// while some lists are still held.
+// All tables at once, as in a routing daemon with several threads. Routes are added, share
+// lists and are removed; observers are registered and stopped and call back into the tables;
+// and the tables are destroyed while some lists are still in use.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -24,7 +24,7 @@ using namespace AllKinds;
 using Clock = std::chrono::steady_clock;
 using Random = std::minstd_rand;
 
-// Every list is a subset of so few communities that threads meet all the time.
+// Every list is a subset of these few communities, so that threads often use the same list.
 constexpr U32 communities = 5;
 constexpr U32 subsets = 1U << communities;
 
@@ -37,7 +37,7 @@ void expect(bool holds) {
 
 U32 upTo(U32 end, Random& random) { return static_cast<U32>(random() >> 4) % end; }
 
-// In ascending order, or backwards and with a repeat.
+// The attribute value of a subset: ascending, or descending with the first member repeated.
 template <class List>
 Kiv::String octetsOfSubset(U32 subset, bool ascending) {
   Kiv::String octets;
@@ -65,8 +65,8 @@ Kiv::Ptr<const List> rebuiltByHand(const Tables& tables, const List& list) {
 
 // --- Observers ---
 
-// Sees each list come and go, never two equal ones; and, called back, interns another
-// and keeps it for a while.
+// An observer that checks that equal lists are never in the table at the same time. Some of its
+// notifications intern another list in the same table, which it keeps for a while.
 template <class List>
 class BusyObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
  public:
@@ -103,7 +103,8 @@ class BusyObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
     return static_cast<const List&>(handle).toStrep();
   }
 
-  // All under the table's notification lock, once at a time.
+  // Runs under the table's notification lock, so the members need no lock of their own. The
+  // flag stops the recursion, because interning notifies this observer again.
   void callBack() {
     if (isCalling_ || upTo(8, random_) != 0) return;
     isCalling_ = true;
@@ -120,7 +121,8 @@ class BusyObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
   bool isCalling_ = false;
 };
 
-// Hears of route targets, or sets of them, and calls back into the table of values.
+// An observer of the route targets, or of the sets of route targets. Some of its notifications
+// intern a value or release one.
 class TargetListener : public Kiv::Notifiee {
  public:
   template <class Owner>
@@ -152,7 +154,7 @@ struct Held {
   Kiv::Ptr<const List> list;
 };
 
-// A place where threads hand each other lists, to be released by another than interned
+// Passes lists between threads, so that many lists are released by a thread that did not intern
 // them.
 template <class List>
 class Exchange {
@@ -176,7 +178,7 @@ void snapshotTaken(const List& list) {
   copy->commDelAll();
 }
 
-// One kind of list in one thread.
+// The routes of one thread with lists of one kind.
 template <class List>
 class Routes {
  public:
@@ -240,7 +242,7 @@ struct Agent {
     operations += steps * std::tuple_size_v<decltype(all)>;
   }
 
-  // Observers of the tables that have none of their own.
+  // Registers and stops observers of the lists' tables, one after the other.
   void observers(unsigned seed, Clock::time_point until) {
     while (Clock::now() < until) {
       observed<CommList>(++seed);
@@ -256,7 +258,7 @@ struct Agent {
     return Routes<List>(tables, exchange);
   }
 
-  // Everybody who is a member is one while held.
+  // Visits all members. While a reference to a member is held, it stays in its table.
   void walk() const {
     tables.commLists->dedupTable()->membersVisit(
         [](const Dorn::DedupHandle::Ptr& member) { expect(member->references() >= 2); });
@@ -272,11 +274,11 @@ struct Agent {
     table->lifeTimeNotifieeIs(observer);
     std::this_thread::sleep_for(std::chrono::milliseconds(seed % 4));
     if (seed % 2 == 0) table->lifeTimeNotifieeDel();
-    observer = nullptr;  // else it stops as it goes
+    observer = nullptr;  // otherwise its destruction stops it
   }
 };
 
-// Lists that outlive their tables are whole, and know that they are in none.
+// A list that outlives its table keeps its members and is no longer interned.
 template <class List>
 void outlives(const Held<List>& held) {
   if (!held.list) return;
@@ -284,8 +286,9 @@ void outlives(const Held<List>& held) {
   expect(membersOf(*held.list).size() == static_cast<U32>(__builtin_popcount(held.subset)));
 }
 
-// A new agent, busy for a while. Every other one ends before the lists that are in
-// exchange; the others are looked at when those have gone, and must be empty.
+// Makes a new agent and uses it until `until`. Every second agent first drops the lists that
+// are in exchange; its tables must then be empty. The other agents are destroyed before these
+// lists.
 void liveOnce(unsigned threads, unsigned seed, Clock::time_point until) {
   auto agent = std::make_unique<Agent>();
   auto targets =

@@ -1,5 +1,5 @@
-// That stress can fail: schedules run over something that decides in the obvious way,
-// which they break, and over the library, which has to hold.
+// Shows that the stress tests can fail. Each test runs the same schedules twice: with a naive
+// variant of one step of the protocol, which must break, and with the library, which must not.
 #ifndef TESTS_STRESS_NAIVE_H
 #define TESTS_STRESS_NAIVE_H
 
@@ -18,11 +18,12 @@
 
 namespace Stress {
 
-// The values that all threads meet on.
+// The number of different values. It is small, so that threads use the same value at the same
+// time.
 inline constexpr U32 fewNumbers = 3;
 
-// A table of numbers of that class. What a world interns and finds is what its threads
-// hold; isRight() is asked when they have ended.
+// A table of objects of class `SomeNumber`. Threads intern and look up numbers through it. When
+// all threads have ended, isRight() says whether the table and the memory are empty.
 template <class SomeNumber>
 class NumberWorld {
  public:
@@ -46,12 +47,13 @@ class NumberWorld {
   const Dorn::DedupHashTable::Ptr table_ = DornTest::newTable(true);
 };
 
-// Threads of `World` that intern, find and let go of a few numbers.
+// Threads that intern, look up and release a few numbers of a `World`.
 template <class World>
 class Schedule {
  public:
-  // Whether all was right, and nothing is left whenever the threads have ended: what a
-  // release forgets shows only if nobody finds it again.
+  // Returns whether every step was right and nothing was left after each round. There are many
+  // short rounds, because a member that a release left behind is noticed only at the end of a
+  // round: within it, a lookup may find the member and release it properly.
   static bool run(unsigned seed) {
     Schedule schedule;
     for (unsigned round = 0; round < 40; ++round) {
@@ -77,13 +79,15 @@ class Schedule {
   std::atomic<bool> wrong_{false};
 };
 
+// A schedule; returns whether all was right.
 using Run = bool (*)(unsigned seed);
 
-// Whether the schedule goes well in a process of its own, which may crash or hang.
+// Runs the schedule in a new process, because a broken protocol may crash or hang it. Returns
+// whether it ended in time and all was right.
 inline bool goesWell(Run run, unsigned seed) {
   const pid_t child = ::fork();
   if (child == 0) {
-    ::close(STDERR_FILENO);  // what sanitizers and the C library say of a crash
+    ::close(STDERR_FILENO);  // hides the messages about an expected crash
     ::alarm(30);
     const Threaded threaded;
     ::_exit(run(seed) ? 0 : 1);
@@ -92,8 +96,8 @@ inline bool goesWell(Run run, unsigned seed) {
   return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// The naive way breaks within a few schedules, usually in the first; ours survives all
-// of them, and as many more as there is time for.
+// The naive variant must break within a minute; usually the first schedule breaks it. The library
+// must survive all schedules up to that one, and then as many more as there is time for.
 inline void naiveBreaksAndOursHolds(Run naive, Run ours) {
   using Clock = std::chrono::steady_clock;
   const auto until = Clock::now() + time();

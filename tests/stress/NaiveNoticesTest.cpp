@@ -3,7 +3,7 @@
 namespace Stress {
 namespace {
 
-// What an observer hears, which must be of one member a value at a time.
+// Counts notifications by value. At no time may there be two members of one value.
 class Notices {
  public:
   void inserted(U32 value) {
@@ -24,8 +24,8 @@ class Notices {
   std::atomic<bool> wrong_{false};
 };
 
-// Tells of an insertion when it is done, and of a removal when the member goes: then a
-// new member of the same value may be there already.
+// The naive variant notifies of an insertion after the table's lock is released, and of a removal
+// when the member is destroyed. By then, a new member of the same value can be in the table.
 class NaiveNotices : public NumberWorld<DornTest::Number> {
  public:
   Number::Ptr intern(U32 value) {
@@ -63,7 +63,7 @@ class Observer final : public Dorn::DedupHashTableLifeTimeNotifiee {
 };
 KIV_OBJECT_DEFINE(Observer)
 
-// Hears of members from the table.
+// The library's way: the observer is registered with the table.
 class OurNotices : public NumberWorld<DornTest::Number> {
  public:
   OurNotices() { table()->lifeTimeNotifieeIs(observer_); }

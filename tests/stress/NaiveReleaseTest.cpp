@@ -3,9 +3,9 @@
 namespace Stress {
 namespace {
 
-// Gives up its reference first, and goes to the table when it finds that only the
-// table's is left: by then another thread may have found it there, released it and
-// destroyed it.
+// The naive variant decrements the reference count first, and locks the table only if the count
+// has reached the idle count. In between, another thread can find the member in the table,
+// release it and destroy it.
 class NaiveRelease final : public DornTest::Number {
   KIV_OBJECT(NaiveRelease)
 
@@ -24,7 +24,7 @@ class NaiveRelease final : public DornTest::Number {
     }
     if (left != 1 || !isDeduped()) return left;
     dawdle();
-    referenceAdd();  // for the table to give up
+    referenceAdd();  // so that the table can drop it
     return Number::referencesDec();
   }
 

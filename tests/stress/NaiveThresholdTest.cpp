@@ -5,8 +5,9 @@
 namespace Stress {
 namespace {
 
-// Looks whether a notifier holds it before it looks at its count. Every step by itself
-// is indivisible, and yet a member stays in its table that nobody uses.
+// The naive variant reads whether a notifier holds a reference, and so the idle count, before it
+// reads the reference count. Each read is atomic, but the notifier can change in between. Then
+// a member without users stays in the table for ever.
 class NaiveThreshold final : public DornTest::Number {
   KIV_OBJECT(NaiveThreshold)
 
@@ -31,7 +32,7 @@ class NaiveThreshold final : public DornTest::Number {
 };
 KIV_OBJECT_DEFINE(NaiveThreshold)
 
-// A user and a notifier let go of the same members.
+// Two threads release the same members: one as the user, one as the notifier.
 template <class SomeNumber>
 bool letGo(unsigned seed) {
   using Held = std::vector<Kiv::Ptr<SomeNumber>>;

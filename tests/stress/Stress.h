@@ -1,5 +1,5 @@
-// How stress tests run: for how long, in how many threads, and with threads held up
-// where they meet.  OVBGP_STRESS_SECONDS says how long each runs; two by default.
+// Helpers for stress tests: duration, threads, and random delays at the places where threads can
+// race. Each test runs for OVBGP_STRESS_SECONDS seconds, by default two.
 #ifndef TESTS_STRESS_STRESS_H
 #define TESTS_STRESS_STRESS_H
 
@@ -17,12 +17,14 @@
 
 namespace Stress {
 
+// The duration of each stress test.
 inline std::chrono::milliseconds time() {
   const char* const seconds = std::getenv("OVBGP_STRESS_SECONDS");
   return std::chrono::milliseconds(seconds ? std::atoi(seconds) * 1000 : 2000);
 }
 
-// Now and then long enough for another thread to go past.
+// Delays the calling thread at random: usually not at all, sometimes by a yield, and now and
+// then long enough for another thread to pass through the same code.
 inline void dawdle() {
   thread_local std::minstd_rand random(
       static_cast<unsigned>(std::hash<std::thread::id>()(std::this_thread::get_id())));
@@ -34,7 +36,8 @@ inline void dawdle() {
   }
 }
 
-// Several threads, and tables that know it; threads dawdle where the library lets them.
+// While an object of this class exists, pointers count atomically and new tables take locks. In
+// builds with delay points, threads dawdle there.
 class Threaded {
  public:
   Threaded() { set(true); }
@@ -52,7 +55,7 @@ class Threaded {
   }
 };
 
-// Runs `work(number)` in that many threads, until all have ended.
+// Runs `work(0)` to `work(count - 1)`, each in a thread of its own, and waits for all.
 template <class Work>
 void inThreads(unsigned count, const Work& work) {
   std::vector<std::thread> threads;

@@ -1,4 +1,4 @@
-// How lists of extended communities become path attributes.  Private to the library.
+// Writes lists of extended communities as path attributes. Private to the library.
 #ifndef OVBGP_LIST_PRIVATE_EXTCOMMSERIALIZE_H
 #define OVBGP_LIST_PRIVATE_EXTCOMMSERIALIZE_H
 
@@ -10,10 +10,12 @@
 
 namespace Routing::Bgp {
 
+// Appends the eight octets of a value (RFC 4360, section 2).
 inline void addContent(Serialize& to, const ExtCommContent& content) {
   to.addU64hton(content.value());
 }
 
+// Appends the twenty octets of an IPv6 value (RFC 5701, section 2).
 inline void addContent(Serialize& to, const ExtCommIp6Content& content) {
   to.addU8(content.type());
   to.addU8(content.subtype());
@@ -21,8 +23,9 @@ inline void addContent(Serialize& to, const ExtCommIp6Content& content) {
   to.addU16hton(content.localAdmin());
 }
 
-// The family's attribute, of those members of `list` that `isWanted` accepts, of
-// which there are `count`; nothing at all if it is 0.
+// The family's path attribute with those members of `list` that `isWanted` accepts, in
+// list order; an empty string if `count` is 0. `count` must be the number of these members,
+// because the length field in front is written first.
 template <class Family, class IsWanted>
 Kiv::String serializeExtComms(const typename Family::List& list, U32 count,
                               const IsWanted& isWanted) {

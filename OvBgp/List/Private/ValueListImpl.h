@@ -1,5 +1,9 @@
-// The bodies of OvBgp/List/ValueList.h, for the sources that instantiate it.  Private to
-// the library.
+// The function bodies of OvBgp/List/ValueList.h, for the sources that instantiate the
+// template. Private to the library.
+//
+// The idea of dedupAttributeValue: a list and a received attribute are hashed and compared
+// in wire format, so that an attribute whose list exists is never decoded. Only octets
+// that ascend strictly can match, because the members of an interned list do.
 #ifndef OVBGP_LIST_PRIVATE_VALUELISTIMPL_H
 #define OVBGP_LIST_PRIVATE_VALUELISTIMPL_H
 
@@ -19,13 +23,14 @@
 #include "OvBgp/List/Private/WireWords.h"
 #include "OvBgp/List/ValueList.h"
 
+// An assertion that reports the name of the concrete list's function, not the template's.
 #define ASSERT_LIST_IN(holds, condition, function) \
   KIV_ASSERT_IN(holds, condition, "OvBgp/OvBgpCommunityList", function)
 
 namespace Routing::Bgp {
 
-// A community in memory is its words and nothing else, so a span of communities
-// can be taken for one of words.
+// The 32-bit words of `members`. The cast is sound because a community in memory consists
+// of its words only, without padding.
 template <class Element>
 auto wordsOf(std::span<Element> members) noexcept {
   using Word = std::conditional_t<std::is_const_v<Element>, const U32, U32>;
@@ -35,13 +40,15 @@ auto wordsOf(std::span<Element> members) noexcept {
                          members.size_bytes() / sizeof(U32));
 }
 
+// The octets of `members` as they are in memory, in host byte order.
 template <class Element>
 std::span<const U8> octetsOf(std::span<Element> members) noexcept {
   return {reinterpret_cast<const U8*>(members.data()), members.size_bytes()};
 }
 
-// Decodes `value` to `members`, which are as many.  Says whether they strictly ascend,
-// as nearly all lists do: it is only remembered on the way, without stopping.
+// Decodes `value` into `members`, which must have room for exactly that many. Returns
+// whether the members ascend strictly. Nearly all received lists do, so the loop does not
+// stop at the first member that does not.
 template <class Element>
 bool decode(std::span<const U8> value, std::span<Element> members) noexcept {
   const U8* at = value.data();
@@ -70,7 +77,8 @@ bool ValueList<Family>::comm(Value community) const {
   return std::binary_search(commVector_.begin(), commVector_.end(), community);
 }
 
-// Unformatted output: the stream's width, fill and base neither matter nor change.
+// Writes unformatted, so that width, fill and base of the stream have no effect and stay
+// as they are.
 template <class Family>
 void ValueList<Family>::print(std::ostream& out) const {
   ListText text;
@@ -117,7 +125,8 @@ U32 ValueList<Family>::probeHash() const {
   return wordHash<HostOrder>(own.data(), own.size());
 }
 
-// An interned list is shared: nothing of it is written again.
+// A list that was interned before may be shared with other threads, so neither its order
+// nor its notes are written again.
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedup(const Table* table) {
   if (!everDeduped()) {
@@ -135,12 +144,13 @@ void ValueList<Family>::sort() {
   try {
     commVector_.shrinkToFit();
   } catch (const std::bad_alloc&) {
-    // Too large a storage is no reason to lose the list.
+    // The smaller array could not be allocated. The list works as well with the larger one.
   }
   commVectorSorted_ = true;
 }
 
-// A list that will not grow takes one piece of memory, communities and all.
+// The number of members is final, so object and members are one allocation, and a list of
+// few members is one cache line. Reading it later takes one cache miss, not two.
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupNew(Dorn::DedupHashTable& table,
                                                                   std::span<const Element> members,
@@ -155,6 +165,8 @@ Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupNew(Dorn::DedupHas
   return Kiv::staticPtrCast<const List>(table.dedup(std::move(list), miss));
 }
 
+// The object and its in-place members are one allocation, whose pool is chosen by the whole
+// size. `delete this` would return it with the size of the object alone, to another pool.
 template <class Family>
 void ValueList<Family>::zeroReferencesIs() noexcept {
   const std::size_t behind = commVector_.isInPlace() ? commVector_.storageBytes() : 0;
@@ -168,7 +180,8 @@ void ValueList<Family>::lengthRefuse(std::size_t octets) {
                             std::to_string(octets));
 }
 
-// What equals a list as it stands is in order, so order is looked at only after that.
+// Fast path: a table for one thread, and the list is in its home bucket. Whether the octets
+// ascend need not be checked before the lookup: if they equal an interned list, they do.
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
     const Table* table, std::span<const U8> value) {
@@ -181,7 +194,8 @@ Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
   return dedupOutOfLine(lists, value, hash);
 }
 
-// All but what takes few instructions, which would pay for it otherwise.
+// Slow path, never inlined, so that the fast path of dedupAttributeValue does not save
+// registers for it. Lists of up to 256 octets are decoded on the stack.
 template <class Family>
 [[gnu::noinline]] Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupOutOfLine(
     Dorn::DedupHashTable& table, std::span<const U8> value, U32 hash) {
@@ -195,7 +209,8 @@ template <class Family>
   return decode(value, members) ? dedupNew(table, members, miss) : dedupUnordered(table, members);
 }
 
-// The sorted communities are looked up before a list is built that would be thrown away.
+// The octets did not ascend, so no list can have matched them. The sorted members are looked
+// up before a list is built, because most such lists exist already, too.
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupUnordered(
     Dorn::DedupHashTable& table, std::span<Element> received) {

@@ -1,5 +1,8 @@
-// 32-bit words between host order and the wire, and their hash.  Private to the
-// library.
+// Hash and comparison of 32-bit words, of which one side is in wire order (big-endian) and
+// the other side in host order, without decoding. Private to the library.
+//
+// Every received attribute runs through these two loops. They work on pairs of words, and
+// the last pair may overlap the pair before it, so that no remainder is handled apart.
 #ifndef OVBGP_LIST_PRIVATE_WIREWORDS_H
 #define OVBGP_LIST_PRIVATE_WIREWORDS_H
 
@@ -15,19 +18,20 @@
 
 namespace Routing::Bgp {
 
-// The conversion between host order and the four octets of the wire as they load
-// from memory; its own inverse.
+// Converts a word from host order to wire order or back; the conversion is its own inverse.
 constexpr U32 wireWord(U32 host) noexcept {
   return std::endian::native == std::endian::little ? __builtin_bswap32(host) : host;
 }
 
+// The four octets at `octets`, at any alignment, as they are in memory.
 inline U32 wireWordAt(const U8* octets) noexcept {
   U32 word = 0;
   std::memcpy(&word, octets, sizeof word);
   return word;
 }
 
-// Two words at a time, as they are on the wire, from where they stand as on the wire.
+// Loads words in wire order from memory that holds them in wire order. pairAt loads two
+// words, wordAt loads one.
 struct WireOrder {
   static U64 pairAt(const U8* at) noexcept {
     U64 pair = 0;
@@ -37,20 +41,21 @@ struct WireOrder {
   static U32 wordAt(const U8* at) noexcept { return wireWordAt(at); }
 };
 
-// The same from where they stand in host order.
+// Loads words in wire order from memory that holds them in host order.
 struct HostOrder {
   static U64 pairAt(const U8* at) noexcept {
     const U64 pair = WireOrder::pairAt(at);
     if (std::endian::native != std::endian::little) return pair;
+    // Swapping all eight octets also exchanges the two words; the rotation undoes that.
     return std::rotl(__builtin_bswap64(pair), 32);
   }
   static U32 wordAt(const U8* at) noexcept { return wireWord(wireWordAt(at)); }
 };
 
-// Calls `use(i, j)` with the offsets of pairs of words that cover all `octets`, at least
-// eight. The last call's overlap what came before, so that there is one branch for each
-// 16 octets and none for what is left: lists have few words, and a loop whose end is not
-// foreseen costs more than its body.
+// Calls `use(i, j)` with the offsets of two pairs of words at a time, so that the pairs
+// cover all `octets`. Requires: at least eight octets. The pairs of the last call may overlap
+// earlier ones. So there is one branch for each 16 octets, and none for a remainder. This
+// matters because lists have few words: one mispredicted loop exit costs more than the loop.
 template <class Use>
 KIV_INLINE void forPairs(std::size_t octets, const Use& use) noexcept {
   const std::size_t last = octets - 8;
@@ -59,8 +64,10 @@ KIV_INLINE void forPairs(std::size_t octets, const Use& use) noexcept {
   use(std::min(i, last), last);
 }
 
-// A hash for the interning tables' own use, of words as they stand on the wire, so that
-// a received attribute need not be decoded. Whoever sends it does not know the key.
+// The hash that the interning tables probe with. It is defined on the wire order of the
+// words, so that a received attribute need not be decoded. It is keyed by a secret of the
+// process, so that a sender of attributes cannot construct collisions. The length enters
+// the hash first, because overlapping pairs alone do not determine it.
 template <class Order>
 KIV_INLINE U32 wordHash(const U8* at, std::size_t octets) noexcept {
   const Kiv::HashKey key = Kiv::hashKey;
@@ -79,12 +86,14 @@ KIV_INLINE U32 wordHash(const U8* at, std::size_t octets) noexcept {
   return static_cast<U32>(h);
 }
 
+// wordHash of words that are in wire order.
 KIV_INLINE U32 wireHash(std::span<const U8> octets) noexcept {
   return wordHash<WireOrder>(octets.data(), octets.size());
 }
 
-// Whether so many octets of words on the wire are those in host order. Never stops
-// early, as the answer mostly is yes.
+// Whether `octets` octets of words, at `wire` in wire order and at `host` in host order, are
+// equal. The hashes were equal before, so the words nearly always are. The comparison
+// therefore never stops early, which saves a branch for each pair.
 KIV_INLINE bool wireEqualsHost(const U8* wire, const U8* host, std::size_t octets) noexcept {
   if (octets < 8) return octets == 0 || WireOrder::wordAt(wire) == HostOrder::wordAt(host);
   U64 differences = 0;

@@ -1,5 +1,8 @@
-// How objects are rebuilt from a store, whatever their family.  Private to the
-// library.
+// Rebuilds objects of every kind from a shared-memory store. Private to the library.
+//
+// The writer may change an image while it is read. The readers of KivStash/ReaderPtr.h work
+// like the read side of a sequence lock: they return only data that was in the image at one
+// moment, or throw. Only a list of values needs more care, in appendDestashed.
 #ifndef OVBGP_STORE_PRIVATE_DESTASHIMPL_H
 #define OVBGP_STORE_PRIVATE_DESTASHIMPL_H
 
@@ -19,20 +22,36 @@
 
 namespace Routing::Bgp {
 
-// Returns only what belongs together and lies within the store.
+// A reader that throws unless what it read was in the image at one moment and lies within the
+// store.
 template <class T>
 using StoredReader = KivStash::ReaderPtr<T, KivStash::PavoAnchorTranslatorValidator>;
 
+// Traces that an object of class T is going to be rebuilt.
 template <class T>
 void traceDestashing() {
   KIV_TRACE(ovBgpTrace, ovBgpTraceDestash, "Destashing Routing::Bgp::" << T::kivType().name());
 }
+
+// Traces the rebuilt object.
 template <class T>
 void traceDestashed(const T& object) {
   KIV_TRACE(ovBgpTrace, ovBgpTraceDestash, "  destashed: " << object.toStrep());
 }
 
-// A list of plain elements, copied in one block.
+// Makes an object by `make(reader)` of the image at `stored`, and traces it before and after.
+template <class T, class Make>
+Kiv::Ptr<T> destashTraced(const void* stored, KivStash::StoreManager* storeManager,
+                          const Make& make) {
+  traceDestashing<T>();
+  const StoredReader<T> reader(stored, storeManager);
+  Kiv::Ptr<T> object = make(reader);
+  traceDestashed(*object);
+  return object;
+}
+
+// Rebuilds a plain list. Its elements are copied as one block, straight into the list's array,
+// and validated afterwards. A list without elements ends before the second trace line.
 template <class ListType, class ElementType>
 Kiv::Ptr<ListType> destashCommList(const void* stored, KivStash::StoreManager* storeManager) {
   traceDestashing<ListType>();
@@ -46,7 +65,8 @@ Kiv::Ptr<ListType> destashCommList(const void* stored, KivStash::StoreManager* s
   return list;
 }
 
-// Lists are grouped by it, at its index.
+// The classification with the number `stored`. Lists use it as an index, so a number from a
+// store must be checked. Throws Stash::ContentException.
 inline ExtCommClassification checkedClassification(U32 stored) {
   if (stored >= static_cast<U32>(extCommClassificationOneBeyondLast)) {
     throw Stash::ContentException("classification " + std::to_string(stored) +
@@ -55,24 +75,23 @@ inline ExtCommClassification checkedClassification(U32 stored) {
   return static_cast<ExtCommClassification>(stored);
 }
 
-// A value of the family's base class, not yet marked as rebuilt.
+// A new value of class `Value` (ExtComm or ExtCommIp6) with the content of the image, not yet
+// in the state `rebuilt`.
 template <class Value>
-Kiv::Ptr<Value> destashExtComm(const void* stored, KivStash::StoreManager* storeManager) {
-  traceDestashing<Value>();
-  const StoredReader<Value> reader(stored, storeManager);
+Kiv::Ptr<Value> valueOf(const StoredReader<Value>& stored) {
   const auto content =
-      reader.template content<decltype(std::declval<const Value&>().getContent())>();
-  auto value =
-      Dorn::notifyingObject<Value>(checkedClassification(reader.classification()), content);
-  traceDestashed(*value);
-  return value;
+      stored.template content<decltype(std::declval<const Value&>().getContent())>();
+  return Dorn::notifyingObject<Value>(checkedClassification(stored.classification()), content);
 }
 
-// Appends the stored members to `list`, in their order.
+// Appends the values of the stored list to `list`, in the stored order.
 //
-// A value may be replaced as soon as no list has it, so what is wrong with a member
-// is the list's fault only if the list is still the same; else it is worth another
-// try, which VersionAnchorException says.
+// The list's image contains addresses of the values' images. The writer can reuse the image of
+// a value as soon as no list references it, and then a value that is read here may be wrong or
+// fail to be read, although nothing is wrong with the store. But the writer must change the
+// list's image before that. Therefore the list is validated again after its values were read.
+// If it has changed, VersionAnchorException tells the caller to try again. If it has not, an
+// exception about a value is a true error of the store.
 template <class List>
 void appendDestashed(const StoredReader<List>& stored, KivStash::StoreManager* storeManager,
                      List& list) {

@@ -1,5 +1,5 @@
-// Threads that intern the same few lists from the wire and by hand, with an
-// observer attached: what a routing agent with several threads does all day.
+// Several threads intern and release the same few lists, some from attributes and some built
+// with commIs, while an observer is registered. A routing daemon does this all the time.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -20,7 +20,7 @@ class ListObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(ListObserver)
 
  public:
-  // Under the table's notification lock, so plain members will do.
+  // Runs under the table's notification lock, so the members need no lock of their own.
   void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
     wrong += present.insert(textOf(*handle)).second ? 0 : 1;
   }
@@ -41,7 +41,7 @@ KIV_OBJECT_DEFINE(ListObserver)
 CommList::PtrConst fromWire(const CommListDedupTable::Ptr& table, U32 subset) {
   std::vector<U8> value;
   for (U32 i = 0; i < communities.size(); ++i) {
-    // Each other subset in descending order, so that some arrive unsorted.
+    // Every second subset is in descending order, so that the slow path is tested, too.
     const U32 at = subset % 2 == 0 ? i : static_cast<U32>(communities.size()) - 1 - i;
     if ((subset >> at & 1) == 0) continue;
     for (const int shift : {24, 16, 8, 0})

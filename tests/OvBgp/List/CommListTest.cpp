@@ -1,5 +1,5 @@
-// What is special to standard communities: names, and flags by which routes are
-// filtered.  tests/OvBgp/List/FlatListContractTest.cpp has what they share with large ones.
+// The properties that only standard communities have: names, and the flags by which routes are
+// filtered. tests/OvBgp/List/FlatListContractTest.cpp tests what all plain lists have in common.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -63,7 +63,7 @@ TEST_F(CommListTest, TextNamesTheWellKnown) {
         Row{{0xFFFFFF03}, "local-as"}, Row{{0xFFFFFF02}, "no-advertise"},
         Row{{0xFFFFFF01, 0x00010001, 0x006400C8}, "1:1 100:200 no-export"},
         Row{{0xFFFFFFFF, 1}, "0:1 65535:65535"},
-        // So many that their room is measured, with names first and last.
+        // A list long enough that its text is measured first. The names are at both ends.
         Row{{0, 1, 2, 3, 4, 5, 6, 0xFFFF0000, 0xFFFFFF01, 0xFFFFFF02},
             "internet 0:1 0:2 0:3 0:4 0:5 0:6 GSHUT no-export no-advertise"}}) {
     EXPECT_EQ(row.text, intern(table_, row.comms)->toStrep());
@@ -84,7 +84,7 @@ TEST_F(CommListTest, RegexSeesNumbersThenNames) {
         Row{{0xFFFFFF01}, "65535:65281", true}, Row{{0x00010001}, "internet", false},
         Row{{0}, "0:0", true}, Row{{0}, "internet", true}, Row{{0xFFFF0006}, "llgr-stale", true},
         Row{{0, 0x00010001}, "^internet 1:1$", true},
-        // The forms are never mixed.
+        // A text has all members as numbers, or all that have names by name, never a mixture.
         Row{{0, 0xFFFFFF01}, "internet 65535:65281", false}}) {
     const RouteMap::PosixRegex regex(row.expression);
     const auto list = intern(table_, row.comms);

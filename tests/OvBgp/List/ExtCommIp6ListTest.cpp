@@ -1,4 +1,4 @@
-// What is peculiar to IPv6 lists; the rest is in ExtCommListContractTest.cpp.
+// The properties that only IPv6 lists have. ExtCommListContractTest.cpp tests the rest.
 #include "tests/OvBgp/List/ExtCommListKit.h"
 
 namespace Routing::Bgp {

@@ -1,4 +1,4 @@
-// What every list of extended communities promises, whatever its kind.
+// The properties of both kinds of extended community lists.
 #include <algorithm>
 #include <cstdint>
 #include <random>
@@ -15,7 +15,7 @@ using ExtCommListContract = ExtCommListFixture<Kind>;
 using Kinds = testing::Types<ExtCommKind, ExtCommIp6Kind>;
 TYPED_TEST_SUITE(ExtCommListContract, Kinds);
 
-// Another way to write the one-at-a-time hash, over addresses.
+// The one-at-a-time hash of the objects' addresses, written independently of the library.
 template <class Objects>
 U32 identityHash(const Objects& objects) {
   U32 h = 0;
@@ -89,7 +89,8 @@ TYPED_TEST(ExtCommListContract, ListsShareTheirEqualParts) {
   EXPECT_EQ(2U, this->table_->size());
 }
 
-// Lists of every size, from the wire and by hand, held in turn, against a set.
+// Lists of random members are compared with std::set. Each is interned from an attribute, from
+// values and by commIs. Some lists are kept for a while, so that the table's size is known.
 TYPED_TEST(ExtCommListContract, RandomListsMatchASet) {
   using OneList = typename TypeParam::Family::List;
   std::mt19937 random(7);

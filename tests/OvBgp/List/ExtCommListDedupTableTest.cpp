@@ -28,8 +28,8 @@ namespace {
 using Notifier = RtExtCommListLifeTimeNotifier;
 using Collection = NotifyingRtExtCommListCollection;
 
-// Runs the test's handler under the notification lock, and keeps a picture of the
-// collection by what it hears.
+// An observer of the collection. It keeps a copy of the collection's contents, made from its
+// notifications, and runs the test's handler, both under the notification lock.
 class SubListObserver : public Kiv::Notifiee {
  public:
   explicit SubListObserver(const Collection::Ptr& collection) : collection_(collection.ptr()) {
@@ -93,7 +93,7 @@ U64 objectsAlive() {
          ExtCommListDedupTable::kivType().objects();
 }
 
-// Whatever a test does, nothing outlives what it holds.
+// At the end of each test, all objects must be destroyed.
 class ExtCommListDedupTableTest : public testing::Test, public ListTables {
  protected:
   void TearDown() override {
@@ -257,8 +257,8 @@ TEST_F(ExtCommListDedupTableTest, AnObserverThatIsRegisteredAgainHearsOfThoseThe
 
 // --- Observers that interfere ---
 
-// Neither tables nor collection keep what was refused, even if its undoing is
-// refused, too.
+// If an observer throws at an insertion, neither the tables nor the collection keep the
+// sub-list, even if the observer also throws when the insertion is undone.
 TEST_F(ExtCommListDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
   Notifier::Ptr kept;
   for (const bool alsoUndoing : {false, true}) {
@@ -280,8 +280,8 @@ TEST_F(ExtCommListDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
   EXPECT_TRUE(routeTargetsOf(intern({routeTargetA}))->isDeduped());
 }
 
-// The members are announced one by one; whatever ends that half way leaves none of
-// them with a notifier.
+// A registration announces the members one by one. If it ends half way, by an exception or
+// because observation is stopped, no member keeps a notifier.
 TEST_F(ExtCommListDedupTableTest, ARegistrationMayFailOrBeStoppedHalfWay) {
   const std::vector<std::pair<const char*, std::function<void()>>> ends = {
       {"throws", [] { throw std::runtime_error("refused"); }},
@@ -462,7 +462,7 @@ TEST_F(ExtCommListDedupTableTest, DumpsShowEveryTableUnderItsLabel) {
   EXPECT_EQ(two, dumpOf(lists, 2));
   EXPECT_EQ(margin, dumpOf(lists, atTheMargin));
 
-  // By its base, as owners of tables do.
+  // dumpState is virtual: a pointer to the base prints the same.
   const CommListDedupTableBase::Ptr base = lists;
   EXPECT_EQ(zero, dumpOf(base, 0));
 }
@@ -500,7 +500,7 @@ TEST(CommListDedupTables, DumpsOfTheOthers) {
 
 // --- Several threads ---
 
-// Interns and drops lists of few route targets and colors over and over.
+// Interns and releases lists of few route targets and colors. Returns how many lists were wrong.
 int work(const ListTables& tables, unsigned seed) {
   std::mt19937 random(seed);
   std::array<ExtCommList::PtrConst, 3> held;
@@ -529,8 +529,8 @@ void inThreads(const ListTables& tables) {
   EXPECT_EQ((std::array<int, 4>{}), wrong);
 }
 
-// One observer compares what it heard with what is listed, keeps a notifier now and
-// then, and interns communities.
+// The observer compares its copy of the collection with the collection. It also keeps some
+// notifiers for a while and interns values, as real observers do.
 TEST(ExtCommListDedupTableStress, TheCollectionFollowsWhatThreadsIntern) {
   const MultiThreaded on;
   {
@@ -562,7 +562,8 @@ TEST(ExtCommListDedupTableStress, TheCollectionFollowsWhatThreadsIntern) {
   EXPECT_EQ(0U, objectsAlive());
 }
 
-// Notification stops and begins again while lists come and go.
+// One thread stops and starts notification again and again, while others intern and release
+// lists.
 TEST(ExtCommListDedupTableStress, NotificationMayStopAndBeginMeanwhile) {
   const MultiThreaded on;
   {

@@ -1,5 +1,5 @@
-// What the tests of extended community lists need of either kind: values made from
-// numbers, their tables, and the lists made of them.
+// The fixture for tests that run on both kinds of extended community lists. It makes values
+// from numbers, interns them in tables, and makes lists of them.
 #ifndef TESTS_OVBGP_LIST_EXTCOMMLISTKIT_H
 #define TESTS_OVBGP_LIST_EXTCOMMLISTKIT_H
 
@@ -18,15 +18,18 @@
 
 namespace Routing::Bgp {
 
-// Number N of either kind has classification and transitivity by N % 4.
+// The classification of the value with this number, for both kinds: four classifications in
+// turn.
 constexpr ExtCommClassification extCommKitClassification(U32 number) {
   constexpr ExtCommClassification byRemainder[] = {
       extCommClassificationRouteTarget, extCommClassificationRouteOrigin,
       extCommClassificationColor, extCommClassificationUnSpecified};
   return byRemainder[number % 4];
 }
+// Whether the value with this number is transitive; those without a classification are not.
 constexpr bool extCommKitTransitive(U32 number) { return number % 4 != 3; }
 
+// Communities of eight octets.
 struct ExtCommKind {
   using Family = ExtCommFamily;
   static constexpr char attribute = 16;
@@ -69,6 +72,7 @@ struct ExtCommKind {
   }
 };
 
+// Communities of twenty octets. Members of this struct correspond to those of ExtCommKind.
 struct ExtCommIp6Kind {
   using Family = ExtCommIp6Family;
   static constexpr char attribute = 25;
@@ -80,7 +84,8 @@ struct ExtCommIp6Kind {
     return {extCommKitTransitive(number) ? U8{0} : U8{0x40}, static_cast<U8>(number % 4),
             Ovnet::Ip6Addr(addr), static_cast<U16>(number / 7)};
   }
-  // The rule tree knows of no classification for these.
+  // The rule tree classifies no IPv6 value, so the value is made with its classification and
+  // interned directly.
   static ExtCommIp6::PtrConst value(const ExtCommIp6DedupTable& table, U32 number) {
     return Kiv::staticPtrCast<const ExtCommIp6>(
         table.dedup(extCommIp6Factory(extCommKitClassification(number), content(number))));
@@ -112,7 +117,8 @@ struct ExtCommIp6Kind {
   }
 };
 
-// Tables of one kind.  What was interned in them must be gone when a test ends.
+// The tables of one kind. At the end of each test, they must be empty, and all objects of the
+// kind destroyed.
 template <class Kind>
 class ExtCommListFixture : public testing::Test {
  protected:

@@ -1,5 +1,5 @@
-// Threads that intern and drop the same few lists, whose last users release lists,
-// parts and values in cascade while others look them up.
+// Several threads intern and release the same few lists. The last release of a list also
+// releases its sub-lists and values, while other threads look these up.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -18,7 +18,7 @@ struct StressTables {
   using Family = typename Kind::Family;
   using List = typename Family::List;
 
-  // The members of the set bits of `subset`, every other time in descending order.
+  // The values whose bits are set in `subset`; in descending order if `subset` is odd.
   std::vector<Kiv::Ptr<const typename Family::Value>> members(U32 subset) const {
     std::vector<Kiv::Ptr<const typename Family::Value>> comms;
     for (U32 i = 0; i < 6; ++i) {

@@ -1,5 +1,5 @@
-// What is peculiar to lists of eight-octet communities; the rest is in
-// ExtCommListContractTest.cpp.
+// The properties that only lists of eight-octet communities have. ExtCommListContractTest.cpp
+// tests the rest.
 #include "OvBgp/List/ExtCommList.h"
 
 #include <algorithm>
@@ -20,7 +20,8 @@ using Values = std::vector<U64>;
 constexpr U64 routeTarget = 0x0002'fde8'0000'0064;
 constexpr U64 color = 0x030b'0000'0000'0001;
 constexpr U64 unknown = 0x4377'0000'0000'0001;
-// One byte a second, of AS 1; of AS 0; half and twice as much; and none at all.
+// Link bandwidths of AS 1 if the name says nothing else. The lower 32 bits are a floating-point
+// number, in bytes per second: 1, a half, 2, not a number, or zero.
 constexpr U64 bandwidth = 0x4004'0001'3f80'0000;
 constexpr U64 bandwidthOfAs0 = 0x4004'0000'3f80'0000;
 constexpr U64 bandwidthHalf = 0x4004'0001'3f00'0000;
@@ -32,8 +33,8 @@ constexpr U64 stateValid = 0x4300'0000'0000'0000;
 constexpr U64 stateNotFound = 0x4300'0000'0000'0001;
 constexpr U64 qos = 0x0401'0000'0000'0001;
 
-// A community that policies match by its user-interface text, and that may be
-// refused by its local administrator.
+// A class that a user of the library might add. Policies match its values by their
+// user-interface text, and values with an even number are not valid.
 class QosMarking final : public ExtComm {
   KIV_OBJECT(QosMarking)
 
@@ -75,7 +76,7 @@ class ExtCommListTest : public ExtCommListFixture<ExtCommKind> {
   ExtCommList::PtrConst internOf(const Values& values) const {
     return buildOf(values)->dedup(table_.ptr());
   }
-  // The same, made whole.
+  // The interned list of the same values, made by dedupComms.
   ExtCommList::PtrConst receivedOf(const Values& values) const {
     std::vector<ExtComm::PtrConst> comms;
     for (const U64 value : values) comms.push_back(comm(value));
@@ -204,7 +205,7 @@ TEST_F(ExtCommListTest, PruningKeepsTheBestBandwidthAndWhatIsValid) {
   EXPECT_FALSE(list->classificationList(extCommClassificationRouteTarget)->hasPrunableValues());
 }
 
-// Of equal bandwidths the first to come stays, in whatever order they sort.
+// Of two equal bandwidths, the one that was appended first is the best, although it sorts last.
 TEST_F(ExtCommListTest, FirstOfEqualBandwidthsIsTheBest) {
   const auto part = linkBandwidthExtCommClassificationListFactory();
   EXPECT_TRUE(part->prune().empty());
@@ -260,7 +261,7 @@ TEST_F(ExtCommListTest, NotifierAndRouteTargetsKeepEachOtherUntilTheLastUserGoes
   const auto& rt = static_cast<const RtExtCommClassificationList&>(*part);
   EXPECT_TRUE(rt.haveLifeTimeNotifier());
   EXPECT_NE(nullptr, rt.getLifeTimeNotifier());
-  // By the table, its notifier, the list and here.
+  // The table, the notifier, the list and this test hold one reference each.
   EXPECT_EQ(4U, part->references());
   list = nullptr;
   EXPECT_EQ(1U, table_->rtExtCommClassificationListDedupTable()->size());

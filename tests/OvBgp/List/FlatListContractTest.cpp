@@ -1,4 +1,4 @@
-// What every list of plain values promises: standard and large communities alike.
+// The properties of all plain lists, tested for standard and for large communities.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,8 +16,8 @@
 namespace Routing::Bgp {
 namespace {
 
-// A kind: how its members are made from numbers, in the order of the numbers, and
-// what their words are.
+// Standard communities. A kind says how members are made from numbers, so that greater numbers
+// give greater members, and which words a member consists of.
 struct Standard {
   using List = CommList;
   using Table = CommListDedupTable;
@@ -27,7 +27,7 @@ struct Standard {
   static constexpr auto* className = "CommList";
   static constexpr auto* argument = "U32";
 
-  // None of those that have names.
+  // Never a community that has a name.
   static U32 member(U32 number) { return 0x00010000 + number % 0xFFF00000; }
   static std::vector<U32> words(U32 member) { return {member}; }
   static std::vector<U32> numbers(U32 member) { return {member >> 16, member & 0xFFFF}; }
@@ -35,6 +35,7 @@ struct Standard {
   static CommListDedupTable::Ptr table() { return commListDedupTableFactory(); }
 };
 
+// Large communities.
 struct Large {
   using List = LargeCommList;
   using Table = LargeCommListDedupTable;
@@ -65,7 +66,7 @@ class FlatListContract : public testing::Test {
     for (const U32 number : numbers) members.push_back(Kind::member(number));
     return members;
   }
-  // The members of the numbers below `count`.
+  // The members with the numbers from 0 to `count` - 1.
   static Members first(U32 count) {
     Members members;
     for (U32 number = 0; number < count; ++number) members.push_back(Kind::member(number));
@@ -110,7 +111,8 @@ class FlatListContract : public testing::Test {
     return text;
   }
 
-  // Usually few, often of a few different ones, sorted or not.
+  // Random members, sorted or not: usually few of them, and often from a small range, so that
+  // members repeat and lists are equal.
   static Members randomMembers(std::mt19937& random) {
     const U32 range = std::array<U32, 3>{4, 150, 0xFFFFFFFF}[random() % 3];
     Members members(random() % 10 < 9 ? random() % 5 : random() % 150);
@@ -151,7 +153,7 @@ TYPED_TEST(FlatListContract, DedupSortsDropsRepeatsAndShares) {
   EXPECT_TRUE(empty->empty());
   EXPECT_EQ(empty, this->internWire(""));
 
-  // Given to dedup once more, an interned list is its own answer.
+  // A list that is interned already is returned by dedup as it is.
   const auto again = this->build(this->numbered({9}));
   const auto once = again->dedup(this->table_.ptr());
   EXPECT_EQ(again, once);
@@ -163,7 +165,8 @@ TYPED_TEST(FlatListContract, FactoriesSwitchNotificationOn) {
   EXPECT_TRUE(this->table_->hasNotificationActive());
 }
 
-// A list is found by its content as received, exactly when it is interned.
+// A lookup by wire content finds a list if and only if the list is interned and the content
+// ascends.
 TYPED_TEST(FlatListContract, ContentsAreLookedUp) {
   const auto find = [this](const Kiv::String& value) {
     const CommListContent content(this->octets(value));
@@ -175,7 +178,7 @@ TYPED_TEST(FlatListContract, ContentsAreLookedUp) {
   EXPECT_EQ(nullptr, find(this->wire(this->numbered({1, 2}))));
   EXPECT_EQ(nullptr, find(""));
 
-  // Whatever the hash may be.
+  // The comparison itself, without the hash, which would hide its faults.
   const auto equals = [&](const Kiv::String& value) {
     return list->compareByContent(CommListContent(this->octets(value)));
   };
@@ -185,7 +188,8 @@ TYPED_TEST(FlatListContract, ContentsAreLookedUp) {
   EXPECT_FALSE(equals(""));
 }
 
-// Routes come, change and go; the table holds the different sets that they carry.
+// Twelve routes get and lose random lists. The table must contain exactly the distinct lists
+// that the routes have.
 TYPED_TEST(FlatListContract, RandomRunMatchesAModel) {
   std::mt19937 random(11);
   std::array<typename TypeParam::List::PtrConst, 12> routes;
@@ -211,7 +215,7 @@ TYPED_TEST(FlatListContract, RandomRunMatchesAModel) {
   }
 }
 
-// More members than are decoded in place.
+// These lists have more members than are decoded on the stack.
 TYPED_TEST(FlatListContract, LongListsArriveInAnyOrder) {
   auto members = this->first(1000);
   const auto list = this->internWire(this->wire(members));
@@ -236,7 +240,7 @@ TYPED_TEST(FlatListContract, WireValueOfOddLengthIsRefused) {
   }
 }
 
-// The one-at-a-time hash of the words, the least significant octet first.
+// The hash is the one-at-a-time hash of the words, each with its least significant octet first.
 TYPED_TEST(FlatListContract, HashIsOneAtATimeAndByteOrderMatters) {
   const auto reference = [](const auto& members, bool littleEndian) {
     U32 h = 0;
@@ -261,7 +265,8 @@ TYPED_TEST(FlatListContract, HashIsOneAtATimeAndByteOrderMatters) {
   }
 }
 
-// Few members and many, in and beyond any room in place, every number of digits.
+// The lists have few or many members, so that the text fits a buffer on the stack or not, and
+// their numbers have every number of digits.
 TYPED_TEST(FlatListContract, TextJoinsMembersByBlanks) {
   auto scattered = this->first(1);
   for (U32 number = 1; number < 0x70000000; number += number / 3 + 1) {
@@ -305,7 +310,7 @@ TYPED_TEST(FlatListContract, SerializesUpToTheLengthThatFits) {
   EXPECT_DEATH(tooLarge->serialize(), "\"attrSize <= 0xFFFF\" failed in OvBgp/OvBgpSerialize");
 }
 
-// Before it is interned a list speaks in the order in which it was built.
+// A list that is not interned yet has its members in the order in which they were appended.
 TYPED_TEST(FlatListContract, ListUnderConstructionHasTextAndAttribute) {
   const auto members = this->numbered({5, 3, 5});
   const auto list = this->build(members);

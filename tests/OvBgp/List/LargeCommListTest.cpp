@@ -1,5 +1,5 @@
-// What is special to large communities; tests/OvBgp/List/FlatListContractTest.cpp has
-// what they share with standard ones.
+// The properties that only large communities have. tests/OvBgp/List/FlatListContractTest.cpp
+// tests what all plain lists have in common.
 #include "OvBgp/List/LargeCommList.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,8 @@ TEST(LargeCommunityFormatter, WritesAsdotForTheAdministratorOnly) {
     EXPECT_EQ(row.plain, LargeCommList::getStringValue(row.value));
     EXPECT_EQ(row.plain, LargeCommList::displayString(row.value, false));
     EXPECT_EQ(row.asdot, LargeCommList::displayString(row.value, true));
-    // It appends, in a buffer that must grow again and again, and counts.
+    // The formatter appends to what is in the buffer, grows the buffer as needed, and returns the
+    // number of characters.
     OvFmt::StackBackedBuffer<1> text;
     text.append("ab");
     EXPECT_EQ(std::string_view(row.asdot).size(),
@@ -64,8 +65,8 @@ TEST(LargeCommList, SerializesTheAdministratorFirst) {
             intern({{65000, 1, 0x00010203}})->serialize());
 }
 
-// The text is written into room that was measured before: short and long numbers
-// at the end, in lists that do not fit the room in place.
+// The length of a long text is computed before it is written. An error would show at the last
+// number, which therefore takes every length.
 TEST(LargeCommList, LastNumberMayHaveAnyLength) {
   Kiv::String front;
   LargeValues values;

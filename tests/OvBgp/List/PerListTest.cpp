@@ -41,7 +41,8 @@ TEST_F(PerListTest, IsAskedOnceForEachList) {
   EXPECT_EQ(made, 3U);
 }
 
-// Lists come and go, and their addresses with them; answers stay right and few.
+// Lists are made and released, so that their addresses are reused. The cache must neither give
+// the answer of another list nor keep all answers.
 TEST_F(PerListTest, ForgetsListsThatNobodyHolds) {
   const CommList::PtrConst kept = listOf(0);
   EXPECT_EQ(answer(kept), 0U);

@@ -1,4 +1,5 @@
-// What tables probe with, of contents that somebody chose in order to make them slow.
+// The hashes that tables probe with, for contents that an attacker chose in order to make many
+// hashes equal and so the tables slow.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,9 +15,11 @@ namespace {
 
 using namespace Routing::Bgp;
 
-// An uppermost bit passes a product of 64 bits unchanged, whatever the factor, and
-// comes down where halves are folded, and there the next pair can take it back. Where
-// both pairs of each step have a choice, so many steps make 2 to that power lists.
+// An attack on a hash that multiplies modulo 2^64. There, a difference in the uppermost bit
+// remains exactly that difference, whatever the factor is. Folding moves it to a known bit,
+// where the next pair of words can cancel it. Each step of the hash offers one such choice,
+// so `steps` choices give 2^steps lists with one hash. A folded multiply of 128 bits, which
+// the library uses, does not let the difference pass.
 constexpr std::size_t steps = 10;
 constexpr U32 choices = 1U << steps;
 
@@ -48,7 +51,7 @@ TEST(ProbeHash, OfListsThatTakeTheirDifferencesBackDiffers) {
   EXPECT_GT(hashes.size(), choices - 4);
 }
 
-// Each bit of a list counts, and so does its length.
+// Lists that differ in one bit, and lists of zeros that differ in length, have different hashes.
 TEST(ProbeHash, OfListsThatDifferInABitOrInLengthDiffers) {
   std::set<U32> hashes;
   U32 lists = 0;
@@ -68,7 +71,8 @@ TEST(ProbeHash, OfListsThatDifferInABitOrInLengthDiffers) {
   EXPECT_GT(hashes.size() + 4, lists);
 }
 
-// Eight octets, and eight more that take back what a known factor makes of them.
+// The same attack on a hash with a known factor: the second eight octets cancel the product of
+// the first eight.
 TEST(ProbeHash, OfIp6ValuesThatTakeTheirDifferencesBackDiffers) {
   constexpr U32 count = 1000;
   std::set<U32> hashes;

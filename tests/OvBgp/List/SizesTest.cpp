@@ -1,5 +1,5 @@
-// What objects take, which is what millions of routes pay for: a member that makes
-// one larger is noticed here.
+// The sizes of objects. A daemon has millions of routes, so each octet counts. A new data member
+// that enlarges an object fails here.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -15,20 +15,20 @@ using namespace Routing::Bgp;
 
 #ifdef __x86_64__
 // [sizes]
-static_assert(sizeof(CommList::PtrConst) == 8);  // what a route keeps of a list
-static_assert(sizeof(CommList) == 32);           // three members, and 4 octets a further one
-static_assert(sizeof(LargeCommList) == 32);      // one member, and 12 octets a further one
-static_assert(sizeof(ExtComm) == 24);            // colors and most others
-static_assert(sizeof(ExtCommAsNumber) == 24);    // route targets
-static_assert(sizeof(ExtCommIp6) == 40);         // with the 20 octets in it
-static_assert(sizeof(ExtCommList) == 56);        // and 8 a member, and 80 at most
-static_assert(sizeof(ExtCommClassificationList) == 32);  // and 8 a member
-static_assert(sizeof(Dorn::DedupHandle) == 16);          // of each: count, state, table
-static_assert(sizeof(Dorn::DedupBucket) == 64);          // seven members of a table
+static_assert(sizeof(CommList::PtrConst) == 8);          // the pointer in each route
+static_assert(sizeof(CommList) == 32);                   // with 3 members; each further one 4
+static_assert(sizeof(LargeCommList) == 32);              // with 1 member; each further one 12
+static_assert(sizeof(ExtComm) == 24);                    // colors and most others
+static_assert(sizeof(ExtCommAsNumber) == 24);            // route targets
+static_assert(sizeof(ExtCommIp6) == 40);                 // including the 20 octets of the community
+static_assert(sizeof(ExtCommList) == 56);                // each member 8; sub-lists at most 80
+static_assert(sizeof(ExtCommClassificationList) == 32);  // each member 8
+static_assert(sizeof(Dorn::DedupHandle) == 16);          // in each: vtable, count, state, table
+static_assert(sizeof(Dorn::DedupBucket) == 64);          // of a table; for seven members
 // [/sizes]
 #endif
 
-// The array of sub-lists is as long as the highest classification needs.
+// No array has spare room. That of the sub-lists ends at the highest classification present.
 TEST(Sizes, StorageIsWhatTheMembersNeed) {
   const auto parser = bgpParseExtCommContainerSmFactory();
   const auto values = extCommDedupTableFactory(parser->extCommParser());

@@ -35,8 +35,8 @@ typename List::PtrConst interned(const typename List::Ptr& list, const Table& ta
   return list->dedup(table.ptr());
 }
 
-// A kind says how its lists are made, of communities numbered from 1 in ascending
-// order of their keys, and which key and values a number stands for.
+// Standard communities. A kind says how a list is made of communities with given numbers, and
+// which key and value a number has. Keys ascend with the numbers, which begin at 1.
 struct StandardSnapshot {
   using Snapshot = CommListSnapshot;
   static U32 key(U16 number) { return number * 0x10001U; }
@@ -47,6 +47,7 @@ struct StandardSnapshot {
   }
 };
 
+// Large communities.
 struct LargeSnapshot {
   using Snapshot = RouteMap::CommListSnapshot;
   static Acl::CommunityValue key(U16 number) { return {65000, number, 0xFFFFU - number}; }
@@ -57,7 +58,7 @@ struct LargeSnapshot {
   }
 };
 
-// Route targets, so that a list has one sub-list.
+// Extended communities. All are route targets, so that a list has one sub-list.
 struct Extended {
   using Snapshot = ExtCommListSnapshot;
   static U64 key(U16 number) { return 0x0002'fde8'0000'0000 + number; }
@@ -86,7 +87,8 @@ struct Ip6Extended {
   }
 };
 
-// The sub-list of `Whole`'s list; an empty one is made by itself.
+// The only sub-list of a list of kind `Whole`. An empty list has none, so an empty sub-list is
+// made.
 template <class Whole, class Of, auto factory>
 struct Part : Whole {
   using Snapshot = Of;
@@ -119,7 +121,7 @@ class SnapshotTest : public testing::Test {
   const ValueTables tables_{};
 };
 
-// Notes the attribute and key of each change.
+// An observer that records attribute and key of each change.
 template <class Key>
 class SnapshotObserver : public Kiv::Notifiee {
  public:

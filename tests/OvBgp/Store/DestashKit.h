@@ -1,4 +1,4 @@
-// The tables of a reader of stores, and images made by hand.
+// Helpers for tests of `destash`: images with contents that stashPut would not write.
 #ifndef TESTS_OVBGP_STORE_DESTASHKIT_H
 #define TESTS_OVBGP_STORE_DESTASHKIT_H
 
@@ -22,19 +22,21 @@ using KivStash::StoreManager;
 using KivStash::StoreWriter;
 using StoreTest::TestName;
 
-// Octets that objects of the framework's allocator take now.
+// The octets of all objects that the framework's allocator counts.
 inline U64 bytesAllocated() {
   U64 bytes = 0;
   Kiv::forEachType([&](const Kiv::Type& type) { bytes += type.bytes(); });
   return bytes;
 }
 
+// Puts an image of a plain list, in the given order.
 template <class List, class Element>
 ImageId putPlain(StoreWriter& writer, bool sorted, const std::vector<Element>& comms) {
   return writer.putList(KivStash::storedKind<List>, sorted, std::span<const Element>(comms));
 }
 
-// A list of values with these classifications, and members to match.
+// Puts an image of an extended list with these contents. The values have the given
+// classifications in turn, whether these are right or not.
 template <class List>
 ImageId putValues(
     StoreWriter& writer, bool sorted, const std::vector<U32>& classifications,

@@ -1,5 +1,5 @@
-// Two processes that rebuild what a third one is changing at full speed, and a
-// writer that is killed.  OVBGP_STRESS_SECONDS says for how long; two by default.
+// Two processes rebuild lists that a third process changes at full speed, and a writer is
+// killed. Each test runs for OVBGP_STRESS_SECONDS seconds, by default two.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -25,7 +25,8 @@ std::chrono::milliseconds stressTime() {
   return std::chrono::milliseconds(seconds ? std::atoi(seconds) * 1000 : 2000);
 }
 
-// All of a list follows from one number, so that a reader can tell a whole one.
+// Everything in a list follows from one number, its seed. So a reader can check that all parts
+// of a list are from one moment.
 constexpr std::size_t countOf(U32 seed) { return seed % 40; }
 constexpr bool sortedOf(U32 seed) { return seed % 2 == 0; }
 constexpr U32 classificationOf(U32 seed) {
@@ -54,6 +55,7 @@ std::vector<Member> membersOf(U32 seed) {
   return members;
 }
 
+// The writer: puts, replaces and removes lists of every kind.
 class Churner : public StoreTest::ChurnerBase<Churner> {
  public:
   using ChurnerBase::ChurnerBase;
@@ -95,7 +97,7 @@ class Churner : public StoreTest::ChurnerBase<Churner> {
   }
 };
 
-// Whether all of the list is from one seed.
+// Whether members and sorted flag are all from the seed of the first member.
 template <class Member>
 bool isWhole(std::span<const Member> members, const bool* sorted) {
   if (members.empty()) return true;
@@ -144,12 +146,13 @@ bool isWhole(const ExtCommIp6& comm) {
          static_cast<ExtCommClassification>(classificationOf(seedOf(comm.getContent())));
 }
 
+// The outcomes of a reader.
 struct Count {
   U64 whole = 0;
   U64 broken = 0;
   U64 retries = 0;
-  U64 gone = 0;        // removed or replaced by another kind meanwhile
-  U64 givenUp = 0;     // still in change after many tries
+  U64 gone = 0;        // removed or replaced by another kind
+  U64 givenUp = 0;     // changed at each of many tries
   U64 unexpected = 0;  // any other exception
   U64 leaked = 0;      // octets
 
@@ -189,7 +192,7 @@ void readOne(const KivStash::StoredRef& image, StoreManager* manager, Count& cou
   ++count.unexpected;
 }
 
-// One walk through the store.
+// Rebuilds every image of the store once.
 void readAll(const StoreManager::Ptr& manager, Count& count) {
   KivStash::StoreCursor cursor(manager);
   while (const auto image = cursor.next()) {
@@ -219,7 +222,7 @@ struct Child {
   int out = -1;
 };
 
-// Runs `work(descriptor)` in a process of its own.
+// Runs `work(descriptor)` in a new process. The descriptor is the writing end of a pipe.
 template <class Work>
 Child start(const Work& work) {
   int ends[2];
@@ -240,7 +243,7 @@ bool receive(const Child& child, T& value) {
   return got;
 }
 
-// Returns once there is a store with something in it.
+// Starts the writer. Returns when the store exists and has an image.
 Child startWriter(const TestName& name) {
   const Child writer = start([&name](int out) {
     StoreWriter store(name.name(), {0, 1 << 22});
@@ -286,7 +289,8 @@ TEST(DestashProcess, TwoReadersGetWholeListsOfAThirdProcess) {
   end(writer, SIGKILL);
 }
 
-// What a dead writer has left half changed ends in an exception, the rest is read.
+// If a writer is killed while it changes an image, reading that image throws. All other images
+// can be read.
 TEST(DestashProcess, AWriterKilledAtAnyTimeHarmsOneImageAtMost) {
   std::mt19937 random(1);
   U64 givenUp = 0;

@@ -1,4 +1,5 @@
-// Rebuilding from a store: what comes back, and what a store cannot do to a reader.
+// Rebuilding from a store: which objects result, and that no contents of a store can harm a
+// reader.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -83,7 +84,8 @@ TEST_F(Destash, WellKnownCommunitiesAreKnownOnceInterned) {
   EXPECT_FALSE(list->noAdvertise());
 }
 
-// As the header warns: it is for the reader of a foreign store to look first.
+// A wrong sorted flag is not noticed. Destash.h tells readers to check lists of writers that
+// they do not trust.
 TEST_F(Destash, TheSortedFlagIsBelieved) {
   const auto table = commListDedupTableFactory();
   const auto stored = putPlain<CommList, U32>(writer_, true, {3, 1, 2, 2});
@@ -150,7 +152,8 @@ TEST_F(Destash, Ipv6ListsAreAsTheyWereStored) {
   }
 }
 
-// Whatever the store says of classes, order and repeats.
+// dedupDestashed finds the original list, although the stored classifications, the order and the
+// repeats are wrong.
 TEST_F(Destash, InterningARebuiltListGivesTheOriginal) {
   const auto parser = bgpParseExtCommContainerSmFactory();
   const auto values = extCommDedupTableFactory(parser->extCommParser());
@@ -223,7 +226,7 @@ TEST_F(Destash, TracesWhatIsRebuilt) {
   EXPECT_TRUE(lines.empty());
 }
 
-// A store of one image of each type, in which one thing is not as it should be.
+// The tests from here on use a store with one image of each type and change one field of it.
 
 using Stash::StoredImage;
 using Octets = std::vector<char>;
@@ -263,7 +266,8 @@ constexpr ErrorOf errorsOf[images] = {errorOf<CommList>,   errorOf<LargeCommList
                                       errorOf<ExtComm>,    errorOf<ExtCommList>,
                                       errorOf<ExtCommIp6>, errorOf<ExtCommIp6List>};
 
-// What destash of the type of `of` says about the image there.
+// The text of the exception that destash of type `of` throws for the image at offset `at`;
+// empty if it throws none.
 std::string errorOfCorrupted(const Octets& octets, Image of, std::size_t at) {
   const TestName name(true);
   std::ofstream(name.text(), std::ios::binary)
@@ -280,11 +284,11 @@ void put(Octets& octets, std::size_t at, T value) {
 TEST(HostileDestash, EndsInAnExceptionThatSaysWhy) {
   struct Row {
     const char* what;
-    Image image;                      // that is damaged
-    std::size_t field;                // where, in its record
-    Stash::Word value;                // a word there, or half of one
-    const char* error;                // of the image
-    const char* listError = nullptr;  // of the list that holds it
+    Image image;                      // the image that is damaged
+    std::size_t field;                // the offset in its record
+    Stash::Word value;                // the new word, or half a word
+    const char* error;                // in the exception about the image
+    const char* listError = nullptr;  // in that about the list that has it
   };
   constexpr std::size_t kind = offsetof(StoredImage, kind);
   constexpr std::size_t detail = offsetof(StoredImage, detail);
@@ -340,8 +344,8 @@ TEST(HostileDestash, EachTypeIsMadeOfItsOwnImagesOnly) {
   }
 }
 
-// The values of a list are where it says, so it may hold one as often as it has
-// room for addresses.
+// A list's image has addresses of values, and nothing keeps it from naming one value many times.
+// The limit is the room for addresses.
 TEST(HostileDestash, AListMayHoldOneValueThousandsOfTimes) {
   const TestName name;
   StoreWriter writer(name.name());
