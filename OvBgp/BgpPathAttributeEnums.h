@@ -1,4 +1,4 @@
-// Path attribute types and flags with their names.
+// Umbrella: the types and flags of path attributes, and other numbers in them, with their names.
 #ifndef OVBGP_BGPPATHATTRIBUTEENUMS_H
 #define OVBGP_BGPPATHATTRIBUTEENUMS_H
 

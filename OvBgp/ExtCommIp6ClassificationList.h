@@ -1,4 +1,6 @@
-// The sub-list of IPv6 address specific extended communities.
+// Umbrella: the sub-list of IPv6 address specific extended communities.
+//
+// Users get sub-lists from a list (OvBgp/ExtCommIp6List.h) and rarely make them.
 #ifndef OVBGP_EXTCOMMIP6CLASSIFICATIONLIST_H
 #define OVBGP_EXTCOMMIP6CLASSIFICATIONLIST_H
 

@@ -1,4 +1,7 @@
-// The list of IPv6 address specific extended communities.
+// Umbrella: the list of IPv6 address specific extended communities.
+//
+// To make interned lists, include OvBgp/ExtCommIp6ListDedupTable.h, too, or
+// OvBgp/OvBgpCommunityList.h for the lists of all kinds.
 #ifndef OVBGP_EXTCOMMIP6LIST_H
 #define OVBGP_EXTCOMMIP6LIST_H
 

@@ -1,4 +1,4 @@
-// The observed set of route targets.
+// Umbrella: the set of route targets that notifies observers, as an ExtCommDedupTable keeps one.
 #ifndef OVBGP_NOTIFYINGROUTETARGETLIST_H
 #define OVBGP_NOTIFYINGROUTETARGETLIST_H
 

@@ -1,4 +1,24 @@
-// Community lists: everything that a user of them needs.
+// Umbrella: lists of communities of all four kinds, their tables, and what OvBgpCommunity.h has.
+//
+// Start with CommList and CommListDedupTable. commListDedupTableFactory makes a table, and
+// CommList::dedupAttributeValue turns the octets of a received attribute into the interned list.
+// The other kinds work alike; lists of extended communities also need a table of values.
+//
+//   kind              list             table of lists             table of values
+//   standard          CommList         CommListDedupTable         -
+//   large             LargeCommList    LargeCommListDedupTable    -
+//   extended          ExtCommList      ExtCommListDedupTable      ExtCommDedupTable
+//   IPv6 extended     ExtCommIp6List   ExtCommIp6ListDedupTable   ExtCommIp6DedupTable
+//
+//   ExtCommClassificationList, ExtCommIp6ClassificationList   sub-lists of extended lists
+//   NotifyingRtExtCommListCollection                          the sets of route targets in use
+//   ...Snapshot                                               copies that can be edited
+//   PerList                                                   a cache of answers, one per list
+//   Routing::RouteMap::PosixRegex                             expressions that match lists
+//   LargeCommunityFormatter                                   the text of one large community
+//
+// Lists in a shared-memory store are in OvBgp/Store/StashLists.h and OvBgp/Store/Destash.h, the
+// rule tree in OvBgp/Parse/ExtComm.h.
 #ifndef OVBGP_OVBGPCOMMUNITYLIST_H
 #define OVBGP_OVBGPCOMMUNITYLIST_H
 

@@ -1,4 +1,4 @@
-// The route target prefix of RFC 4684.
+// Umbrella: the prefix of a route target, as BGP advertises it for RFC 4684.
 #ifndef OVBGP_ROUTETARGETPREFIX_H
 #define OVBGP_ROUTETARGETPREFIX_H
 

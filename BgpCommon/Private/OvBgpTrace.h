@@ -1,4 +1,4 @@
-// The library's trace output, the parser's aside.  Private to the library.
+// The trace output of the library, except that of the rule tree. Private to the library.
 #ifndef BGPCOMMON_PRIVATE_OVBGPTRACE_H
 #define BGPCOMMON_PRIVATE_OVBGPTRACE_H
 
@@ -6,11 +6,13 @@
 
 namespace Routing::Bgp {
 
+// Named "OvBgp" for users, who switch its levels on by that name (Kiv/Trace.h).
 extern Kiv::TraceHandle ovBgpTrace;
 
-// Of ovBgpTrace: objects are rebuilt from a store.
+// The level of ovBgpTrace that reports objects rebuilt from a store.
 inline constexpr unsigned ovBgpTraceDestash = 8;
-// Of ovBgpTrace: notifiers of route-target sub-lists come and go.
+// The level of ovBgpTrace that reports when a notifier of a route-target sub-list is made or
+// withdrawn.
 inline constexpr unsigned ovBgpTraceLifeTime = 9;
 
 }  // namespace Routing::Bgp

@@ -1,4 +1,4 @@
-// Texts that are made by writing to a stream.  Private to the library.
+// Strings made by code that writes to a stream. Private to the library.
 #ifndef BGPCOMMON_PRIVATE_STREAMEDTEXT_H
 #define BGPCOMMON_PRIVATE_STREAMEDTEXT_H
 
@@ -9,8 +9,10 @@
 
 namespace Routing::Bgp {
 
-// What `write(out)` writes.  Throws std::bad_alloc: a stream by itself would only note
-// that it had no memory, and the text would end there without a word.
+// Calls `write(out)` with a string stream and returns the text written. Throws std::bad_alloc.
+//
+// By default a stream that has no memory only sets its bad bit, and the text would be cut off
+// silently. Hence exceptions are switched on for the bad bit.
 template <class Write>
 Kiv::String streamedText(const Write& write) {
   std::ostringstream out;

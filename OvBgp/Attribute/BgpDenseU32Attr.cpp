@@ -9,15 +9,19 @@
 namespace Routing::Bgp {
 namespace {
 
-// One of the equal parts, `width` bits each, into which a view divides the word.
+// One of the equal parts into which a view divides the word. The three views differ only in the
+// width and the number of their parts, so all getters and setters go through this class.
 class Part {
  public:
-  // `operation` is the text of the exception if there are no more than `i` parts.
+  // Part `i` of `count` parts with `width` bits each; part 0 is the least significant. Throws
+  // Kiv::RangeException with the text `operation` if there is no part `i`.
   Part(unsigned width, unsigned count, U8 i, const char* operation)
       : shift_(i * width), mask_((U32{1} << width) - 1) {
     if (i >= count) throw Kiv::RangeException(operation);
   }
+  // The part's bits of `word`, moved down to bit 0.
   U32 of(U32 word) const { return (word >> shift_) & mask_; }
+  // `word` with this part replaced. `part` must fit the width.
   U32 replaced(U32 word, U32 part) const { return (word & ~(mask_ << shift_)) | part << shift_; }
 
  private:
@@ -25,12 +29,15 @@ class Part {
   U32 mask_;
 };
 
+// The parts of the three views as {bits a part, number of parts}. Flags use only the lower half of
+// the word: 16 flags of one bit.
 Part flagPart(U8 i, const char* operation) { return {1, 16, i, operation}; }
 Part octetPart(U8 i, const char* operation) { return {8, 4, i, operation}; }
 Part halfPart(U8 i, const char* operation) { return {16, 2, i, operation}; }
 
 }  // namespace
 
+// value_ is written before expectEnd() throws, but the object does not exist then.
 BgpDenseU32Attr::BgpDenseU32Attr(const Kiv::String& text) {
   const char* it = text.data();
   Kiv::AttributeReader reader(it, it + text.size());

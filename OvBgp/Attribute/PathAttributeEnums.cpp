@@ -7,14 +7,18 @@
 namespace Routing::Bgp {
 namespace {
 
+// Enters the enumerations into the registry while the library is loaded.
 const Kiv::EnumModule pathAttributeEnums("BgpPathAttributeEnums",
                                          Kiv::enumInfosOf<BgpPathAttributeEnums>);
 
+// One attribute type and its name in show commands.
 struct ShowRow {
   BgpPathAttrType type;
   const char* text;
 };
 
+// The names are those that operators know from show commands and scripts parse. They differ from
+// the members' names, and from those of the RFCs in part ("Atomic Aggregator").
 constexpr std::array showRows{
     ShowRow{BgpPathAttrType::invalidPathAttr, "Invalid Path Attribute"},
     ShowRow{BgpPathAttrType::origin, "Origin"},
@@ -46,11 +50,13 @@ constexpr std::array showRows{
     ShowRow{BgpPathAttrType::reservedForDevelopment, "Reserved for Development"},
 };
 
-// All members but the one that stands for no type have a text.
+// All members but attrTypeUnknown, which means "no type", have a text. A new member without one
+// does not compile.
 static_assert(showRows.size() + 1 == Kiv::enumInfo<BgpPathAttrType>.size());
 
 }  // namespace
 
+// A linear search suffices, since only show commands call this.
 const char* bgpPathAttrTypeShowString(BgpPathAttrType type) noexcept {
   for (const ShowRow& row : showRows) {
     if (row.type == type) return row.text;

@@ -1,10 +1,12 @@
 // The vocabulary of BGP path attributes: types, flags, and values inside them.
 //
-// Members are spelled with their enumeration (OriginCode::originIgp): the names
-// are too common to stand alone.  Each enumeration has an instance function by
-// position in ascending value order, from 0, and by name; both throw
-// Kiv::RangeException if there is no such member.  Names, readers and stream
-// output: Kiv/Enum.h.  The registry lists all of them as "BgpPathAttributeEnums".
+// Members are written with their enumeration (OriginCode::originIgp), because names such as
+// `community` are too common to be visible in the whole namespace.
+//
+// Each enumeration has a function XInstance, which finds a member by its name, or by its position
+// in ascending value order, from 0. It throws Kiv::RangeException if there is no such member. The
+// functions of Kiv/Enum.h give and read names. The registry of enumerations (Kiv/EnumRegistry.h)
+// lists those of this file as module "BgpPathAttributeEnums".
 #ifndef OVBGP_ATTRIBUTE_PATHATTRIBUTEENUMS_H
 #define OVBGP_ATTRIBUTE_PATHATTRIBUTEENUMS_H
 
@@ -16,9 +18,21 @@
 
 namespace Routing::Bgp {
 
-// The type octet of a path attribute (RFC 4271 section 5 and the IANA registry).  The
-// last one, outside the octet on purpose, says in memory that there is no type; it
-// cannot be serialized.
+// The type octet of a path attribute (RFC 4271 section 5 and the IANA registry "BGP Path
+// Attributes"). Type 0 is reserved, and so is no attribute; numbers that are absent are not
+// assigned or not known here. Beyond RFC 4271, the types are of these RFCs:
+//
+//   community                          RFC 1997       originatorId, clusterList   RFC 4456
+//   advertiser, rcidPath               RFC 1863       mpReachNlri, mpUnreachNlri  RFC 4760
+//   extCommunity                       RFC 4360       as4Path, as4Aggregator      RFC 6793
+//   pmsiTunnel                         RFC 6514       tunnelEncapsulation         RFC 9012
+//   extCommunityIp6                    RFC 5701       accumulatedIgpMetric        RFC 7311
+//   bgpLs                              RFC 9552       largeCommunity              RFC 8092
+//   domainPath                         a draft        prefixSid                   RFC 8669
+//   attrSet                            RFC 6368       reservedForDevelopment      RFC 2042
+//
+// attrTypeUnknown is outside the octet on purpose. In memory it means "no type", and
+// serializing it stops the process.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMember(invalidPathAttr, 0)          \
   enumMember(origin, 1)                   \
@@ -53,8 +67,9 @@ KIV_ENUM(BgpPathAttrType, ENUM_ROWS)
 #undef ENUM_ROWS
 KIV_ENUM_INSTANCE_BY_POSITION(BgpPathAttrType, BgpPathAttrTypeInstance)
 
-// The flags octet of a path attribute (RFC 4271 section 4.3): its bits, and the
-// combinations that have a name of their own.
+// The flags octet of a path attribute (RFC 4271 section 4.3). The first four members are its bits:
+// optional, transitive, partial, and a length field of two octets. The last two are combinations
+// that have a name of their own.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMember(opt, 0x80)                   \
   enumMember(transitive, 0x40)            \
@@ -66,7 +81,8 @@ KIV_ENUM(BgpPathAttrFlag, ENUM_ROWS)
 #undef ENUM_ROWS
 KIV_ENUM_INSTANCE_BY_POSITION(BgpPathAttrFlag, BgpPathAttrFlagInstance)
 
-// The value of an ORIGIN attribute (RFC 4271 section 5.1.1).
+// The value of an ORIGIN attribute (RFC 4271 section 5.1.1). originUnknown is outside the octet and
+// means in memory that there is no value.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMember(originIgp, 0)                \
   enumMember(originEgp, 1)                \
@@ -76,7 +92,8 @@ KIV_ENUM(OriginCode, ENUM_ROWS)
 #undef ENUM_ROWS
 KIV_ENUM_INSTANCE_BY_POSITION(OriginCode, OriginCodeInstance)
 
-// The type of a TLV inside a Prefix-SID attribute (RFC 8669 section 3).
+// The type octet of a TLV inside a Prefix-SID attribute (RFC 8669 section 3). Type 2, the SID of
+// IPv6, was in drafts only and is deprecated; dumps still name it.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMember(invalidTlv, 0)               \
   enumMember(labelIndexTlv, 1)            \
@@ -86,7 +103,9 @@ KIV_ENUM(PrefixSidTlvType, ENUM_ROWS)
 #undef ENUM_ROWS
 KIV_ENUM_INSTANCE_BY_POSITION(PrefixSidTlvType, PrefixSidTlvTypeInstance)
 
-// Where a route comes from.  The last one is a bound, one past the last kind.
+// The source of a route: this router, an aggregate, a default route that this router originates, or
+// a peer (EBGP, IBGP, or EBGP inside a confederation). aspTypeMax is no source; it is the number of
+// sources and bounds arrays.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMember(aspTypeLocal, 0)             \
   enumMember(aspTypeAggregate, 1)         \
@@ -99,12 +118,12 @@ KIV_ENUM(AspType, ENUM_ROWS)
 #undef ENUM_ROWS
 KIV_ENUM_INSTANCE_BY_POSITION(AspType, AspTypeInstance)
 
-// All of the above, in the registry's order.
+// All enumerations of this file, in the order of the registry.
 using BgpPathAttributeEnums =
     Kiv::EnumList<AspType, BgpPathAttrFlag, BgpPathAttrType, OriginCode, PrefixSidTlvType>;
 
-// The attribute's name as show commands write it; "Invalid attribute" for a number
-// that is no type.  The text lives as long as the program.
+// The attribute's name as show commands print it; "Invalid attribute" for a number that is no type.
+// The text is a literal, so nobody frees it. Any thread.
 OV_EXPORT const char* bgpPathAttrTypeShowString(BgpPathAttrType type) noexcept;
 
 }  // namespace Routing::Bgp

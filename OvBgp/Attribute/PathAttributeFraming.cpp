@@ -5,8 +5,8 @@
 namespace Routing::Bgp {
 namespace {
 
-constexpr U32 attrSizeMax = 0xFFFF;
-constexpr U32 headerSizeMax = 4;
+constexpr U32 attrSizeMax = 0xFFFF;  // the length field has two octets at most
+constexpr U32 headerSizeMax = 4;     // flags, type, length of two octets
 
 }  // namespace
 
@@ -18,12 +18,14 @@ SerializePathAttribute::SerializePathAttribute(BgpPathAttrType attrType, BgpPath
 void SerializePathAttribute::clearAndReInit(BgpPathAttrType attrType, BgpPathAttrFlag attrFlags,
                                             U32 attrSize) {
   writePositionIs(0);
-  // A size that reInitHdr is about to refuse is worth no memory.
+  // A size above the limit allocates nothing, because reInitHdr stops the process on it.
   if (attrSize <= attrSizeMax) growBuffer(attrSize + headerSizeMax);
   attrSize_ = attrSize;
   reInitHdr(attrType, attrFlags, attrSize);
 }
 
+// extLen decides the width of the length field (RFC 4271 section 4.3), so it is settled before the
+// first octet is written. headerSize_ is kept for the check in serializedString().
 void SerializePathAttribute::reInitHdr(BgpPathAttrType attrType, BgpPathAttrFlag attrFlags,
                                        U32 attrSize) {
   const U32 type = static_cast<U32>(attrType);
@@ -46,19 +48,23 @@ void SerializePathAttribute::reInitHdr(BgpPathAttrType attrType, BgpPathAttrFlag
 }
 
 Kiv::String SerializePathAttribute::serializedString() const {
-  // Checked before it is copied out; the text speaks of the copy.
+  // The check precedes the copy, although the text of the assertion, a given one, names the copy.
   KIV_ASSERT(size() == attrSize_ + headerSize_, "serialized.size() == attrSize_ + headerSize_",
              "OvBgp/OvBgpSerialize");
   return Serialize::serializedString(0);
 }
 
+// The octets are overwritten by the header, except octet 0 before a short one, which is never read.
 SerializePathAttributeAutoExtLen::SerializePathAttributeAutoExtLen() {
   for (U32 i = 0; i < valueStart; ++i) addU8(0);
 }
 
+// Moves the write position back to where the header starts, octet 0 or 1, and restores it after, so
+// that the caller may add more.
 Kiv::String SerializePathAttributeAutoExtLen::patchHdrAndStringify(BgpPathAttrType attrType,
                                                                    BgpPathAttrFlag attrFlags) {
   const U32 end = size();
+  // Modulo 65,536, so that reInitHdr does not stop the process on a value that is too long.
   const U32 length = (end - valueStart) & attrSizeMax;
   const U32 start = length < 256 ? 1 : 0;
   writePositionIs(start);

@@ -1,4 +1,4 @@
-// The framing of path attributes: flags, type and length in front of a value.
+// The framing of path attributes: flags, type and length before a value.
 //
 //   offset  size    field
 //   0       1       flags (BgpPathAttrFlag)
@@ -18,61 +18,78 @@
 
 namespace Routing::Bgp {
 
-// Writes one path attribute whose length is known beforehand: the constructor
-// writes the header, the caller adds exactly attrSize octets of value with the
-// writer's operations, and serializedString hands out the whole.
+// Writes one path attribute whose length is known beforehand. The constructor writes the header,
+// the caller adds exactly attrSize octets of value with the operations of Serialize, and
+// serializedString returns the whole attribute.
 //
-// A type or flags above 0xFF or a value above 0xFFFF octets aborts, before
-// anything is allocated for it.  One thread at a time.
+// A type or flags above 0xFF, or a value of more than 0xFFFF octets, stops the process before
+// anything is allocated for the value. Additions throw as those of Serialize do. One thread at a
+// time.
 class OV_EXPORT SerializePathAttribute : public Serialize {
  public:
+  // Writes the header. `attrSize` is the number of octets that the value will have.
   SerializePathAttribute(BgpPathAttrType attrType, BgpPathAttrFlag attrFlags, U32 attrSize);
 
-  // Starts another attribute in the same storage, made large enough at once.
+  // Discards what was written and writes the header of another attribute into the same storage. The
+  // storage grows at once to the size of the whole attribute.
   void clearAndReInit(BgpPathAttrType attrType, BgpPathAttrFlag attrFlags, U32 attrSize);
 
-  // Writes a header at the write position.  A value longer than 255 octets gets
-  // extLen; a shorter one keeps it when `attrFlags` has it.
+  // Writes a header at the write position. extLen is added to the flags if the value is longer than
+  // 255 octets. For a shorter value extLen is kept if `attrFlags` has it, and then the length takes
+  // two octets.
   void reInitHdr(BgpPathAttrType attrType, BgpPathAttrFlag attrFlags, U32 attrSize);
 
-  // Header and value.  Aborts unless the announced size was written.
+  // Header and value. Stops the process unless exactly the announced number of octets was added.
   Kiv::String serializedString() const;
 
  protected:
-  // No header yet.
+  // A writer without a header, for subclasses that write it later.
   SerializePathAttribute() = default;
 
  private:
-  U32 headerSize_ = 0;  // octets of the header written: 0, then 3 or 4
+  U32 headerSize_ = 0;  // octets of the last header: 3 or 4; 0 before the first one
   U32 attrSize_ = 0;    // octets of value that the header announces
 };
 
-// Writes one path attribute whose length shows only when it is written: the
-// caller adds the value, then the header is filled in before it.
+// Writes one path attribute whose length is known only after the value has been written. The caller
+// adds the value first, then patchHdrAndStringify writes the header before it.
+//
+// The constructor leaves room for the longest header, four octets:
+//
+//   octets 0..3       room for the header
+//   octet  4..end     value
+//
+// A short header of three octets is written to octets 1 to 3, so that the value never moves.
 class OV_EXPORT SerializePathAttributeAutoExtLen : public SerializePathAttribute {
  public:
+  // An attribute with an empty value.
   SerializePathAttributeAutoExtLen();
 
-  // Header and value, the header as short as the value allows.  The length is
-  // written modulo 65536: the caller sees to it that the value is no longer.
-  // Requires: `attrFlags` has no extLen, whose longer header would overwrite the
-  // first octet of a short value.
+  // Header and value. The length field takes one octet if the value has less than 256 octets, else
+  // two. May be called again after more octets were added.
+  //
+  // The length is written modulo 65,536, so the caller must keep the value below that. Requires:
+  // `attrFlags` does not have extLen; the longer header would overwrite the first octet of a short
+  // value.
   Kiv::String patchHdrAndStringify(BgpPathAttrType attrType, BgpPathAttrFlag attrFlags);
 
-  // The value alone.
+  // The value without a header.
   Kiv::String serializeAttributeValue() const;
 
  private:
-  static constexpr U32 valueStart = 4;  // after the largest header
+  static constexpr U32 valueStart = 4;  // after the longest header
 };
 
-// Starts one TLV of the Prefix-SID attribute (RFC 8669, section 3): its type and
-// the length that its value will have; the caller adds the value.
+// Writes one TLV of the Prefix-SID attribute (RFC 8669 section 3). The constructor writes type and
+// length, the caller adds the value. Nothing checks that the value has the announced length.
 class OV_EXPORT SerializedBgpPrefixSidAttribute : public Serialize {
  public:
+  // Writes the TLV's type octet and, big-endian, the number of octets that its value will have.
   SerializedBgpPrefixSidAttribute(PrefixSidTlvType tlvType, U16 tlvLength);
 
+  // The octets from a given position on, as the base has it.
   using Serialize::serializedString;
+  // The whole TLV.
   Kiv::String serializedString() const { return serializedString(0); }
 };
 

@@ -6,16 +6,18 @@ namespace Routing::Bgp {
 
 KIV_OBJECT_DEFINE(NotifyingRouteTargetList)
 
+// An object that observers may register with must be made with notification switched on.
 NotifyingRouteTargetList::Ptr notifyingRouteTargetListFactory() {
   return Dorn::notifyingObject<NotifyingRouteTargetList>();
 }
 
-// An observer may let go of the list while it is told.
+// An observer may release the last other reference to the set while it is notified, hence `self`.
 void NotifyingRouteTargetList::rtDelAll() {
   const Ptr self(this);
   rt_.delAll();
 }
 
+// Route targets are printed without asdot, as in all diagnostic texts.
 void NotifyingRouteTargetList::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
                                          U32 indent) const {
   Dorn::objDumpIndent(context, indent);

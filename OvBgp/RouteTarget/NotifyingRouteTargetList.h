@@ -1,4 +1,4 @@
-// A set of route targets that tells observers of its changes.
+// A set of route targets that notifies observers of its changes.
 #ifndef OVBGP_ROUTETARGET_NOTIFYINGROUTETARGETLIST_H
 #define OVBGP_ROUTETARGET_NOTIFYINGROUTETARGETLIST_H
 
@@ -12,32 +12,41 @@
 
 namespace Routing::Bgp {
 
-// Observers (Kiv/NotifieeList.h) hear of attribute `rtAttribute` at the route
-// target that came or went, after the change: rtHas says whether it is there now.
+// The set of all interned route targets, if it belongs to an ExtCommDedupTable; users may also keep
+// sets of their own. It is a set without order, although the interface calls it a list.
 //
-// Threads: one, or those that a lock around the owner lets in one by one; reading
-// counts, too. The list of an ExtCommDedupTable is such: see there.
+// Observers (Kiv/NotifieeList.h) are notified after each change. A notice names rtAttribute and the
+// route target; rtHas tells whether the route target was added or removed.
+//
+// Threads: one thread, or several that a lock of the owner admits one at a time; this includes
+// reading. For the set of an ExtCommDedupTable see the comment of that class.
 class OV_EXPORT NotifyingRouteTargetList final : public Kiv::PtrInterface {
   KIV_OBJECT(NotifyingRouteTargetList)
 
  public:
+  // The type of the set.
   using RtSet = Kiv::NotifyingSet<RouteTarget>;
 
-  // The number under which observers hear of `rt`.
+  // The attribute number in the notices about `rt`.
   static constexpr U32 rtAttribute = 130;
 
+  // The observers. They are part of the state that const functions may change.
   Kiv::NotifieeList* notifieeList() const noexcept override { return &notifieeList_; }
 
+  // The whole set, in no order. The reference is valid as long as this object.
   const RtSet& rt() const noexcept { return rt_; }
+  // Whether the set has this route target.
   bool rtHas(const RouteTarget& routeTarget) const { return rt_.has(routeTarget); }
-  // Tells observers if it was not there.
+  // Adds the route target. Observers are notified only if it was absent. Throws std::bad_alloc, and
+  // whatever an observer throws; the route target stays in the set in the latter case.
   void rtIs(const RouteTarget& routeTarget) { rt_.add(routeTarget); }
-  // Whether it was there; only then are observers told.
+  // Removes the route target and returns whether it was present. Observers are notified only then.
   bool rtDel(const RouteTarget& routeTarget) { return rt_.del(routeTarget); }
-  // Deletes, one by one, those that are there when it begins.
+  // Removes all route targets that are present at the beginning, with one notice for each. Those
+  // that an observer adds meanwhile stay.
   void rtDelAll();
 
-  // Prints how many there are and then each on a line of its own, in no order.
+  // Prints the number of route targets and then each of them on its own line, in no order.
   void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context, U32 indent) const;
 
  private:
@@ -45,7 +54,7 @@ class OV_EXPORT NotifyingRouteTargetList final : public Kiv::PtrInterface {
   RtSet rt_{*this, rtAttribute};
 };
 
-// A new, empty list with notification on.
+// A new, empty set with notification switched on. Throws std::bad_alloc.
 OV_EXPORT NotifyingRouteTargetList::Ptr notifyingRouteTargetListFactory();
 
 }  // namespace Routing::Bgp

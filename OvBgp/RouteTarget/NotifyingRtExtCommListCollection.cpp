@@ -10,12 +10,14 @@ NotifyingRtExtCommListCollection::Ptr notifyingRtExtCommListCollectionFactory() 
   return Dorn::notifyingObject<NotifyingRtExtCommListCollection>();
 }
 
-// An observer may let go of the collection while it is told.
+// An observer may release the last other reference to the collection while it is notified, hence
+// `self`.
 void NotifyingRtExtCommListCollection::rtExtCommListDelAll() {
   const Ptr self(this);
   rtExtCommList_.delAll();
 }
 
+// The semicolon, where the other set has a colon, is part of a given text.
 void NotifyingRtExtCommListCollection::dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context,
                                                  U32 indent) const {
   Dorn::objDumpIndent(context, indent);

@@ -1,4 +1,4 @@
-// The sets of route targets in use, as a set that tells observers of its changes.
+// The sets of route targets in use, as a collection that notifies observers of its changes.
 #ifndef OVBGP_ROUTETARGET_NOTIFYINGRTEXTCOMMLISTCOLLECTION_H
 #define OVBGP_ROUTETARGET_NOTIFYINGRTEXTCOMMLISTCOLLECTION_H
 
@@ -12,39 +12,50 @@
 
 namespace Routing::Bgp {
 
-// Observers (Kiv/NotifieeList.h) hear of attribute `rtExtCommListAttribute` at the
-// notifier that came or went, after the change: rtExtCommListHas says whether it is
-// there now. They may keep it.
+// Each element is the notifier of one interned sub-list of route targets. A user that imports
+// routes by route target observes this collection instead of every route: the number of different
+// sets of route targets is far smaller than that of routes.
 //
-// Threads: one, or those that a lock around the owner lets in one by one; reading
-// counts, too. The collection of an ExtCommListDedupTable is such: see there.
+// Observers (Kiv/NotifieeList.h) are notified after each change. A notice names
+// rtExtCommListAttribute and the notifier; rtExtCommListHas tells whether it was added or removed.
+// Observers may keep the notifier.
+//
+// Threads: one thread, or several that a lock of the owner admits one at a time; this includes
+// reading. For the collection of an ExtCommListDedupTable see the comment of that class.
 class OV_EXPORT NotifyingRtExtCommListCollection final : public Kiv::PtrInterface {
   KIV_OBJECT(NotifyingRtExtCommListCollection)
 
  public:
+  // The type of the collection.
   using KivRtExtCommList = Kiv::NotifyingSet<RtExtCommListLifeTimeNotifier::Ptr>;
 
-  // The number under which observers hear of `rtExtCommList`.
+  // The attribute number in the notices about `rtExtCommList`.
   static constexpr U32 rtExtCommListAttribute = 130;
 
+  // The observers. They are part of the state that const functions may change.
   Kiv::NotifieeList* notifieeList() const noexcept override { return &notifieeList_; }
 
+  // The whole collection, in no order. The reference is valid as long as this object.
   const KivRtExtCommList& rtExtCommList() const noexcept { return rtExtCommList_; }
+  // Whether the collection has this notifier.
   bool rtExtCommListHas(const RtExtCommListLifeTimeNotifier::Ptr& notifier) const {
     return rtExtCommList_.has(notifier);
   }
-  // Tells observers if it was not there.  Requires: not null.
+  // Adds the notifier, which must not be null. Observers are notified only if it was absent. Throws
+  // std::bad_alloc, and whatever an observer throws; the notifier stays in the collection in the
+  // latter case.
   void rtExtCommListIs(const RtExtCommListLifeTimeNotifier::Ptr& notifier) {
     rtExtCommList_.add(notifier);
   }
-  // Whether it was there; only then are observers told.
+  // Removes the notifier and returns whether it was present. Observers are notified only then.
   bool rtExtCommListDel(const RtExtCommListLifeTimeNotifier::Ptr& notifier) {
     return rtExtCommList_.del(notifier);
   }
-  // Deletes, one by one, those that are there when it begins.
+  // Removes all notifiers that are present at the beginning, with one notice for each. Those that
+  // an observer adds meanwhile stay.
   void rtExtCommListDelAll();
 
-  // Prints how many there are and then each on a line of its own, in no order.
+  // Prints the number of sub-lists and then each of them on its own line, in no order.
   void dumpState(const Kiv::Ptr<const Dorn::DumpContext>& context, U32 indent) const;
 
  private:
@@ -52,7 +63,7 @@ class OV_EXPORT NotifyingRtExtCommListCollection final : public Kiv::PtrInterfac
   KivRtExtCommList rtExtCommList_{*this, rtExtCommListAttribute};
 };
 
-// A new, empty collection with notification on.
+// A new, empty collection with notification switched on. Throws std::bad_alloc.
 OV_EXPORT NotifyingRtExtCommListCollection::Ptr notifyingRtExtCommListCollectionFactory();
 
 }  // namespace Routing::Bgp

@@ -9,18 +9,21 @@
 namespace Routing::Bgp {
 namespace {
 
+// The observed table has only members of this class; dedup of sub-lists checks it.
 RtExtCommClassificationList* rtExtCommListOf(Dorn::DedupHandle* handle) {
   return static_cast<RtExtCommClassificationList*>(handle);
 }
 
+// The two trace lines differ only in the name of the function.
 void traceLifeTime(const char* function, const Dorn::DedupHandle* handle,
                    const RtExtCommListLifeTimeNotifier* notifier) {
   KIV_TRACE(ovBgpTrace, ovBgpTraceLifeTime,
             function << " handle: " << handle << " rtExtCommListLifeTimeNotifier: " << notifier);
 }
 
-// Breaks the cycle of a sub-list and its notifier before it tells observers, as they
-// could fail again. There is no notifier left if one of them has stopped all this.
+// Undoes a failed insertion. The cycle of sub-list and notifier is broken before observers are
+// notified, because they could throw again. There is no notifier if an observer has stopped the
+// observation meanwhile.
 void withdraw(RtExtCommClassificationList& rtExtCommList,
               NotifyingRtExtCommListCollection& collection) {
   const RtExtCommListLifeTimeNotifier::Ptr notifier = rtExtCommList.lifeTimeNotifier();
@@ -41,10 +44,12 @@ RtExtCommListLifeTimeNotifiee::Ptr rtExtCommListLifeTimeNotifieeFactory(
   return Dorn::notifyingObject<RtExtCommListLifeTimeNotifiee>(collection);
 }
 
-// The notifier's reference comes before the sub-list's flag that says so. If this
-// fails, the sub-list does not stay interned.
+// The notifier takes its reference to the sub-list before lifeTimeNotifierIs sets the flag that
+// raises the idle count; in the other order, a concurrent release would count one user too few. An
+// exception makes the table undo the insertion, so no notifier may stay behind.
 void RtExtCommListLifeTimeNotifiee::handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) {
-  // An observer may let go of this one.
+  // An observer of the collection may destroy this object while it is notified. The collection is
+  // used after that, so this function keeps a reference.
   const NotifyingRtExtCommListCollection::Ptr collection = notifyingRtExtCommListCollection_;
   RtExtCommClassificationList* const rtExtCommList = rtExtCommListOf(handle.ptr());
   KIV_ASSERT(nullptr == rtExtCommList->lifeTimeNotifier(),
@@ -60,7 +65,9 @@ void RtExtCommListLifeTimeNotifiee::handleInsert(const Kiv::Ptr<Dorn::DedupHandl
   }
 }
 
-// The notifier outlives the moment at which its sub-list drops it.
+// `lifeTimeNotifier` holds the notifier until the end of the function, after the sub-list has
+// released it. The observers are notified while the cycle still exists, so that they can read the
+// sub-list through the notifier.
 void RtExtCommListLifeTimeNotifiee::handleRemove(Dorn::DedupHandle* handle) {
   RtExtCommClassificationList* const rtExtCommList = rtExtCommListOf(handle);
   const RtExtCommListLifeTimeNotifier::Ptr lifeTimeNotifier = rtExtCommList->lifeTimeNotifier();
@@ -70,9 +77,9 @@ void RtExtCommListLifeTimeNotifiee::handleRemove(Dorn::DedupHandle* handle) {
   rtExtCommList->lifeTimeNotifierIs(nullptr);
 }
 
-// Needs no memory. Members may leave during the walk, which holds the one that it is
-// at. One that has no notifier was seen already, or is still to be announced:
-// observation stops while it begins.
+// Allocates nothing. Other members may be removed during the walk; the walk holds a reference to
+// the current one. A member without a notifier was already handled, or not announced yet
+// (observation was stopped while lifeTimeNotifieeIs() was still announcing members).
 void RtExtCommListLifeTimeNotifiee::handleNotificationStop(
     const Kiv::Ptr<const Dorn::DedupHashTable>& table) {
   KIV_TRACE(ovBgpTrace, ovBgpTraceLifeTime, __func__ << " dedupTable: " << table.ptr());

@@ -1,4 +1,4 @@
-// Keeps the collection of the sets of route targets in use.
+// The observer of a table that keeps the collection of the sets of route targets in use.
 #ifndef OVBGP_ROUTETARGET_RTEXTCOMMLISTLIFETIMENOTIFIEE_H
 #define OVBGP_ROUTETARGET_RTEXTCOMMLISTLIFETIMENOTIFIEE_H
 
@@ -8,26 +8,37 @@
 
 namespace Routing::Bgp {
 
-// Observes a table of route-target sub-lists, and keeps one notifier a member in
-// its collection. When it stops, by whatever way, the collection ends empty of them
-// and the members stay interned, without notifiers.
+// Observes a table of route-target sub-lists and keeps one notifier for each member in its
+// collection.
+//
+//   table of sub-lists  --observed by-->  this class  --adds, removes-->  collection  -->  users
+//
+// When the observation stops, for whatever reason, the observer removes its notifiers from the
+// collection. The members stay interned, without notifiers.
 class OV_EXPORT RtExtCommListLifeTimeNotifiee final : public Dorn::DedupHashTableLifeTimeNotifiee {
   KIV_OBJECT(RtExtCommListLifeTimeNotifiee)
 
  public:
+  // An observer that keeps a reference to `collection`. It observes nothing until it is registered
+  // with a table.
   explicit RtExtCommListLifeTimeNotifiee(const NotifyingRtExtCommListCollection::Ptr& collection);
 
-  // A sub-list that has a notifier already stops the process.
+  // Makes the notifier of a new member and adds it to the collection. If memory is short or an
+  // observer of the collection throws, nothing of it stays, and the member does not stay interned.
+  // Stops the process if the sub-list already has a notifier.
   void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override;
-  // A sub-list that has no notifier stops the process.
+  // Removes the notifier of a member that leaves the table. Stops the process if the sub-list has
+  // none.
   void handleRemove(Dorn::DedupHandle* handle) override;
+  // Removes the notifiers of all members. Allocates nothing.
   void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>& table) override;
 
  private:
   const NotifyingRtExtCommListCollection::Ptr notifyingRtExtCommListCollection_;
 };
 
-// A new observer that feeds `collection`, not registered yet, with notification on.
+// A new observer with notification switched on, not registered yet. It keeps a reference to
+// `collection`. Throws std::bad_alloc.
 OV_EXPORT RtExtCommListLifeTimeNotifiee::Ptr rtExtCommListLifeTimeNotifieeFactory(
     const NotifyingRtExtCommListCollection::Ptr& collection);
 

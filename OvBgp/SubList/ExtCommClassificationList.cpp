@@ -30,6 +30,7 @@ LinkBandwidthExtCommClassificationList::Ptr linkBandwidthExtCommClassificationLi
 ExtCommClassificationList::ExtCommClassificationList(ExtCommClassification classification) noexcept
     : ExtCommClassificationListBase(classification) {}
 
+// The member is appended first, because checkPrunable of link bandwidths counts it.
 void ExtCommClassificationList::commIs(const ExtComm::PtrConst& comm) {
   commAdd(comm);
   checkPrunable(comm);
@@ -39,6 +40,9 @@ void ExtCommClassificationList::checkPrunable(const ExtComm::PtrConst& comm) {
   if (!comm->isValid()) hasPrunableValuesIs(true);
 }
 
+// Link bandwidths are recognised by the classification, not by the class, so that a general
+// sub-list of that classification gives the same answer. isPlain() is checked first, since it
+// spares the virtual call for most members.
 bool ExtCommClassificationList::hasPrunableMembers() const {
   if (classification() == extCommClassificationLinkBandwidth && comms() >= 2) return true;
   return std::any_of(commVector().begin(), commVector().end(), [](const ExtComm::PtrConst& comm) {
@@ -46,7 +50,8 @@ bool ExtCommClassificationList::hasPrunableMembers() const {
   });
 }
 
-// Link bandwidths are compared with each other, too.
+// Plain members are valid and need no check. Link bandwidths are all checked, since checkPrunable
+// also finds the best of them.
 void ExtCommClassificationList::commsNoted() {
   const bool isLinkBandwidth = classification() == extCommClassificationLinkBandwidth;
   for (const ExtComm::PtrConst& comm : commVector()) {
@@ -67,8 +72,10 @@ RtExtCommClassificationList::RtExtCommClassificationList(
 
 RtExtCommClassificationList::~RtExtCommClassificationList() = default;
 
-// The notifier that goes is dropped last: its reference may be the last one on this
-// sub-list, and no longer counts as a notifier's by then.
+// The flag that raises the idle count must be set only while the notifier holds its reference, so
+// it is cleared before the former notifier is released and set after the new one is stored.
+// `former` is released at the end of the function; its reference may be the last one to this
+// sub-list, so no member may be used after that.
 void RtExtCommClassificationList::lifeTimeNotifierIs(
     const Kiv::Ptr<RtExtCommListLifeTimeNotifier>& notifier) {
   if (!notifier) haveLifeTimeNotifierIs(false);
@@ -82,12 +89,14 @@ Kiv::Ptr<RtExtCommListLifeTimeNotifier> RtExtCommClassificationList::lifeTimeNot
 }
 
 Kiv::Ptr<RtExtCommListLifeTimeNotifier> RtExtCommClassificationList::getLifeTimeNotifier() const {
-  return lifeTimeNotifier_;
+  return lifeTimeNotifier();
 }
 
 LinkBandwidthExtCommClassificationList::LinkBandwidthExtCommClassificationList() noexcept
     : ExtCommClassificationList(extCommClassificationLinkBandwidth) {}
 
+// Runs while the sub-list is built. An invalid member never becomes the best one, even if it is the
+// only one.
 void LinkBandwidthExtCommClassificationList::checkPrunable(const ExtComm::PtrConst& comm) {
   const bool isValid = comm->isValid();
   if (isValid && (!linkBandwidth_ || comm->isBetterThan(linkBandwidth_))) linkBandwidth_ = comm;

@@ -9,6 +9,9 @@
 
 namespace Routing::Bgp {
 
+// One override per class, because partDestroy must know the exact class: the size of the object is
+// part of the size of the allocation to free. They are here, and not in the sources of the classes,
+// to have all four in one place.
 void ExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
 void RtExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
 void LinkBandwidthExtCommClassificationList::zeroReferencesIs() noexcept { partDestroy(*this); }
@@ -29,6 +32,7 @@ void ExtCommClassificationListBase<Family>::writeText(std::ostream& out) const {
   writeJoined(out, commVector_);
 }
 
+// The values are a contract, hence the slow byte hash; tables use probeHash().
 template <class Family>
 U32 ExtCommClassificationListBase<Family>::hash() const {
   ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
@@ -37,6 +41,7 @@ U32 ExtCommClassificationListBase<Family>::hash() const {
   return mix.hash();
 }
 
+// Sorted members have one order only, so equal sets are equal sequences of addresses.
 template <class Family>
 bool ExtCommClassificationListBase<Family>::compare(Dorn::DedupHandle::RawPtrConst other) const {
   ASSERT_LIST(self().commVectorSorted(), "commVectorSorted()");
@@ -55,6 +60,7 @@ U32 ExtCommClassificationListBase<Family>::probeHash() const {
   return addressHash(pointersIn(commVector_));
 }
 
+// The only instantiations; the headers declare them as extern.
 template class ExtCommClassificationListBase<ExtCommFamily>;
 template class ExtCommClassificationListBase<ExtCommIp6Family>;
 

@@ -1,8 +1,8 @@
-// What the sub-lists of extended communities of eight octets and those of IPv6 have in
-// common.
+// The common base of the sub-lists of both families of extended communities.
 //
-// A family (ExtCommFamily, ExtCommIp6Family) names the classes that belong together.
-// The bodies are instantiated once a family, in ExtCommClassificationListImpl.cpp.
+// A family (ExtCommFamily, ExtCommIp6Family) names the classes that belong together. The function
+// bodies are instantiated once per family, in ExtCommClassificationListBase.cpp and, for dedup, in
+// OvBgp/List/ExtCommClassificationListDedup.cpp.
 #ifndef OVBGP_SUBLIST_EXTCOMMCLASSIFICATIONLISTBASE_H
 #define OVBGP_SUBLIST_EXTCOMMCLASSIFICATIONLISTBASE_H
 
@@ -20,71 +20,93 @@
 
 namespace Routing::Bgp {
 
-// The members of a list or sub-list, borrowed: what one can be looked up by before
-// it is built.  Interned communities, strictly ascending by content; contents that
-// do not ascend are those of no list.
+// The key by which a table of lists or sub-lists is searched before such an object is built: the
+// addresses of the members. The members must be interned and strictly ascending by content, as
+// those of every interned list are; otherwise nothing is found.
 template <class Value>
 class ExtCommListContent : public Dorn::DedupContentHandle {
  public:
+  // A key over `comms`, which is borrowed and must outlive the key.
   explicit ExtCommListContent(std::span<const Value* const> comms) noexcept : comms_(comms) {}
+  // The members.
   std::span<const Value* const> comms() const noexcept { return comms_; }
 
  private:
   std::span<const Value* const> comms_;
 };
 
-// The members of a list that have one classification.  Routes whose other
-// communities differ share it, as it is interned on its own.
+// A sub-list: the members of a list that have one classification. A sub-list is interned on its
+// own, so routes that differ only in communities of other classifications share it.
 //
-// Built by one thread, interned by dedup, then shared by any.  Hash and equality
-// are those of the members' identities, which is sound as they are interned.
+// One thread builds a sub-list and interns it by dedup. From then on it is read-only, and any
+// thread may share it. Hash and equality use the addresses of the members, not their contents;
+// since the members are interned, equal addresses and equal contents mean the same.
 template <class Family>
 class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
  public:
+  // The class of the members.
   using Value = typename Family::Value;
+  // The content of a member.
   using Content = typename Family::Content;
+  // The counted pointer to a member.
   using ValuePtr = Kiv::Ptr<const Value>;
+  // The class of sub-lists that derives from this base.
   using ClassificationList = typename Family::ClassificationList;
+  // The tables in which sub-lists are interned.
   using ListTable = typename Family::ListTable;
 
+  // The classification of all members.
   ExtCommClassification classification() const noexcept {
     return static_cast<ExtCommClassification>(classification_);
   }
+  // The members; in ascending order once the sub-list is sorted.
   const ExtCommVector<Value>& commVector() const noexcept { return commVector_; }
+  // Whether there is no member.
   bool empty() const noexcept { return commVector_.empty(); }
-  // Room for that many members.
+  // Reserves room for `count` members in all. Throws std::bad_alloc.
   void expectedCommunityCountIs(U32 count) { commVector_.reserve(count); }
 
-  // The classification's name, " : " and the members' diagnostic texts.
+  // The text of writeText. Throws std::bad_alloc.
   Kiv::String toStrep() const;
+  // Writes the classification's name, " : " and the members' diagnostic texts with one blank
+  // between. The stream's format plays no part.
   void writeText(std::ostream& out) const;
 
-  // The one-at-a-time hash of the members' addresses, four octets each.  hash and
-  // compare require: sorted.
+  // The one-at-a-time hash of the members' addresses, four octets each. Stops the process unless
+  // the sub-list is sorted.
   U32 hash() const override;
+  // Whether `other`, a sub-list of this family, has the same members. Stops the process unless this
+  // sub-list is sorted.
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
+  // Whether `key`, an ExtCommListContent, lists exactly these members.
   bool compareByContent(const Dorn::DedupContentHandle& key) const override;
-  // By whole addresses; reads no member.
+  // The hash by which tables probe. It reads the addresses of the members as whole words, but no
+  // member, and is about ten times as fast as hash().
   U32 probeHash() const override;
 
-  // Sorts and interns this sub-list: returns it, or the equal one that `table` has
-  // already.  Requires: the caller holds the sub-list by a counted pointer.
+  // Sorts and interns this sub-list. Returns it, or the equal sub-list that `table` already has.
+  // Requires: the caller holds a counted pointer to this sub-list. Throws std::bad_alloc.
   Kiv::Ptr<const ClassificationList> dedup(const ListTable* table);
 
  protected:
+  // An empty sub-list.
   explicit ExtCommClassificationListBase(ExtCommClassification classification) noexcept
       : classification_(classificationKept(classification) & classificationMask) {}
+  // Releases the members.
   ~ExtCommClassificationListBase() override;
 
-  // What a sub-list notes of its members: two bits, sorted the first of them.
+  // The bit of notes() that is set while the members are sorted and without duplicates.
   static constexpr U8 sortedNote = 1;
+  // Two bits about the members: sortedNote and one that belongs to the subclass.
   U8 notes() const noexcept { return notes_; }
+  // Sets or clears one bit of notes().
   void noteIs(U8 note, bool on) noexcept { notes_ = (on ? notes_ | note : notes_ & ~note) & 3; }
 
+  // The member with this content, or null. Requires: sorted; that is not checked.
   ValuePtr lookupExtComm(const Content& content) const {
     return ExtCommVectorLookup(commVector_, content);
   }
-  // Appends.  Requires: interned, and never null.
+  // Appends a member. Stops the process if `comm` is null or was never interned.
   void commAdd(const ValuePtr& comm) { ExtCommVectorAdd(comm, commVector_); }
 
  private:
@@ -97,10 +119,10 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   const ClassificationList& self() const noexcept {
     return static_cast<const ClassificationList&>(*this);
   }
-  // For a part of a list that will not be interned: nor will this one ever be.
+  // Marks a sub-list of a list that will not be interned, so that it is never interned either.
   void neverInterned() noexcept { dedupStateIs(Dorn::DedupHandleState::rebuilt); }
 
-  // One octet, which the handle has left over.
+  // Classification and notes share one octet that the base leaves unused.
   const U8 classification_ : 6;
   U8 notes_ : 2 = 0;
   ExtCommVector<Value> commVector_;

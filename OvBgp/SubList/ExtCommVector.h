@@ -1,5 +1,7 @@
-// What every vector of interned communities is handled with, whatever their kind:
-// adding, sorting, looking up, and placing the parts of a list by classification.
+// Operations on vectors of interned communities, whatever their kind: adding, sorting, looking up,
+// and storing the sub-lists of a list by classification.
+//
+// The free functions ExtComm... have upper-case names because the interface gives them so.
 #ifndef OVBGP_SUBLIST_EXTCOMMVECTOR_H
 #define OVBGP_SUBLIST_EXTCOMMVECTOR_H
 
@@ -14,12 +16,15 @@
 
 namespace Routing::Bgp {
 
+// The members of a list or sub-list; each element holds a reference to its community.
 template <class Value>
 using ExtCommVector = KivStash::Vector<Kiv::Ptr<const Value>>;
+// The content class of a community class: ExtCommContent or ExtCommIp6Content.
 template <class Value>
 using ExtCommContentOf = decltype(std::declval<const Value&>().getContent());
 
-// What becomes a member must be there, and interned once.
+// Stops the process unless `comm` may become a member: it is not null and was interned at least
+// once. Lists compare their members by address, which is right for interned members only.
 template <class Value>
 void ExtCommAssertMember(const Kiv::Ptr<const Value>& comm) {
   KIV_ASSERT(comm, "__null != comm", "OvBgp/OvBgpCommunityListImpl");
@@ -29,30 +34,34 @@ void ExtCommAssertMember(const Kiv::Ptr<const Value>& comm) {
              "OvBgp/OvBgpCommunityListImpl");
 }
 
-// Appends, with a new reference.
+// Appends `comm` to `comms`, which takes a new reference. Requires what ExtCommAssertMember checks.
+// Throws std::bad_alloc, and std::length_error if the vector is full.
 template <class Value>
 void ExtCommVectorAdd(const Kiv::Ptr<const Value>& comm, ExtCommVector<Value>& comms) {
   ExtCommAssertMember(comm);
   comms.append(comm);
 }
 
-// The order of members, and what it is looked up by: contents, or the numbers that they
-// are made of, not objects.
+// The order of members. It is by content, not by address, so that it is the same in every process
+// and is the order on the wire.
 template <class Value>
 bool ExtCommSortFn(const Kiv::Ptr<const Value>& a, const Kiv::Ptr<const Value>& b) {
   return a->getContent() < b->getContent();
 }
+// The same order between a member and a content; `content` may also be the number of a content.
 template <class Value, class Content>
 bool ExtCommSortFnValue(const Kiv::Ptr<const Value>& a, const Content& content) {
   return a->getContent() < ExtCommContentOf<Value>(content);
 }
+// Whether both members have the same content.
 template <class Value>
 bool ExtCommCompareFn(const Kiv::Ptr<const Value>& a, const Kiv::Ptr<const Value>& b) {
   return a->getContent() == b->getContent();
 }
 
-// Sorts ascending and drops all but the first of equal members.  One pass if they
-// ascend strictly already.  References are moved, and only those dropped are counted.
+// Sorts `comms` ascending and removes all but the first of equal members. Members in strictly
+// ascending order, the usual case, cost one pass. Sorting moves the references; only removed
+// members have their reference count changed. Allocates nothing.
 template <class Value>
 void ExtCommVectorSort(ExtCommVector<Value>& comms) {
   const auto outOfOrder =
@@ -64,7 +73,8 @@ void ExtCommVectorSort(ExtCommVector<Value>& comms) {
   comms.truncate(static_cast<U32>(end - comms.begin()));
 }
 
-// The member of that content, or null; a binary search.  Requires: sorted.
+// The member with this content, or null. A binary search, so `comms` must be sorted; that is not
+// checked.
 template <class Value, class Content>
 Kiv::Ptr<const Value> ExtCommVectorLookup(const ExtCommVector<Value>& comms,
                                           const Content& content) {
@@ -74,7 +84,8 @@ Kiv::Ptr<const Value> ExtCommVectorLookup(const ExtCommVector<Value>& comms,
   return *at;
 }
 
-// Puts `list` at the index of its classification, with nulls before it as needed.
+// Stores sub-list `list` at the index of its classification, over the element there. Null elements
+// are appended first if `lists` is too short. Requires: `list` is not null.
 template <class List>
 void ExtCommListClassificationListIs(KivStash::Vector<Kiv::Ptr<const List>>& lists,
                                      Kiv::Ptr<const List> list) {

@@ -12,8 +12,10 @@ RtExtCommListLifeTimeNotifier::RtExtCommListLifeTimeNotifier(
     const Dorn::DedupHandle::Ptr& rtExtCommList)
     : rtExtCommList_(rtExtCommList) {}
 
+// Out of line, as are the functions below, since only this source knows the sub-list's class.
 RtExtCommListLifeTimeNotifier::~RtExtCommListLifeTimeNotifier() = default;
 
+// The constructor's contract makes this cast right.
 const RtExtCommClassificationList* RtExtCommListLifeTimeNotifier::rtExtCommListRawPtr()
     const noexcept {
   return static_cast<const RtExtCommClassificationList*>(rtExtCommList_.ptr());
@@ -27,6 +29,7 @@ Kiv::String RtExtCommListLifeTimeNotifier::toStrep() const {
   return rtExtCommListRawPtr()->toStrep();
 }
 
+// Formatted output, unlike the sub-list's own operator, so the stream's width applies.
 std::ostream& operator<<(std::ostream& out, const RtExtCommListLifeTimeNotifier* notifier) {
   return out << (notifier ? notifier->toStrep() : "NULL");
 }

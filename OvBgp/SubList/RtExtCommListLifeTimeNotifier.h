@@ -1,4 +1,4 @@
-// Stands for one set of route targets that is in use.
+// The notifier of one set of route targets that is in use.
 #ifndef OVBGP_SUBLIST_RTEXTCOMMLISTLIFETIMENOTIFIER_H
 #define OVBGP_SUBLIST_RTEXTCOMMLISTLIFETIMENOTIFIER_H
 
@@ -15,26 +15,34 @@ namespace Routing::Bgp {
 
 class RtExtCommClassificationList;
 
-// Holds one reference to a sub-list of route targets, which in turn holds its
-// notifier while both are announced. That reference does not keep the sub-list in
-// its table. Whoever keeps a notifier past its departure keeps the sub-list alive,
-// un-interned: everything here still answers. Immutable; any thread may read.
+// Represents one interned sub-list of route targets in NotifyingRtExtCommListCollection.
+//
+// Ownership: the notifier holds one reference to the sub-list, and the sub-list one to the
+// notifier, while the sub-list is in its table. The notifier's reference does not keep the sub-list
+// in the table (it belongs to the idle count, see Dorn/DedupHandle.h). A user who keeps a notifier
+// for longer keeps the sub-list alive, no longer interned; all functions here still work.
+// Immutable; any thread may read.
 class OV_EXPORT RtExtCommListLifeTimeNotifier final : public Kiv::PtrInterface {
   KIV_OBJECT(RtExtCommListLifeTimeNotifier)
 
  public:
-  // Requires: `rtExtCommList` is a RtExtCommClassificationList.
+  // A notifier that holds a reference to `rtExtCommList`, which must be a
+  // RtExtCommClassificationList. That is not checked.
   explicit RtExtCommListLifeTimeNotifier(const Dorn::DedupHandle::Ptr& rtExtCommList);
+  // Releases the sub-list.
   ~RtExtCommListLifeTimeNotifier() override;
 
-  // Borrowed: read it, and take no reference, as it may be about to leave its table.
+  // The sub-list, borrowed. Callers may read it but must not take a reference, because the sub-list
+  // may be about to leave its table.
   const RtExtCommClassificationList* rtExtCommListRawPtr() const noexcept;
-  // Whether the sub-list has a member of that value.
+  // Whether the sub-list has a member with this value.
   bool comm(const U64& value) const;
-  // The sub-list's text.
+  // The sub-list's text. Throws std::bad_alloc.
   Kiv::String toStrep() const;
 
  private:
+  // A base class pointer, because this header must not include the sub-list's, which refers to this
+  // class.
   const Dorn::DedupHandle::Ptr rtExtCommList_;
 };
 

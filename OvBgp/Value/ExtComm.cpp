@@ -7,15 +7,18 @@
 #include "Kiv/Assert.h"
 #include "OvBgp/Value/ExtCommSubtypes.h"
 #include "OvBgp/Value/ExtCommText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
 #include "OvFmt/DynamicBuffer.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// The source name in assertion texts; it is fixed, whatever the file's name.
 constexpr const char* source = "OvBgp/OvBgpCommunity";
 
-// What the functions named after one type's subtypes do; `function` is the
-// signature of such a function.
+// The body of the functions that are named after the subtypes of one type. `function` is the
+// signature of such a function, which a failed assertion names. The condition's text is built only
+// then, since it contains the name of the type.
 template <BgpExtCommPktType type>
 Kiv::String subtypeStringOf(const ExtComm& extComm, const char* function) {
   if (extComm.pktType() != type) [[unlikely]] {
@@ -34,10 +37,13 @@ KIV_OBJECT_DEFINE(ExtCommSubtyped)
 
 U32 ExtComm::hash() const { return hashOf(content_); }
 
+// Tables compare only objects of their own type, so the cast needs no check.
 bool ExtComm::compare(Dorn::DedupHandle::RawPtrConst other) const {
   return content_ == static_cast<const ExtComm*>(other)->content_;
 }
 
+// The answers of most communities. plainNoted() relies on them: a class that does not override
+// these functions is plain.
 bool ExtComm::isLinkBandwidthWithUnspecifiedAsNumber() const { return false; }
 
 BgpExtCommPktSubtype ExtComm::pktSubtype() const { return {}; }
@@ -54,17 +60,21 @@ void ExtComm::plainNoted() {
   plain_ = isValid() && !policyMatchStrepUI() && !isLinkBandwidthWithUnspecifiedAsNumber();
 }
 
+// A class whose octets are not in the order of preference overrides this.
 bool ExtComm::isBetterThan(const Kiv::Ptr<const ExtComm>& other) const {
   KIV_ASSERT(other, "other", source);
   return content_.value() < other->content_.value();
 }
 
+// A switch over the result is complete with the enumeration's members; any octet is possible on the
+// wire, hence the marker for the rest.
 BgpExtCommPktType ExtComm::pktType() const noexcept {
   const BgpExtCommPktType type{content_.typeOctet()};
   return bgpIsValidEnumMember(type) ? type : extCommPktTypeUnknown;
 }
 
-// A community without a class of its own is unknown to policies.
+// A community without a class of its own has no text for policies. The six octets after the type
+// code are written in wire order.
 void ExtComm::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
   if (!format.isUI()) return;
   addExtCommTypeAsString(to, "", content_);
@@ -92,6 +102,7 @@ Kiv::String ExtComm::toStrepForUI(bool asdot, bool linkBwWeighted, bool json) co
   return toStrepForPolicy(format);
 }
 
+// 128 octets hold the longest names of a type and a subtype without an allocation.
 void ExtComm::formatDerivedType(std::ostream& out) const {
   OvFmt::StackBackedBuffer<128> words;
   appendTypeNames(words);
@@ -105,12 +116,15 @@ void ExtComm::appendTypeNames(OvFmt::DynamicBufferInterface& to) const {
   to.append(subtypeText());
 }
 
+// A class may have subtypes although its type octet has no enumeration of them: rules of a user's
+// own may build such an object. Its text is "none".
 Kiv::String ExtComm::subtypeText() const {
   if (pktSubtype().isUnspecified()) return "unspecified";
   const Kiv::EnumInfo* subtypes = extCommSubtypeInfo(pktType());
   return subtypes ? extCommSubtypeText(*subtypes, content_.subtypeOctet()) : "none";
 }
 
+// Unformatted output, so that the stream's width and fill play no part.
 void ExtComm::formatSubtype(std::ostream& out) const {
   const Kiv::String text = subtypeText();
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
@@ -122,6 +136,7 @@ Kiv::String ExtComm::toStrep() const {
   return streamedText([this](std::ostream& out) { out << *this; });
 }
 
+// The names are written in full, so that a search for one of them finds its line here.
 #define SUBTYPE_STRING(function, type)                        \
   Kiv::String ExtComm::function() const {                     \
     return subtypeStringOf<type>(*this, __PRETTY_FUNCTION__); \

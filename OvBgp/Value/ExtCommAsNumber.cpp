@@ -4,7 +4,8 @@
 
 #include "Dorn/NotifyingObject.h"
 #include "OvBgp/Value/ExtCommText.h"
-#include "Routing/Bgp/AddressText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
+#include "Routing/Bgp/Detail/AdministratorText.h"
 
 namespace Routing::Bgp {
 
@@ -16,6 +17,7 @@ Kiv::String ExtCommAsNumber::formatAsNumber(bool asdot) const {
   return text.str();
 }
 
+// The platform writes AS numbers, so that they look alike in route targets and communities.
 void ExtCommAsNumber::formatAsNumberToBuffer(OvFmt::DynamicBufferInterface& to, bool asdot) const {
   appendAsNumber(to, asNumber(), asdot);
 }
@@ -26,6 +28,7 @@ void ExtCommAsNumber::appendValue(OvFmt::DynamicBufferInterface& to, bool asdot)
   to.appendDecimal(localAdmin());
 }
 
+// Diagnostic texts never use asdot, so that logs of all hosts can be compared.
 void ExtCommAsNumber::formatDerivedType(std::ostream& out) const {
   OvFmt::StackBackedBuffer<128> words;
   appendTypeNames(words);
@@ -34,6 +37,8 @@ void ExtCommAsNumber::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
+// The suffix tells the two forms apart: their AS number and local administrator can have the same
+// text although the octets differ.
 void ExtCommAsNumber::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
   if (format.isUI()) {
     addExtCommTypeAsString(to, fourOctetAs() ? "-AS4" : "-AS", getContent());

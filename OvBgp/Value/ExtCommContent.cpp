@@ -6,7 +6,8 @@
 
 namespace Routing::Bgp {
 
-// Written by hand and unformatted, so that the stream's format plays no part.
+// Digits are written by hand, from the last one to the first, and put out unformatted. The stream's
+// base, fill and width neither matter nor change.
 std::ostream& operator<<(std::ostream& os, const ExtCommContent& content) {
   char text[18] = {'0', 'x'};
   U64 rest = content.value();
@@ -20,6 +21,7 @@ Kiv::String valueToStrep(const ExtCommContent& content) {
   return Kiv::valueToStrep(content.value());
 }
 
+// Reads into a local number first, so that `target` is unchanged if the reader throws.
 void sequenceToValue(const char*& it, const char* end, ExtCommContent* target) {
   U64 value = 0;
   Kiv::sequenceToValue(it, end, &value);

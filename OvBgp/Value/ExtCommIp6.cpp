@@ -8,6 +8,7 @@
 #include "OvBgp/Value/ExtCommText.h"
 #include "OvFmt/DynamicBuffer.h"
 
+// An assertion with the source name that the interface gives to this class.
 #define ASSERT_EXT_COMM_IP6(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/ExtCommIp6")
 
 namespace Routing::Bgp {
@@ -29,6 +30,7 @@ U32 ExtCommIp6::hash() const { return extCommIp6Content_.hash(); }
 
 U32 ExtCommIp6::probeHash() const { return extCommIp6Content_.probeHash(); }
 
+// Tables compare only objects of their own type, so the cast needs no check.
 bool ExtCommIp6::compare(Dorn::DedupHandle::RawPtrConst other) const {
   return extCommIp6Content_ == static_cast<const ExtCommIp6*>(other)->extCommIp6Content_;
 }
@@ -44,6 +46,7 @@ BgpExtCommPktSubtype ExtCommIp6Subtyped::pktSubtype() const {
   return BgpExtCommPktSubtype(getContent().subtype());
 }
 
+// The body of the two functions below, which have checked the type.
 template <class Subtype>
 Kiv::String ExtCommIp6::subtypeName() const {
   ASSERT_EXT_COMM_IP6(!pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()");
@@ -62,6 +65,8 @@ Kiv::String ExtCommIp6::pktSubtypeNonTransIpv6AddressAsString() const {
   return subtypeName<BgpExtCommIp6PktSubtypeNonTransIpv6Address>();
 }
 
+// Two types need no table as in ExtCommSubtypes.h. There is no default label, so that the compiler
+// reports a new type that is missing here.
 Kiv::String ExtCommIp6::subtypeText() const {
   if (pktSubtype().isUnspecified()) return "unspecified";
   switch (pktType()) {
@@ -75,13 +80,14 @@ Kiv::String ExtCommIp6::subtypeText() const {
   return "none";
 }
 
-// Unformatted output, here and below: the stream's width, fill and base neither
-// matter nor change.
+// Here and below, output is unformatted, so that the stream's width, fill and base neither matter
+// nor change.
 void ExtCommIp6::formatSubtype(std::ostream& out) const {
   const Kiv::String text = subtypeText();
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
+// 256 octets hold the longest names, an address and a number without an allocation.
 void ExtCommIp6::formatDerivedType(std::ostream& out) const {
   OvFmt::StackBackedBuffer<256> text;
   text.append('<');
@@ -102,6 +108,8 @@ Kiv::String ExtCommIp6::toStrep() const {
   return streamedText([this](std::ostream& out) { out << *this; });
 }
 
+// "IP6" in the suffix tells the type code from that of an eight-octet community with the same type
+// and subtype.
 void ExtCommIp6::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
   if (format.isUI()) {
     addExtCommTypeAsString(to, "-IP6", extCommIp6Content_.type(), extCommIp6Content_.subtype(),

@@ -1,5 +1,5 @@
-// The IPv6 address specific extended community as it is shared: an interned,
-// immutable object of twenty octets (RFC 5701).
+// The IPv6 address specific extended community as an interned, immutable object of twenty octets
+// (RFC 5701).
 #ifndef OVBGP_VALUE_EXTCOMMIP6_H
 #define OVBGP_VALUE_EXTCOMMIP6_H
 
@@ -26,62 +26,75 @@ namespace Routing::Bgp {
 
 class ExtCommIp6DedupTable;
 
-// Equal values share one object: get them by dedupContent. Immutable, any thread.
-// Hash and equality are those of the content, whatever the class.
+// One IPv6 address specific extended community. Equal values share one object, which users get by
+// dedupContent. The object is immutable, and any thread may read it. Hash and equality depend on
+// the content alone, never on the class.
 class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   KIV_OBJECT(ExtCommIp6)
 
  public:
-  // Which text a community is asked for. Not the bits of ExtComm::StrepFormat: this
-  // set is smaller, and bits without a name are dropped.
+  // The options of a community's text, defined below.
   class StrepFormat;
 
+  // An object that is not interned. Users call dedupContent or a factory instead. A classification
+  // above 63 stops the process.
   ExtCommIp6(ExtCommClassification classification, const ExtCommIp6Content& content)
       : classification_(classificationKept(classification)), extCommIp6Content_(content) {}
 
+  // The byte hash of the content (ExtCommIp6Content::hash).
   U32 hash() const override;
+  // Whether `other`, which must be an ExtCommIp6, has the same content.
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
+  // Whether `key`, which must be an ExtCommIp6Content, is this object's content.
   bool compareByContent(const Dorn::DedupContentHandle& key) const override {
     return extCommIp6Content_ == static_cast<const ExtCommIp6Content&>(key);
   }
+  // The hash by which tables probe (ExtCommIp6Content::probeHash).
   U32 probeHash() const override;
 
   // The subtype octet; unspecified for a class without subtypes.
   virtual BgpExtCommPktSubtype pktSubtype() const;
-  // Writes the diagnostic text, for logs and dumps:
-  // "<" type, blank and subtype if there is one, " addr=" ... " localAdmin=" ... ">".
+  // Writes the diagnostic text, for logs and dumps: "<", the type's name, a blank and the subtype
+  // if there is one, " addr=", the address, " localAdmin=", the local administrator, ">". The
+  // stream's format plays no part.
   virtual void formatDerivedType(std::ostream& out) const;
-  // What appendForPolicy appends, which is what a class overrides.
+  // The text that appendForPolicy appends. A class changes it by overriding appendForPolicy.
   virtual Kiv::String toStrepForPolicy(StrepFormat format) const;
-  // Appends "address:local administrator"; for the user interface (both flags) with
-  // the type code and "-IP6:" in front. The other flags change nothing.
+  // Appends the address, ":" and the local administrator; for the user interface with the type code
+  // and "-IP6:" before them. The other flags change nothing.
   virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
+  // The subject of the community, by which lists group their members.
   ExtCommClassification classification() const noexcept {
     return static_cast<ExtCommClassification>(classification_);
   }
+  // The twenty octets.
   ExtCommIp6Content getContent() const noexcept { return extCommIp6Content_; }
-  // The type octet, or extCommIp6PktTypeUnknown if it has no name.
+  // The type octet; extCommIp6PktTypeUnknown if the octet has no name.
   BgpExtCommIp6PktType pktType() const noexcept;
 
-  // The diagnostic text.
+  // The diagnostic text. Throws std::bad_alloc.
   Kiv::String toStrep() const;
-  // The subtype's name, "subtype=" and its number, "unspecified", or "none" for a
-  // type that has no table of subtypes.
+  // Writes the subtype's name, or "subtype=" and its number if it has no name. Writes "unspecified"
+  // for a class without subtypes, and "none" for a type without an enumeration of subtypes.
   void formatSubtype(std::ostream& out) const;
 
-  // The name of the subtype, or "subtype=" and its number. Each requires: the
-  // community is of the function's type, and its class has subtypes.
+  // The name of a subtype of type 0x00, or "subtype=" and the number if the subtype has no name.
+  // Requires: the community has that type, and its class has subtypes; otherwise the process stops.
   Kiv::String pktSubtypeTransIpv6AddressAsString() const;
+  // As the function before, for type 0x40, non-transitive.
   Kiv::String pktSubtypeNonTransIpv6AddressAsString() const;
 
-  // The interned object of this value, made by the table's rule tree. One hash and
-  // one probe if there is one. Throws std::bad_alloc.
+  // The interned object of this content. A hit costs one hash and one probe and builds nothing; on
+  // a miss the table's rule tree makes the object. Any thread if the table is for several. Throws
+  // std::bad_alloc.
   static PtrConst dedupContent(const ExtCommIp6DedupTable* table, const ExtCommIp6Content& content);
 
-  // The value that the writer of a store has at `stored`: of this class, whatever
-  // the value, in the state `rebuilt`, and never in a table.  OvBgp/Store/Destash.h.
+  // Rebuilds the community that the writer of a shared-memory store has at `stored`. The object is
+  // an ExtCommIp6 whatever its value, is in the state `rebuilt`, and never enters a table. For
+  // errors and threads see OvBgp/Store/Destash.h.
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
+  // The same function for a caller with a counted pointer to the manager.
   static Ptr destash(const void* stored, const Kiv::Ptr<KivStash::StoreManager>& storeManager) {
     return destash(stored, storeManager.ptr());
   }
@@ -91,23 +104,30 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   Kiv::String subtypeName() const;
   Kiv::String subtypeText() const;
 
-  const U8 classification_;  // in an octet that the handle has left over
+  const U8 classification_;  // in an octet that the base leaves unused
   const ExtCommIp6Content extCommIp6Content_;
 };
 
+// The rows of ExtCommIp6::StrepFormat.
 #define FLAG_ROWS(flagRow)                                              \
   flagRow(strepFormatDefault, strepFormatDefaultIs, 0x01)               \
   flagRow(strepFormatClassification, strepFormatClassificationIs, 0x02) \
   flagRow(strepFormatUI, strepFormatUIIs, 0x04)                         \
   flagRow(strepFormatAsdot, strepFormatAsdotIs, 0x08)                   \
   flagRow(strepFormatLinkBwWeighted, strepFormatLinkBwWeightedIs, 0x10)
+// The options of a community's text. strepFormatClassification and strepFormatUI together select
+// the user-interface text; the other flags change nothing here.
+//
+// The bits are not those of ExtComm::StrepFormat, which has one flag more. A bit without a name is
+// ignored.
 class ExtCommIp6::StrepFormat
     : public Kiv::FlagSet<ExtCommIp6::StrepFormat, Kiv::UnnamedFlags::ignore> {
  public:
+  // No flag, the flags of an octet, or those of a text (Kiv/FlagSet.h).
   using FlagSet::FlagSet;
   KIV_FLAG_SET_BODY("Routing::Bgp::ExtCommIp6::StrepFormat", FLAG_ROWS)
 
-  // Both flags that together ask for the user-interface text.
+  // Whether both flags are set that together select the user-interface text.
   constexpr bool isUI() const { return strepFormatClassification() && strepFormatUI(); }
 };
 #undef FLAG_ROWS
@@ -117,21 +137,26 @@ class OV_EXPORT ExtCommIp6Subtyped : public ExtCommIp6 {
   KIV_OBJECT(ExtCommIp6Subtyped)
 
  public:
+  // Constructs like ExtCommIp6.
   using ExtCommIp6::ExtCommIp6;
+  // The second octet of the content.
   BgpExtCommPktSubtype pktSubtype() const override;
 };
 
 static_assert(sizeof(ExtCommIp6Subtyped) <= 32 + sizeof(void*),
               "there are many of them: 40 octets on 64-bit builds");
 
-// New, not interned, with notification switched on.
+// A new ExtCommIp6, not interned, with notification switched on. Throws std::bad_alloc.
 OV_EXPORT ExtCommIp6::Ptr extCommIp6Factory(ExtCommClassification classification,
                                             const ExtCommIp6Content& content);
+// A new ExtCommIp6Subtyped, not interned, with notification switched on. Throws std::bad_alloc. The
+// name is given by the interface.
 OV_EXPORT ExtCommIp6Subtyped::Ptr ExtCommIp6SubtypedIs(ExtCommClassification classification,
                                                        const ExtCommIp6Content& content);
 
-// The diagnostic text; "NULL" for a null pointer.
+// Writes the diagnostic text; "NULL" for a null pointer.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6* extComm);
+// Writes the diagnostic text.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6& extComm);
 
 }  // namespace Routing::Bgp

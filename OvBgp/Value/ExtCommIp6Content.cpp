@@ -13,11 +13,14 @@
 namespace Routing::Bgp {
 namespace {
 
-// An address at the start of a longer text.
+// An address inside a longer text. The address class reads only a whole text, so the reader below
+// finds the end of the address first.
 struct AddrText {
   Ovnet::Ip6Addr addr;
 };
 
+// Takes all characters that may occur in an IPv6 address. Throws Kiv::RangeException, and leaves
+// `it`, if these are no address.
 void sequenceToValue(const char*& it, const char* end, AddrText* target) {
   constexpr std::string_view mayOccur = "0123456789abcdefABCDEF:.";
   const char* const stop = std::find_if(
@@ -28,6 +31,8 @@ void sequenceToValue(const char*& it, const char* end, AddrText* target) {
 
 }  // namespace
 
+// The low octet of the local administrator precedes the high one: the values of hash() are a
+// contract, so this stays although the wire has the opposite order.
 U32 ExtCommIp6Content::hash() const noexcept {
   BgpCommon::BgpHashMixImpl mix;
   mix.addU8(type_);
@@ -38,6 +43,9 @@ U32 ExtCommIp6Content::hash() const noexcept {
   return mix.hash();
 }
 
+// Five words in two chained folded multiplies. The content has no padding (static_assert in the
+// header), so equal contents have equal words. Every word is mixed with a secret of the process, so
+// that a sender cannot construct communities that collide.
 U32 ExtCommIp6Content::probeHash() const noexcept {
   const auto words = std::bit_cast<std::array<U32, sizeof(ExtCommIp6Content) / sizeof(U32)>>(*this);
   const Kiv::HashKey key = Kiv::hashKey;
@@ -46,6 +54,7 @@ U32 ExtCommIp6Content::probeHash() const noexcept {
   return static_cast<U32>(Kiv::foldedProduct(h ^ words[4], key.factor));
 }
 
+// Type and subtype are written as raw characters, not as numbers: the text is a given form.
 Kiv::String valueToStrep(const ExtCommIp6Content& content) {
   OvFmt::StackBackedBuffer<128> text;
   text.append("type=");
@@ -59,6 +68,7 @@ Kiv::String valueToStrep(const ExtCommIp6Content& content) {
   return text.str();
 }
 
+// `target` and `it` are written last, so that neither changes if a reader throws.
 void sequenceToValue(const char*& it, const char* end, ExtCommIp6Content* target) {
   U8 type = 0;
   U8 subtype = 0;

@@ -14,31 +14,46 @@
 
 namespace Routing::Bgp {
 
-// The value of one such community (RFC 5701 section 2). On the wire: type,
-// subtype, 16 octets of global administrator, and the local administrator
-// big-endian, which is held here in host byte order. Ordered by the fields as
-// they stand, the address by its octets. A plain value.
+// The content of one such community (RFC 5701 section 2):
+//
+//   offset  size  field
+//   0       1     type
+//   1       1     subtype
+//   2       16    global administrator, an IPv6 address
+//   18      2     local administrator; big-endian on the wire, here in host byte order
+//
+// Contents are ordered by these fields in turn, the address by its octets. The content is the key
+// by which a value is looked up before an object for it exists. A plain value; owner thread only.
 class ExtCommIp6Content : public Dorn::DedupContentHandle {
  public:
+  // All fields 0.
   constexpr ExtCommIp6Content() = default;
+  // The given fields; `localAdmin` in host byte order.
   constexpr ExtCommIp6Content(U8 type, U8 subtype, const Ovnet::Ip6Addr& addr, U16 localAdmin)
       : type_(type), subtype_(subtype), addr_(addr), localAdmin_(localAdmin) {}
 
+  // The type octet.
   constexpr U8 type() const { return type_; }
+  // The subtype octet.
   constexpr U8 subtype() const { return subtype_; }
+  // The global administrator.
   constexpr const Ovnet::Ip6Addr& addr() const { return addr_; }
+  // The local administrator in host byte order.
   constexpr U16 localAdmin() const { return localAdmin_; }
-  // Whether the community may cross the border of an autonomous system.
+  // Whether routes may carry the community into another autonomous system (bit 0x40 of the type is
+  // clear).
   constexpr bool transitiveFlag() const { return (type_ & 0x40) == 0; }
 
-  // The one-at-a-time hash of the octets (BgpCommon/BgpHashMixImpl.h) in wire
-  // order, but for the local administrator: low octet first.
+  // The one-at-a-time hash (BgpCommon/BgpHashMixImpl.h) of the octets in wire order, except that
+  // the low octet of the local administrator precedes the high one.
   OV_EXPORT U32 hash() const noexcept;
-  // What tables are probed with: a hash by whole words, several times as fast, and
-  // another one in each process (Kiv/Hash.h).
+  // The hash by which tables probe. It reads whole words, so it is several times as fast as hash().
+  // The hash differs in each process (Kiv/Hash.h), so it must not be stored or sent.
   OV_EXPORT U32 probeHash() const noexcept;
 
+  // Compares all fields.
   friend constexpr bool operator==(const ExtCommIp6Content&, const ExtCommIp6Content&) = default;
+  // Orders by type, subtype, address, local administrator.
   friend constexpr std::strong_ordering operator<=>(const ExtCommIp6Content&,
                                                     const ExtCommIp6Content&) = default;
 
@@ -53,14 +68,14 @@ static_assert(sizeof(ExtCommIp6Content) == 20 && std::is_trivially_copyable_v<Ex
                   std::has_unique_object_representations_v<ExtCommIp6Content>,
               "contents are held inline and hashed by words, with no octet to spare");
 
-// "type=T;subtype=S;addr=...;localAdmin=...", where T and S are the two octets
-// themselves, each as one raw character, whatever it is.
+// "type=T;subtype=S;addr=...;localAdmin=...", where T and S are the raw octets, each as one
+// character, whatever it is. The text is meant for dumps; sequenceToValue does not read it back in
+// general.
 OV_EXPORT Kiv::String valueToStrep(const ExtCommIp6Content& content);
-// Reads the same labels with the framework's readers, so T and S in decimal: what
-// valueToStrep writes is for dumps and is read back only by chance. Throws
-// Kiv::RangeException, and changes nothing, on any other text.
+// Reads a text with the same labels in which all numbers, T and S included, are decimal, and moves
+// `it` behind it. Throws Kiv::RangeException, and changes nothing, on any other text.
 OV_EXPORT void sequenceToValue(const char*& it, const char* end, ExtCommIp6Content* target);
-// As valueToStrep, whatever the stream's format.
+// Writes the text of valueToStrep. The stream's format neither matters nor changes.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6Content& content);
 
 }  // namespace Routing::Bgp

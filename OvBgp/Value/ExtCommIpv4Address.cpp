@@ -3,19 +3,21 @@
 #include <ostream>
 
 #include "Dorn/NotifyingObject.h"
-#include "OvBgp/Value/ExtCommText.h"
-#include "Routing/Bgp/AddressText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
+#include "Routing/Bgp/Detail/AdministratorText.h"
 
 namespace Routing::Bgp {
 
 KIV_OBJECT_DEFINE(ExtCommIpv4Address)
 
+// The same form as that of route targets with an address, for example 192.0.2.1:100.
 void ExtCommIpv4Address::appendValue(OvFmt::DynamicBufferInterface& to) const {
   appendIpv4Address(to, address());
   to.append(':');
   to.appendDecimal(localAdmin());
 }
 
+// The local administrator is not written apart, as the content that follows has its octets.
 void ExtCommIpv4Address::formatDerivedType(std::ostream& out) const {
   OvFmt::StackBackedBuffer<128> words;
   appendTypeNames(words);
@@ -24,6 +26,7 @@ void ExtCommIpv4Address::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
+// The text is the same with and without asdot, since there is no AS number.
 void ExtCommIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
                                          StrepFormat format) const {
   if (format.isUI()) {

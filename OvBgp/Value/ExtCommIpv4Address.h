@@ -1,4 +1,4 @@
-// Extended communities that hold an IPv4 address and a number of its owner's choice.
+// Extended communities with an IPv4 address and a number that the owner of the address chooses.
 #ifndef OVBGP_VALUE_EXTCOMMIPV4ADDRESS_H
 #define OVBGP_VALUE_EXTCOMMIPV4ADDRESS_H
 
@@ -11,25 +11,32 @@
 
 namespace Routing::Bgp {
 
-// IPv4 address specific (RFC 4360 section 3.2).  Immutable, any thread.
+// An IPv4 address specific community (RFC 4360 section 3.2). Octets 2 to 5 are the address, octets
+// 6 and 7 the local administrator. Immutable; any thread may read.
 class OV_EXPORT ExtCommIpv4Address : public ExtCommSubtyped {
   KIV_OBJECT(ExtCommIpv4Address)
 
  public:
+  // Constructs like ExtCommSubtyped.
   using ExtCommSubtyped::ExtCommSubtyped;
 
-  // a.b.c.d as a number, a its most significant octet.
+  // The address a.b.c.d as a number in host byte order; a is the most significant octet.
   U32 address() const noexcept { return static_cast<U32>(getContent().value() >> 16); }
+  // The local administrator in host byte order.
   U16 localAdmin() const noexcept { return static_cast<U16>(getContent().value()); }
 
-  // Address, ":", local administrator.
+  // Appends the address in dotted decimal, ":" and the local administrator.
   void appendValue(OvFmt::DynamicBufferInterface& to) const;
 
+  // Writes the diagnostic text: names of type and subtype, the address, and the content.
   void formatDerivedType(std::ostream& out) const override;
+  // Appends the text of appendValue; for the user interface with the type code and "-IP:" before
+  // it.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
-// New, not interned, with notification switched on.
+// A new object, not interned, with notification switched on. Throws std::bad_alloc. The name is
+// given by the interface.
 OV_EXPORT ExtCommIpv4Address::Ptr ExtCommIpv4AddressIs(ExtCommClassification classification,
                                                        const ExtCommContent& content);
 

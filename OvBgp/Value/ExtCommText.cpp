@@ -1,11 +1,11 @@
 #include "OvBgp/Value/ExtCommText.h"
 
-#include <ostream>
 #include <string>
 
 namespace Routing::Bgp {
 namespace {
 
+// Set in the types of communities that do not leave their autonomous system (RFC 4360 section 2).
 constexpr U8 nonTransitiveBit = 0x40;
 
 }  // namespace
@@ -24,25 +24,12 @@ Kiv::String extCommTypeAsString(const char* suffix, U8 type, U8 subtype, bool tr
   return text.str();
 }
 
-void addExtCommTypeAsString(OvFmt::DynamicBufferInterface& to, const char* suffix,
-                            const ExtCommContent& content) {
-  addExtCommTypeAsString(to, suffix, content.typeOctet(), content.subtypeOctet(),
-                         content.transitiveFlag());
-}
-
+// Markers of the enumeration have a row, too, but are not valid: 256 means "unknown", and a
+// wildcard of configurations is no name for a received subtype.
 Kiv::String extCommSubtypeText(const Kiv::EnumInfo& subtypes, U8 subtype) {
   const Kiv::EnumRow* row = subtypes.findValue(subtype);
   if (row && row->valid) return Kiv::String(row->name);
   return "subtype=" + std::to_string(subtype);
-}
-
-void writeExtCommDiagnostic(std::ostream& out, std::string_view words,
-                            const ExtCommContent& content) {
-  out.put('<');
-  out.write(words.data(), static_cast<std::streamsize>(words.size()));
-  out.put(' ');
-  out << content;
-  out.put('>');
 }
 
 }  // namespace Routing::Bgp

@@ -2,6 +2,8 @@
 
 namespace Routing::Bgp {
 
+// The number of characters is the difference of the buffer's sizes, because the buffer may move its
+// text while it grows.
 U32 LargeCommunityFormatter::format(OvFmt::DynamicBufferInterface& to,
                                     const Acl::CommunityValue& value, bool asdot) {
   const std::size_t before = to.size();

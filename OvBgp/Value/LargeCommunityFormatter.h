@@ -1,4 +1,4 @@
-// Text of a large community (RFC 8092 section 5).
+// The text of one large community (RFC 8092 section 5).
 #ifndef OVBGP_VALUE_LARGECOMMUNITYFORMATTER_H
 #define OVBGP_VALUE_LARGECOMMUNITYFORMATTER_H
 
@@ -9,11 +9,13 @@
 
 namespace Routing::Bgp {
 
+// Holds one static function and no state. Lists of large communities write their texts faster, with
+// one check of the buffer's room for all members.
 class OV_EXPORT LargeCommunityFormatter {
  public:
-  // Appends the three words in decimal, joined by colons; with `asdot`, a global
-  // administrator above 65535 as its two halves joined by a period. Returns the
-  // number of characters.
+  // Appends the three 32-bit words in decimal, joined by colons. With `asdot`, a global
+  // administrator above 65535 is written as its two halves joined by a period (RFC 5396). Returns
+  // the number of characters appended. Throws what the buffer throws.
   static U32 format(OvFmt::DynamicBufferInterface& to, const Acl::CommunityValue& value,
                     bool asdot);
 };

@@ -1,13 +1,14 @@
-// The numbers that stand in extended and standard communities, with their names.
+// The numbers inside extended and standard communities, with their names.
 //
-// Type and subtype enumerations are as wide as an octet and hold one more member,
-// "Unknown", just outside that range: it stands in memory for an octet that has no
-// name.  bgpIsValidEnumMember tells octets that have one.  The names are what
-// configurations and dumps spell, oddities included.
+// The enumerations of types and subtypes have the octets as values, and one marker "...Unknown"
+// with the value 256. In memory the marker replaces an octet that has no name. bgpIsValidEnumMember
+// (BgpCommon/EnumText.h) tells octets with a name from others. The names are those of
+// configurations and dumps, so misspelled ones stay.
 //
-// All members can be used unqualified in this namespace.  Each enumeration has an
-// instance function by value and by name; both throw Kiv::RangeException if there
-// is no such member.  Names, readers and stream output: Kiv/Enum.h.
+// All members can be used without their enumeration in namespace Routing::Bgp. Each enumeration X
+// has a function XInstance, which finds a member by value or by name and throws Kiv::RangeException
+// if there is none. The functions of Kiv/Enum.h give and read names. The registry of enumerations
+// (Kiv/EnumRegistry.h) lists those of this file as module "OvBgpCommunityPacketTypes".
 #ifndef OVBGP_VALUE_PACKETTYPES_H
 #define OVBGP_VALUE_PACKETTYPES_H
 
@@ -21,9 +22,10 @@
 
 namespace Routing::Bgp {
 
-// The type octet of an extended community (RFC 4360 section 2, RFC 7153): how its
-// other octets are to be read.  The bit 0x40 marks the types that do not leave an
-// autonomous system.
+// The type octet of an extended community (RFC 4360 section 2, RFC 7153). It says how the other
+// octets are read. Bit 0x40 marks the types whose communities do not leave an autonomous system
+// ("NonTrans"). Types 0x80 to 0x82 are the generic transitive ones of RFC 7153, which flowspec
+// uses.
 #define ENUM_ROWS(enumMember, enumMarker)                      \
   enumMember(extCommPktTypeTransTwoOctetAs, 0x00)              \
   enumMember(extCommPktTypeTransIpv4Address, 0x01)             \
@@ -47,9 +49,12 @@ KIV_ENUM(BgpExtCommPktType, ENUM_ROWS)
 using enum BgpExtCommPktType;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktType, BgpExtCommPktTypeInstance)
 
-// Subtypes of type 0x00, two-octet AS specific (RFC 4360 section 3.1).  The link
-// bandwidth stands here as a wildcard for configuration: it is not seen in packets,
-// where that subtype belongs to type 0x40, and so it is not valid.
+// The subtypes of type 0x00, two-octet AS specific (RFC 4360 section 3.1). Route target and route
+// origin are of RFC 4360, the OSPF domain identifier of RFC 4577, data collection of RFC 4384, the
+// source AS of RFC 6514, and the L2VPN identifier of RFC 6074; 16 is a vendor's.
+//
+// The row ...LinkBandwidthAny is a wildcard for configurations. Packets have the link bandwidth
+// under type 0x40, so this row is a marker and not valid.
 #define ENUM_ROWS(enumMember, enumMarker)                               \
   enumMember(extCommPktSubtypeTransTwoOctetAsRouteTarget, 2)            \
   enumMember(extCommPktSubtypeTransTwoOctetAsRouteOrigin, 3)            \
@@ -66,7 +71,9 @@ using enum BgpExtCommPktSubtypeTransTwoOctetAs;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransTwoOctetAs,
                            BgpExtCommPktSubtypeTransTwoOctetAsInstance)
 
-// Subtypes of type 0x01, IPv4 address specific (RFC 4360 section 3.2).
+// The subtypes of type 0x01, IPv4 address specific (RFC 4360 section 3.2). The OSPF subtypes are of
+// RFC 4577, the VRF route import of RFC 6514, and the L2VPN identifier of RFC 6074. Flowspec
+// redirection to an address, 12, is of a draft; 16 is a vendor's.
 #define ENUM_ROWS(enumMember, enumMarker)                                \
   enumMember(extCommPktSubtypeTransIpv4AddressRouteTarget, 2)            \
   enumMember(extCommPktSubtypeTransIpv4AddressRouteOrigin, 3)            \
@@ -83,7 +90,8 @@ using enum BgpExtCommPktSubtypeTransIpv4Address;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransIpv4Address,
                            BgpExtCommPktSubtypeTransIpv4AddressInstance)
 
-// Subtypes of type 0x02, four-octet AS specific (RFC 5668).
+// The subtypes of type 0x02, four-octet AS specific (RFC 5668). The numbers mean the same as under
+// type 0x00, except for "generic", 4, which is of a draft.
 #define ENUM_ROWS(enumMember, enumMarker)                                \
   enumMember(extCommPktSubtypeTransFourOctetAsRouteTarget, 2)            \
   enumMember(extCommPktSubtypeTransFourOctetAsRouteOrigin, 3)            \
@@ -99,8 +107,12 @@ using enum BgpExtCommPktSubtypeTransFourOctetAs;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransFourOctetAs,
                            BgpExtCommPktSubtypeTransFourOctetAsInstance)
 
-// Subtypes of type 0x03, opaque (RFC 4360 section 3.3).  The spelling of the last
-// name is the one that configurations hold.
+// The subtypes of type 0x03, opaque (RFC 4360 section 3.3). The cost community is of a draft, the
+// outbound route filter of RFC 7543, and the OSPF route type of RFC 4577; color and encapsulation
+// are of RFC 9012, and the default gateway of RFC 7432.
+//
+// The name of the marker is misspelled
+// ("Opaqe"), because existing configurations have it so.
 #define ENUM_ROWS(enumMember, enumMarker)                                    \
   enumMember(extCommPktSubtypeTransOpaqueCostCommunity, 1)                   \
   enumMember(extCommPktSubtypeTransOpaqueOutboundRouteFilter, 3)             \
@@ -114,7 +126,9 @@ KIV_ENUM(BgpExtCommPktSubtypeTransOpaque, ENUM_ROWS)
 using enum BgpExtCommPktSubtypeTransOpaque;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransOpaque, BgpExtCommPktSubtypeTransOpaqueInstance)
 
-// Subtypes of type 0x06, EVPN (RFC 7432 section 7, RFC 8584, RFC 9251).
+// The subtypes of type 0x06, EVPN (RFC 7432 section 7). Later RFCs have added the router's MAC
+// address (RFC 9135), layer 2 attributes (RFC 8214), E-Tree (RFC 8317), election of the designated
+// forwarder (RFC 8584), ND flags (RFC 9047), multicast flags and EVI route targets (RFC 9251).
 #define ENUM_ROWS(enumMember, enumMarker)              \
   enumMember(extCommPktSubtypeEvpnMacMobility, 0)      \
   enumMember(extCommPktSubtypeEvpnEsiMplsLabel, 1)     \
@@ -134,7 +148,8 @@ KIV_ENUM(BgpExtCommPktSubtypeEvpn, ENUM_ROWS)
 using enum BgpExtCommPktSubtypeEvpn;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeEvpn, BgpExtCommPktSubtypeEvpnInstance)
 
-// Subtypes of type 0x08, flowspec: redirect to the next hop.
+// The subtypes of type 0x08, flowspec redirect to the next hop. No RFC defines it; the IANA
+// registry has it from a draft.
 #define ENUM_ROWS(enumMember, enumMarker)                 \
   enumMember(extCommPktSubtypeFlowspecRedirectNexthop, 0) \
   enumMarker(extCommPktSubtypeFlowspecRedirectUnknown, 256)
@@ -144,7 +159,8 @@ using enum BgpExtCommPktSubtypeTransFlowspecRedirectNexthop;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransFlowspecRedirectNexthop,
                            BgpExtCommPktSubtypeTransFlowspecRedirectNexthopInstance)
 
-// Subtypes of type 0x80, generic (RFC 8955 section 7, RFC 7153).
+// The subtypes of type 0x80, generic (RFC 7153). Flowspec actions are of RFC 8955 section 7, layer
+// 2 info of RFC 4761, and E-Tree info of RFC 7796.
 #define ENUM_ROWS(enumMember, enumMarker)                                  \
   enumMember(extCommPktSubtypeTransGenericFlowspecTrafficRate, 6)          \
   enumMember(extCommPktSubtypeTransGenericFlowspecTrafficAction, 7)        \
@@ -159,7 +175,8 @@ using enum BgpExtCommPktSubtypeTransGeneric;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransGeneric,
                            BgpExtCommPktSubtypeTransGenericInstance)
 
-// Subtypes of type 0x81, generic part 2 (RFC 8955 section 7.4).
+// The subtypes of type 0x81, generic part 2 (RFC 8955 section 7.4): redirection to a route target
+// with an IPv4 address.
 #define ENUM_ROWS(enumMember, enumMarker)                               \
   enumMember(extCommPktSubtypeTransGenericPart2FlowspecRedirectIpv4, 8) \
   enumMarker(extCommPktSubtypeTransGenericPart2Unknown, 256)
@@ -169,7 +186,8 @@ using enum BgpExtCommPktSubtypeTransGenericPart2;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransGenericPart2,
                            BgpExtCommPktSubtypeTransGenericPart2Instance)
 
-// Subtypes of type 0x82, generic part 3 (RFC 8955 section 7.4).
+// The subtypes of type 0x82, generic part 3 (RFC 8955 section 7.4): redirection to a route target
+// with a four-octet AS number.
 #define ENUM_ROWS(enumMember, enumMarker)                                  \
   enumMember(extCommPktSubtypeTransGenericPart3FlowspecRedirectAs4Byte, 8) \
   enumMarker(extCommPktSubtypeTransGenericPart3Unknown, 256)
@@ -179,8 +197,9 @@ using enum BgpExtCommPktSubtypeTransGenericPart3;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeTransGenericPart3,
                            BgpExtCommPktSubtypeTransGenericPart3Instance)
 
-// Subtypes of type 0x40, non-transitive two-octet AS specific (RFC 4360 section
-// 3.1).
+// The subtypes of type 0x40, non-transitive two-octet AS specific (RFC 4360 section 3.1). The link
+// bandwidth is a four-octet floating point number of bytes per second, as a draft of the IDR
+// working group has it.
 #define ENUM_ROWS(enumMember, enumMarker)                                      \
   enumMember(extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth, 4)              \
   enumMember(extCommPktSubtypeNonTransTwoOctetAsVirtualNetworkIdentifier, 128) \
@@ -191,7 +210,7 @@ using enum BgpExtCommPktSubtypeNonTransTwoOctetAs;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeNonTransTwoOctetAs,
                            BgpExtCommPktSubtypeNonTransTwoOctetAsInstance)
 
-// Subtypes of type 0x41, non-transitive IPv4 address specific: none is known.
+// The subtypes of type 0x41, non-transitive IPv4 address specific. No subtype has a name here.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMarker(extCommPktSubtypeNonTransIpv4AddressUnknown, 256)
 KIV_ENUM(BgpExtCommPktSubtypeNonTransIpv4Address, ENUM_ROWS)
@@ -200,8 +219,8 @@ using enum BgpExtCommPktSubtypeNonTransIpv4Address;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeNonTransIpv4Address,
                            BgpExtCommPktSubtypeNonTransIpv4AddressInstance)
 
-// Subtypes of type 0x42, non-transitive four-octet AS specific (RFC 5668).  The
-// spelling of the last name is the one that configurations hold.
+// The subtypes of type 0x42, non-transitive four-octet AS specific (RFC 5668). The name of the
+// marker breaks the pattern ("PktSub"), because existing configurations have it so.
 #define ENUM_ROWS(enumMember, enumMarker)                    \
   enumMember(extCommPktSubtypeNonTransFourOctetAsGeneric, 4) \
   enumMarker(extCommPktSubNonTransFourOctetAsUnknown, 256)
@@ -211,7 +230,8 @@ using enum BgpExtCommPktSubtypeNonTransFourOctetAs;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeNonTransFourOctetAs,
                            BgpExtCommPktSubtypeNonTransFourOctetAsInstance)
 
-// Subtypes of type 0x43, non-transitive opaque (RFC 8097).
+// The subtypes of type 0x43, non-transitive opaque (RFC 4360 section 3.3). Subtype 0 is the origin
+// validation state of RFC 8097.
 #define ENUM_ROWS(enumMember, enumMarker)                       \
   enumMember(extCommPktSubtypeNonTransOriginValidationState, 0) \
   enumMember(extCommPktSubtypeNonTransCostCommunity, 1)         \
@@ -222,9 +242,10 @@ using enum BgpExtCommPktSubtypeNonTransOpaque;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommPktSubtypeNonTransOpaque,
                            BgpExtCommPktSubtypeNonTransOpaqueInstance)
 
-// What an extended community is about, whatever its type: lists group by it.  It is
-// given by whoever builds the object, not computed from the octets.  The last one
-// counts the others and bounds arrays; no community has it.
+// The subject of an extended community, whatever its type. Lists group their members by it. The
+// code that builds a community, in general a rule of the rule tree, chooses the classification; it
+// is not computed from the octets. The marker is the number of classifications and bounds arrays;
+// no community has it.
 #define ENUM_ROWS(enumMember, enumMarker)                   \
   enumMember(extCommClassificationUnSpecified, 0)           \
   enumMember(extCommClassificationRouteTarget, 1)           \
@@ -241,17 +262,20 @@ KIV_ENUM(ExtCommClassification, ENUM_ROWS)
 #undef ENUM_ROWS
 using enum ExtCommClassification;
 KIV_ENUM_INSTANCE_BY_VALUE(ExtCommClassification, ExtCommClassificationInstance)
-// As communities and sub-lists keep it, in six bits; where that is a bit-field, the
-// mask only tells the compiler so.  Rules of one's own may give numbers without a
-// name, but none beyond: lists would group them under another.
+// The six bits in which communities and sub-lists keep a classification. classificationKept has
+// checked the number already; masking it again only tells the compiler that it fits the bit-field.
 inline constexpr U8 classificationMask = 0x3F;
+// The classification as it is kept. A rule of a user's own may give a number without a name. A
+// number above 63 stops the process, since cut to six bits it would be another classification.
 inline U8 classificationKept(ExtCommClassification classification) noexcept {
   KIV_ASSERT(static_cast<U32>(classification) < 64, "classification < 64",
              "OvBgp/OvBgpCommunityPacketTypes");
   return static_cast<U8>(classification);
 }
 
-// Well-known standard communities (RFC 1997, RFC 8326, RFC 9494), host byte order.
+// Well-known standard communities in host byte order: RFC 1997, RFC 8326 (graceful shutdown) and
+// RFC 9494 (long-lived graceful restart). communityInternet, 0, is in no RFC; vendors use it for
+// "all routes".
 #define ENUM_ROWS(enumMember, enumMarker)            \
   enumMember(communityInternet, 0x00000000)          \
   enumMember(communityNoExport, 0xffffff01)          \
@@ -265,7 +289,7 @@ KIV_ENUM(BgpCommunityValue, ENUM_ROWS)
 using enum BgpCommunityValue;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpCommunityValue, BgpCommunityValueInstance)
 
-// The type octet of an IPv6 address specific extended community (RFC 5701).
+// The type octet of an IPv6 address specific extended community (RFC 5701 section 2).
 #define ENUM_ROWS(enumMember, enumMarker)                \
   enumMember(extCommIp6PktTypeTransIpv6Address, 0x00)    \
   enumMember(extCommIp6PktTypeNonTransIpv6Address, 0x40) \
@@ -275,7 +299,9 @@ KIV_ENUM(BgpExtCommIp6PktType, ENUM_ROWS)
 using enum BgpExtCommIp6PktType;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommIp6PktType, BgpExtCommIp6PktTypeInstance)
 
-// Subtypes of type 0x00, IPv6 address specific (RFC 5701).
+// The subtypes of type 0x00, IPv6 address specific. Route target and route origin are of RFC 5701,
+// the VRF route import of RFC 6515, OSPFv3 route attributes of RFC 6565, and the next hop of P2MP
+// trees between areas of RFC 7524. The others are of drafts or a vendor's.
 #define ENUM_ROWS(enumMember, enumMarker)                   \
   enumMember(extCommIp6PktSubtypeRouteTarget, 2)            \
   enumMember(extCommIp6PktSubtypeRouteOrigin, 3)            \
@@ -292,7 +318,7 @@ using enum BgpExtCommIp6PktSubtypeTransIpv6Address;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommIp6PktSubtypeTransIpv6Address,
                            BgpExtCommIp6PktSubtypeTransIpv6AddressInstance)
 
-// Subtypes of type 0x40, non-transitive IPv6 address specific: none is known.
+// The subtypes of type 0x40, non-transitive IPv6 address specific. No subtype has a name here.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMarker(extCommIp6PktSubtypeNonTransIpv6AddressUnknown, 256)
 KIV_ENUM(BgpExtCommIp6PktSubtypeNonTransIpv6Address, ENUM_ROWS)
@@ -301,7 +327,7 @@ using enum BgpExtCommIp6PktSubtypeNonTransIpv6Address;
 KIV_ENUM_INSTANCE_BY_VALUE(BgpExtCommIp6PktSubtypeNonTransIpv6Address,
                            BgpExtCommIp6PktSubtypeNonTransIpv6AddressInstance)
 
-// All of the above.
+// All enumerations of this file, in the order of the registry.
 using BgpPacketEnums = Kiv::EnumList<
     BgpExtCommPktType, BgpExtCommPktSubtypeTransTwoOctetAs, BgpExtCommPktSubtypeTransIpv4Address,
     BgpExtCommPktSubtypeTransFourOctetAs, BgpExtCommPktSubtypeTransOpaque, BgpExtCommPktSubtypeEvpn,
@@ -312,15 +338,19 @@ using BgpPacketEnums = Kiv::EnumList<
     ExtCommClassification, BgpCommunityValue, BgpExtCommIp6PktType,
     BgpExtCommIp6PktSubtypeTransIpv6Address, BgpExtCommIp6PktSubtypeNonTransIpv6Address>;
 
-// The subtype octet of an extended community, whether or not it has a name;
-// unspecified if the community's type has no subtypes.
+// The subtype octet of an extended community, with a name or without one; unspecified if the class
+// of the community has no subtypes. A plain value; owner thread only.
 class OV_EXPORT BgpExtCommPktSubtype final : public BgpMaybeU63 {
  public:
-  BgpExtCommPktSubtype() = default;  // unspecified
-  // Throws Kiv::RangeException if the number is no octet.
+  // An unspecified subtype.
+  BgpExtCommPktSubtype() = default;
+  // The given subtype. Throws Kiv::RangeException if the number is above 255, unless bit 63 is set,
+  // which means "unspecified".
   explicit BgpExtCommPktSubtype(U64 word) : BgpMaybeU63(word, Unchecked{}) { checkValue(); }
 
+  // The smallest octet, 0.
   U64 min() const override;
+  // The largest octet, 255.
   U64 max() const override;
 };
 

@@ -7,6 +7,7 @@
 namespace Routing::Bgp {
 namespace {
 
+// All members of an ExtCommDedupTable are ExtComm objects.
 const ExtComm& extCommOf(const Dorn::DedupHandle& handle) {
   return static_cast<const ExtComm&>(handle);
 }
@@ -27,7 +28,8 @@ KIV_OBJECT_DEFINE(ExtCommDedupTable)
 ExtCommLifeTimeNotifiee::ExtCommLifeTimeNotifiee(const NotifyingRouteTargetList::Ptr& list)
     : DedupHashTableLifeTimeNotifiee(Interest::notable), producerRtList_(list) {}
 
-// If this fails, the value does not stay interned, and so must not stay listed.
+// An observer of the set may throw after the route target was added. The table then undoes the
+// insertion, so the route target must not stay in the set either.
 void ExtCommLifeTimeNotifiee::handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) {
   const ExtComm& extComm = extCommOf(*handle);
   if (!isRouteTarget(extComm)) return;
@@ -39,6 +41,7 @@ void ExtCommLifeTimeNotifiee::handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& ha
   }
 }
 
+// isRouteTarget is checked again here, since a subclass could make any object notable.
 void ExtCommLifeTimeNotifiee::handleRemove(Dorn::DedupHandle* handle) {
   const ExtComm& extComm = extCommOf(*handle);
   if (isRouteTarget(extComm)) producerRtList_->rtDel(routeTargetOf(extComm));
@@ -53,6 +56,9 @@ ExtCommDedupTable::ExtCommDedupTable(const Kiv::Ptr<const BgpParseExtendedCommun
   handleInitialized();
 }
 
+// The table refers to the observer by a plain pointer, so lifeTimeNotifiee_ keeps the observer
+// alive. The order of the members' destruction is of no importance: either end stops the
+// observation.
 void ExtCommDedupTable::handleInitialized() {
   producerRtList_ = notifyingRouteTargetListFactory();
   lifeTimeNotifiee_ = ExtCommLifeTimeNotifiee::Ptr(new ExtCommLifeTimeNotifiee(producerRtList_));
@@ -64,6 +70,9 @@ ExtCommDedupTable::Ptr extCommDedupTableFactory(
   return Dorn::notifyingObject<ExtCommDedupTable>(rule);
 }
 
+// The fast path did not find the value in its first bucket, or the table locks. plainNoted() is
+// called while the object is not interned and so not shared; a rule may also return an object that
+// is interned already, and other threads may be reading that one.
 const ExtComm* ExtCommDedupTable::dedupOutOfLine(ExtCommContent content, U32 hash) const {
   Miss miss;
   const auto isWanted = describedBy<ExtComm>(content);
@@ -84,7 +93,8 @@ const ExtComm* ExtCommDedupTable::dedupOutOfLine(ExtCommContent content, U32 has
 
 namespace {
 
-// The library has the function, too, for whoever calls it without the header.
+// Taking the address makes the library export a definition of the inline function, for callers that
+// were compiled without its body.
 [[gnu::used]] constexpr auto dedupContentExported = &ExtComm::dedupContent;
 
 }  // namespace

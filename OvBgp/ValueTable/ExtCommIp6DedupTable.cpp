@@ -17,7 +17,9 @@ ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
   return Dorn::notifyingObject<ExtCommIp6DedupTable>(rule);
 }
 
-// Stands here, above the rule tree, which knows communities but no table.
+// Defined here and not with the value, because it needs both the table and the rule tree, and the
+// rule tree's headers include the value's. It has no inlined fast path as ExtComm::dedupContent
+// has, since these communities are rare.
 ExtCommIp6::PtrConst ExtCommIp6::dedupContent(const ExtCommIp6DedupTable* table,
                                               const ExtCommIp6Content& content) {
   ExtCommIp6DedupTable::Miss miss;

@@ -9,17 +9,19 @@
 
 namespace Routing::Bgp {
 
-// Usually one a process, shared by all users; values come by
-// ExtCommIp6::dedupContent. When it goes, values that users still hold stay alive,
-// un-interned.
+// A process usually has one such table, shared by all users, who get values by
+// ExtCommIp6::dedupContent. After the table is destroyed, values that users still hold stay alive,
+// no longer interned. Threads: as ExtCommDedupTableBase says. It has no observer of its own.
 class OV_EXPORT ExtCommIp6DedupTable final : public ExtCommDedupTableBase {
   KIV_OBJECT(ExtCommIp6DedupTable)
 
  public:
+  // An empty table. Users call extCommIp6DedupTableFactory instead.
   explicit ExtCommIp6DedupTable(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
 
-  // The member of this content, or null. `hash` is the content's hash(), as for any table;
-  // this one is probed with another.
+  // The member with this content, or null. It hides the function of the base, because this table
+  // probes with probeHash(). The second argument, the content's hash(), is therefore ignored; it
+  // exists so that both tables can be called alike.
   Dorn::DedupHandle::Ptr lookupByContent(const ExtCommIp6Content& key, U32 /*hash*/) const {
     return ExtCommDedupTableBase::lookupByContent(key, key.probeHash());
   }
@@ -28,7 +30,8 @@ class OV_EXPORT ExtCommIp6DedupTable final : public ExtCommDedupTableBase {
   friend class ExtCommIp6;
 };
 
-// A new, empty table of what `rule` makes, with notification on.
+// A new, empty table with notification switched on. `rule` is the root of the rule tree that makes
+// the objects. Throws std::bad_alloc.
 OV_EXPORT ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
     const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
 

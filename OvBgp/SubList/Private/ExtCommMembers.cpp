@@ -5,6 +5,8 @@
 namespace Routing::Bgp {
 namespace {
 
+// A sequence of random odd numbers (SplitMix64), seeded with the hash key of the process. Odd,
+// because multiplying by an even number would lose bits of the address.
 std::array<U64, 32> factorsDrawn() {
   std::array<U64, 32> factors{};
   U64 state = Kiv::hashKey.mask;
@@ -17,7 +19,8 @@ std::array<U64, 32> factorsDrawn() {
 
 }  // namespace
 
-// Right after the key, as initialisers of others may intern.
+// Initialised directly after the hash key and before all ordinary initialisers, because these may
+// already intern lists.
 [[gnu::init_priority(102)]] const std::array<U64, 32> placeFactors = factorsDrawn();
 
 }  // namespace Routing::Bgp

@@ -1,5 +1,5 @@
-// What extended lists and their sub-lists do alike with their members: tell them apart,
-// hash them, write them.  Private to the library.
+// Operations on the members of extended lists and of their sub-lists: comparing, hashing and
+// writing them. Private to the library.
 #ifndef OVBGP_SUBLIST_PRIVATE_EXTCOMMMEMBERS_H
 #define OVBGP_SUBLIST_PRIVATE_EXTCOMMMEMBERS_H
 
@@ -21,11 +21,13 @@
 #include "KivStash/Vector.h"
 #include "OvBgp/SubList/ExtCommVector.h"
 
+// An assertion with the source name that the interface gives to all list classes.
 #define ASSERT_LIST(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/OvBgpCommunityList")
 
 namespace Routing::Bgp {
 
-// Counted pointers as the plain ones that they hold, which the owner keeps.
+// Views counted pointers as plain ones without copying them or counting references. The result is
+// valid as long as `comms`. Sound because a counted pointer is one plain pointer (static_assert).
 template <class Value>
 std::span<const Value* const> pointersOf(std::span<const Kiv::Ptr<const Value>> comms) noexcept {
   using Ptr = Kiv::Ptr<const Value>;
@@ -33,13 +35,16 @@ std::span<const Value* const> pointersOf(std::span<const Kiv::Ptr<const Value>> 
   return {reinterpret_cast<const Value* const*>(comms.data()), comms.size()};
 }
 
-// One odd factor a place, which have nothing in common, and others in each process: what
-// is received decides in which order objects get their addresses.
+// One random odd multiplier per position, drawn per process. Received data influences the order of
+// allocations and so the addresses; secret multipliers keep a sender from constructing collisions.
 extern const std::array<U64, 32> placeFactors;
 
-// A hash of the members' addresses for the tables' own use, some ten times as fast
-// as the byte hash: a sum of products, none of which waits for another, and of which
-// the high half is good.
+// A hash of the members' addresses, by which tables probe; about ten times as fast as the byte
+// hash. It is a sum of products, one per member. The products do not depend on each other, so the
+// processor computes several at once. Only the high half of the sum is well mixed and is used.
+//
+// A list longer than placeFactors uses them again. The sum is mixed before that, so that exchanging
+// two members 32 positions apart changes the hash.
 template <class Value>
 U32 addressHash(std::span<const Value* const> comms) noexcept {
   U64 h = comms.size();
@@ -53,22 +58,26 @@ U32 addressHash(std::span<const Value* const> comms) noexcept {
   return static_cast<U32>(h >> 32);
 }
 
+// Whether both are the same objects in the same order. Compares addresses and reads no member.
 template <class Value>
 bool sameObjects(std::span<const Value* const> a, std::span<const Value* const> b) noexcept {
   return a.size() == b.size() &&
          (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
 }
 
+// The members of a vector as plain pointers, valid until the vector changes.
 template <class Value>
 std::span<const Value* const> pointersIn(const ExtCommVector<Value>& comms) noexcept {
   return pointersOf<Value>({comms.data(), comms.size()});
 }
 
+// Whether two vectors of counted pointers hold the same objects in the same order.
 template <class List>
 bool samePointers(const KivStash::Vector<List>& a, const KivStash::Vector<List>& b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
+// Writes the members' diagnostic texts with one blank between two of them.
 template <class Value>
 void writeJoined(std::ostream& out, const ExtCommVector<Value>& comms) {
   bool isFirst = true;
@@ -79,16 +88,19 @@ void writeJoined(std::ostream& out, const ExtCommVector<Value>& comms) {
   }
 }
 
+// Unformatted output, so that the stream's width and fill play no part.
 inline void write(std::ostream& out, std::string_view text) {
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
+// The text that list.writeText writes, as a string. Throws std::bad_alloc.
 template <class List>
 Kiv::String textOf(const List& list) {
   return streamedText([&list](std::ostream& out) { list.writeText(out); });
 }
 
-// Too large a storage is no reason to lose what is in it.
+// Frees unused capacity. If the smaller storage cannot be allocated, the vector keeps the larger
+// one: wasted memory is no reason to fail.
 template <class Vector>
 void shrink(Vector& vector) noexcept {
   try {

@@ -1,5 +1,5 @@
-// Text of many large communities (RFC 8092 section 5); of a single one, see
-// OvBgp/Value/LargeCommunityFormatter.h.  Private to the library.
+// Texts of lists of large communities (RFC 8092 section 5). Private to the library; the text of a
+// single community is in OvBgp/Value/LargeCommunityFormatter.h.
 #ifndef OVBGP_VALUE_PRIVATE_LARGECOMMUNITYTEXT_H
 #define OVBGP_VALUE_PRIVATE_LARGECOMMUNITYTEXT_H
 
@@ -11,10 +11,11 @@
 
 namespace Routing::Bgp {
 
-// Without asdot; one blank between communities, none before or after.  Reserves the
-// room for all of them in one request and then writes without looking at it again.
+// Appends all communities in decimal, with one blank between two of them. Reserves the room for all
+// of them in one request and then writes without checking the room again.
 void appendLargeCommunities(OvFmt::DynamicBufferInterface& to,
                             std::span<const Acl::CommunityValue> comms);
+// The same text as a string. Throws std::bad_alloc.
 Kiv::String largeCommunitiesText(std::span<const Acl::CommunityValue> comms);
 
 }  // namespace Routing::Bgp

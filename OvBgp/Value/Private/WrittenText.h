@@ -1,4 +1,4 @@
-// Texts of several values, written into the memory where they stay.  Private to the
+// Texts of several values, written directly into the string that is returned. Private to the
 // library.
 #ifndef OVBGP_VALUE_PRIVATE_WRITTENTEXT_H
 #define OVBGP_VALUE_PRIVATE_WRITTENTEXT_H
@@ -10,7 +10,8 @@
 
 namespace Routing::Bgp {
 
-// Writes `values`, each by `write(at, value)`, with one blank between; returns the end.
+// Writes all `values` with one blank between two of them and returns the end of the text.
+// `write(at, value)` writes one value and returns its end. The caller provides the room.
 template <class Value, class Write>
 char* writeBlankSeparated(char* at, std::span<const Value> values, const Write& write) {
   char* const begin = at;
@@ -21,9 +22,11 @@ char* writeBlankSeparated(char* at, std::span<const Value> values, const Write& 
   return at;
 }
 
-// A string of at most `room` octets, as `write(at)` writes it and returns its end. Made
-// where it stays: what is written piece by piece and then copied at once has to be
-// waited for.
+// Returns the string that `write(at)` writes. `write` returns the end of its text and writes at
+// most `room` octets.
+//
+// The text is written directly into the string. Copying it from a buffer, with wide loads right
+// after narrow stores, would cause store-forwarding stalls.
 template <class Write>
 KIV_INLINE Kiv::String writtenString(std::size_t room, const Write& write) {
   Kiv::String text(room, '\0');
@@ -31,8 +34,11 @@ KIV_INLINE Kiv::String writtenString(std::size_t room, const Write& write) {
   return text;
 }
 
-// What writeBlankSeparated writes; a value and a blank take `entryMax` octets at most.
-// The room for one value is known to the compiler, and needs no heap where it is small.
+// Returns the text of writeBlankSeparated as a string. A value and a blank take at most `entryMax`
+// octets.
+//
+// A single value is the common case. Its room is a constant, so a small string is made in place,
+// without a heap allocation and with a size known to the compiler.
 template <std::size_t entryMax, class Value, class Write>
 Kiv::String blankSeparated(std::span<const Value> values, const Write& write) {
   if (values.size() == 1) {

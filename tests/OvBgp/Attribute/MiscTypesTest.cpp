@@ -20,7 +20,7 @@ using Routing::Bgp::BgpMaybeU63;
 
 constexpr U64 unspecifiedWord = U64{1} << 63;
 
-// A kind whose bounds leave out 0 and include the largest number there is.
+// A kind whose bounds exclude 0 and include the largest number of 63 bits.
 class Wide : public BgpMaybeU63 {
  public:
   explicit Wide(U64 word) : Wide(word, Unchecked{}) { checkValue(); }
@@ -32,7 +32,8 @@ class Wide : public BgpMaybeU63 {
   Wide(U64 word, Unchecked unchecked) : BgpMaybeU63(word, unchecked) {}
 };
 
-// A kind of a kind, wider at the lower end: the base's bounds play no part.
+// A kind derived from another kind, with a smaller lower bound. The bounds of its base must play no
+// part, not even while the base is constructed.
 class Wider final : public Wide {
  public:
   explicit Wider(U64 word) : Wide(word, Unchecked{}) { checkValue(); }
@@ -77,8 +78,8 @@ TEST(BgpMaybeU63, UnspecifiedIsMappedByKind) {
   EXPECT_EQ(Wide(11).valueWithUnspecifiedMapped(), 11u);
 }
 
-// Each pair of the ascending values below, of several kinds, in all operators:
-// none may fall back on the conversion, which aborts on the unspecified ones.
+// Compares pairs of values of several kinds by all operators. An operator that used the conversion
+// to U64 would abort on the unspecified values.
 TEST(BgpMaybeU63, OrdersUnspecifiedFirstAcrossKinds) {
   const auto check = [](const auto& a, const auto& b, int order) {
     EXPECT_EQ(a == b, order == 0);

@@ -24,7 +24,7 @@ TEST(BgpPathAttributeEnums, ModuleListsThemInItsOrder) {
                                              "OriginCode 4", "PrefixSidTlvType 4"}));
 }
 
-// Number 11 is not assigned, so positions and numbers part there.
+// Number 11 is not assigned, so from there on a member's position is less than its number.
 TEST(BgpPathAttributeEnums, InstancesCountPositionsNotValues) {
   EXPECT_EQ(BgpPathAttrTypeInstance(10), BgpPathAttrType::clusterList);
   EXPECT_EQ(BgpPathAttrTypeInstance(11), BgpPathAttrType::advertiser);

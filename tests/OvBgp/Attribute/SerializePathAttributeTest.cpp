@@ -82,7 +82,8 @@ TEST(SerializePathAttributeAutoExtLen, FillsInTheShortestHeader) {
     const std::string header =
         size < 256 ? octets({0xC0, 16, static_cast<int>(size)})
                    : octets({0xD0, 16, static_cast<int>(size >> 8), static_cast<int>(size & 0xff)});
-    for (int again = 0; again < 2; ++again) {  // it leaves the writer as it was
+    // Twice, because writing the header must leave the writer as it was.
+    for (int again = 0; again < 2; ++again) {
       EXPECT_EQ(attribute.patchHdrAndStringify(BgpPathAttrType::extCommunity, optionalTransitive),
                 header + value(size));
       EXPECT_EQ(attribute.serializeAttributeValue(), value(size));

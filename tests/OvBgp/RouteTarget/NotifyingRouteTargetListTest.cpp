@@ -10,7 +10,8 @@
 namespace Routing::Bgp {
 namespace {
 
-// Notes what it hears and what the list then holds, and runs the test's handler.
+// An observer that records each notice, with whether the set has the route target at that moment,
+// and then runs the test's handler.
 class TargetListObserver : public Kiv::Notifiee {
  public:
   explicit TargetListObserver(const NotifyingRouteTargetList::Ptr& list) : list_(list.ptr()) {

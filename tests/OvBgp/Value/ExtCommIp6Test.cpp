@@ -30,7 +30,8 @@ Kiv::String streamed(const Streamed& value) {
   return out.str();
 }
 
-// Values of the one-at-a-time hash, computed with another implementation.
+// The hash values are a contract. They were computed by an independent implementation of the
+// one-at-a-time hash.
 TEST(ExtCommIp6Content, HashIsOneAtATimeOverTheOctets) {
   const struct {
     ExtCommIp6Content content;
@@ -51,7 +52,8 @@ TEST(ExtCommIp6Content, HashIsOneAtATimeOverTheOctets) {
   }
 }
 
-// Every bit counts, and values that differ little do not meet.
+// Contents that differ in one or two bits, or only in the local administrator, must hardly collide:
+// routers number their communities in sequence.
 TEST(ExtCommIp6Content, ProbeHashSpreadsNeighbours) {
   std::set<U32> hashes;
   std::set<ExtCommIp6Content> contents;
@@ -75,7 +77,8 @@ TEST(ExtCommIp6Content, ProbeHashSpreadsNeighbours) {
     octets[19] = static_cast<U8>(i >> 8);
     add();
   }
-  // Mostly none or one collides; by some of the keys that are drawn, dozens.
+  // With most keys, at most one pair collides; with a few unlucky keys, dozens do. The test draws a
+  // new key in each run, so it allows 0.5 %.
   EXPECT_GT(hashes.size() + contents.size() / 200, contents.size());
 }
 
@@ -134,7 +137,7 @@ TEST(ExtCommIp6Content, ReaderTakesNumbersAndNamesWhatIsWrong) {
     EXPECT_EQ("error: " + error, read(text, &target)) << text;
     EXPECT_EQ(before, target);
   }
-  // The raw octet happens to be a digit.
+  // The text of a content is read back only if its raw octets happen to be digits, as here.
   EXPECT_EQ("", read(valueToStrep(content('7', '0', "::1", 1)), &target));
   EXPECT_EQ(content(7, 0, "::1", 1), target);
 }

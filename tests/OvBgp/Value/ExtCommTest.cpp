@@ -20,7 +20,7 @@ namespace {
 
 using Format = ExtComm::StrepFormat;
 
-// Interned by the million.
+// The objects are interned by the million, so none of the classes may grow.
 static_assert(sizeof(void*) != 8 || sizeof(ExtComm) == 24);
 static_assert(sizeof(void*) != 8 || sizeof(ExtCommSubtyped) == 24);
 static_assert(sizeof(void*) != 8 || sizeof(ExtCommIpv4Address) == 24);
@@ -134,7 +134,7 @@ TEST(ExtComm, PolicyTextNeedsBothFlagsOfTheUserInterface) {
   }
 }
 
-// Answers the format that it is asked for.
+// A community whose text is the number of the format that it was called with.
 class FormatProbe final : public ExtComm {
  public:
   FormatProbe() : ExtComm(unSpecified, ExtCommContent()) {}
@@ -155,7 +155,7 @@ TEST(ExtComm, UserInterfaceTextIsAPolicyText) {
   }
 }
 
-// Each type with its function and the subtypes that have a name.
+// A type octet, the function that names its subtypes, and all subtypes that have a name.
 struct SubtypedType {
   U8 type;
   Kiv::String (ExtComm::*function)() const;
@@ -291,7 +291,8 @@ TEST(ExtCommSubtypeDeathTest, FunctionsStopTheProcessOnAnythingElse) {
                ".*ExtComm::pktSubtypeTransOpaqueString\\(\\) const");
 }
 
-// Lists would group it under another one.
+// A classification is kept in six bits. If a larger number were cut, lists would group the
+// community under another classification.
 TEST(ExtCommDeathTest, AClassificationThatIsNotKeptStopsTheProcess) {
   constexpr ExtCommClassification most{63};
   constexpr ExtCommClassification tooMany{64};

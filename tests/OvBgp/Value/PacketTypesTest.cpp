@@ -17,7 +17,8 @@ namespace {
 using Kiv::RangeException;
 using Routing::Bgp::ExtCommContent;
 
-// The numbers of each enumeration, ascending; "!" marks those that are not valid.
+// The numbers of each enumeration in ascending order. "!" marks markers, which are not valid. The
+// numbers are written out a second time here, since they are on the wire and in configurations.
 constexpr struct {
   const char* enumeration;
   const char* numbers;
@@ -76,7 +77,8 @@ TEST(PacketTypes, NamesKeepTheirSpelling) {
   EXPECT_EQ(BgpExtCommIp6PktTypeInstance(0x40), extCommIp6PktTypeNonTransIpv6Address);
 }
 
-// Instances count values here, not positions, whatever the order of the rows.
+// A number given to an instance function is a value, not a position. For path attributes it is a
+// position.
 TEST(PacketTypes, InstancesAreByValue) {
   using namespace Routing::Bgp;
   EXPECT_EQ(BgpExtCommPktTypeInstance(8), extCommPktTypeTransFlowspecRedirectNexthop);
@@ -85,7 +87,7 @@ TEST(PacketTypes, InstancesAreByValue) {
   EXPECT_THROW(BgpExtCommPktTypeInstance("extCommPktTypeTransOpaqe"), RangeException);
 }
 
-// What every enumeration of the library promises.
+// The contract of every enumeration of the library, run once for each.
 template <class E>
 class EnumContract : public testing::Test {};
 
@@ -105,7 +107,8 @@ struct EnumName {
 };
 TYPED_TEST_SUITE(EnumContract, AllEnums, EnumName);
 
-// Argument-dependent lookup alone finds the functions, as it must for users.
+// The calls have no namespace and the test is outside the library's, so argument-dependent lookup
+// alone must find the functions, as in a user's code.
 TYPED_TEST(EnumContract, EveryMemberReadsBackFromItsName) {
   for (const Kiv::EnumRow& row : Kiv::enumInfo<TypeParam>.rows()) {
     const TypeParam member{row.value};

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* lengthError = "RouteTargetPrefix::length < 0 or > 64 not allowed";
 
-// What() of the Kiv::RangeException that `action` throws; empty if it does not.
+// The text of the Kiv::RangeException that `action` throws; empty if it throws nothing.
 template <class Action>
 Kiv::String rangeError(const Action& action) {
   try {
@@ -56,7 +56,7 @@ TEST(RouteTargetPrefix, LengthMasksWhatItLeavesOut) {
   EXPECT_EQ("0/0", RouteTargetPrefix(0x0202'0001'1170'0001, 0).toStrep(true));
 }
 
-// A growing length does not bring bits back.
+// Setting a greater length later does not restore bits that a smaller length has cleared.
 TEST(RouteTargetPrefix, MaskedBitsAreGone) {
   RouteTargetPrefix prefix = masked(~U64{0}, 8);
   prefix.bitlenIs(64);

@@ -20,7 +20,8 @@
 namespace Routing::Bgp {
 namespace {
 
-// Counts what it is asked to parse.
+// A type rule that counts its calls. `meanwhile`, if set, runs once during a call, as another
+// thread could between a lookup and the insertion after it.
 class CountingQosRule final : public BgpParseExtendedCommunityTypeRuleBase {
   KIV_OBJECT(CountingQosRule)
 
@@ -39,8 +40,8 @@ class CountingQosRule final : public BgpParseExtendedCommunityTypeRuleBase {
 };
 KIV_OBJECT_DEFINE(CountingQosRule)
 
-// Runs the test's handler under the table's notification lock, and keeps a picture
-// of the list by what it hears.
+// An observer of the table's set of route targets. It maintains its own copy of the set by notices
+// alone, so that the two can be compared, and runs the test's handler under the notification lock.
 class TargetObserver : public Kiv::Notifiee {
  public:
   explicit TargetObserver(const ExtCommDedupTable::Ptr& table)
@@ -186,7 +187,8 @@ TEST_F(ExtCommDedupTableTest, AnObserverMayInternAndReleaseOthers) {
   EXPECT_TRUE(listed().empty());
 }
 
-// Neither table nor list keeps what was refused, and those told of it hear that.
+// A value that an observer refuses is neither in the table nor in the set. Observers that were
+// notified of the addition before the exception are notified of the removal.
 TEST_F(ExtCommDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
   TargetObserver before(table_);
   TargetObserver throwing(table_);
@@ -213,7 +215,7 @@ TEST_F(ExtCommDedupTableTest, ATableThatGoesLeavesItsValuesAndEmptiesItsList) {
   EXPECT_TRUE(observer.present.empty());
   EXPECT_EQ(routeTargetA, a->getContent().value());
 
-  // The inner table, kept by somebody, goes on without the list.
+  // A user may keep the inner table. It still interns, but no longer maintains the set.
   const auto made =
       inner->dedup(parser_->extCommParser()->parseExtendedCommunity(ExtCommContent(routeTargetB)));
   EXPECT_TRUE(made->isDeduped());
@@ -286,8 +288,9 @@ TEST_F(ExtCommIp6DedupTableTest, ManyValuesStayApart) {
 
 // --- Several threads ---
 
-// Interns few values over and over, so that last releases, lookups and successors
-// meet. `intern(i)` gives value i; `isWrong(i, value)` looks at it.
+// Interns and releases six values in random order, so that the threads' last releases, lookups and
+// new insertions of the same value coincide. `intern(i)` interns value i, and `isWrong(i, value)`
+// checks the result. Returns the number of wrong results.
 template <class Ptr, class Intern, class IsWrong>
 int work(unsigned seed, const Intern& intern, const IsWrong& isWrong) {
   std::mt19937 random(seed);
@@ -302,6 +305,7 @@ int work(unsigned seed, const Intern& intern, const IsWrong& isWrong) {
   return wrong;
 }
 
+// Runs `one(seed)` in four threads, each with another seed, and expects 0 from each.
 template <class Work>
 void inThreads(const Work& one) {
   std::array<int, 4> wrong{};
@@ -313,8 +317,8 @@ void inThreads(const Work& one) {
   EXPECT_EQ((std::array<int, 4>{}), wrong);
 }
 
-// The observer brings one value back whenever it goes, and drops it again whenever
-// another one comes; what it has heard must always be what is listed.
+// The observer interns value 0 again whenever it is removed, and releases it whenever value 1 is
+// added. Its own copy of the set must always have the size of the table's set.
 TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
   const MultiThreaded on;
   const auto parser = bgpParseExtCommContainerSmFactory();
@@ -325,7 +329,7 @@ TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
   };
   TargetObserver observer(table);
   ExtComm::PtrConst kept;
-  bool finished = false;  // written when the threads have ended
+  bool finished = false;  // written after the threads have ended, so no atomic is needed
   int wrong = 0;
   observer.handler = [&](U64 value, bool isThere) {
     if (observer.present.size() != table->producerRtList()->rt().size()) ++wrong;
