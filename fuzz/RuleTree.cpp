@@ -1,7 +1,10 @@
-// A random program over the rule tree: plugins that come, go and fall silent; roots,
-// with a registry and without; rules hung and taken away by hand.  What the tree makes
-// of a value is what a search through all rules, as they were hung, says; and in the
-// end nothing is left.
+// Fuzz target for the rule tree of the extended community parser.
+//
+// The input is a random program: it creates, destroys and switches plugins, creates and destroys
+// roots with and without a registry, and adds and removes rules directly. A model, which lists all
+// rules of each tree, predicts which rule must build an object. After each step the target compares
+// the parser's result for one value with the model, and at the end for every rule. Nothing may be
+// left in memory afterwards.
 #include <algorithm>
 #include <array>
 #include <map>
@@ -21,14 +24,16 @@ using Fuzz::require;
 
 constexpr U32 octetValues = 256;
 
-// ---- Rules that can be told by what they make.
+// ---- Rules whose objects show which rule built them.
 
-// What a rule is: its number, and whether it declines all that it is asked for.
+// The behaviour of a test rule: it builds objects with its number, or always returns null.
 struct Maker {
   U32 number = 0;
   bool declines = false;
 };
 
+// A community that remembers the number of the rule that built it. The type record is defined by
+// hand because KIV_OBJECT_DEFINE does not support templates.
 template <class Value, class Content>
 class Made final : public Value {
   KIV_OBJECT(Made)
@@ -47,7 +52,7 @@ const Kiv::Type& Made<Value, Content>::fwkType() const noexcept {
   return kivType();
 }
 
-// Of either level.
+// A test rule; `Base` is the base of a type rule or of a leaf.
 template <class Base, class Value, class Content>
 class TestRule final : public Base {
   KIV_OBJECT(TestRule)
@@ -75,17 +80,21 @@ const Kiv::Type& TestRule<Base, Value, Content>::fwkType() const noexcept {
   return kivType();
 }
 
+// A test leaf of one kind.
 template <class Kind>
 using Leaf =
     TestRule<typename Kind::SubtypeRuleBase, typename Kind::Object, typename Kind::Content>;
+// A test type rule for 8-octet or 20-octet values.
 template <class Value>
 using TypeRule =
     TestRule<typename Value::TypeRuleBase, typename Value::Object, typename Value::Content>;
 
-// ---- Kinds by their position.
+// ---- Kinds, selected by a number of the input.
 
+// The width of a community in octets.
 enum Width : U8 { eight, twenty };
 
+// The facts about a kind that the model needs.
 struct KindRow {
   Width width;
   U32 type;
@@ -105,6 +114,7 @@ constexpr auto kindRows(BgpParseKindList<Kind...>) {
 }
 constexpr auto kinds = kindRows(BgpParseTypeKinds{});
 
+// Calls `visit` with the kind at `position` of BgpParseTypeKinds.
 template <class Visit, class... Kind>
 void visitKind(U32 position, const Visit& visit, BgpParseKindList<Kind...>) {
   U32 at = 0;
@@ -115,6 +125,7 @@ void visitKind(U32 position, const Visit& visit) {
   visitKind(position, visit, BgpParseTypeKinds{});
 }
 
+// Returns the position of `Kind` in BgpParseTypeKinds.
 template <class Kind>
 U32 positionOf() {
   const auto* const row = std::ranges::find_if(kinds, [](const KindRow& one) {
@@ -125,21 +136,25 @@ U32 positionOf() {
 
 // ---- Plugins.
 
+// A leaf to add: its kind by position, its subtype (256 is the marker) and its behaviour.
 struct LeafSpec {
   U32 kind;
   U32 subtype;
   Maker maker;
 };
+// A type rule to add.
 struct TypeSpec {
   Width width;
   U32 type;
   Maker maker;
 };
+// All rules that one plugin adds.
 struct Spec {
   std::vector<LeafSpec> leaves;
   std::vector<TypeSpec> types;
 };
 
+// Adds the leaf to a type rule.
 template <class Kind>
 void hang(const typename Kind::Rule& rule, const LeafSpec& spec,
           const BgpParseExtCommControl& control) {
@@ -147,6 +162,7 @@ void hang(const typename Kind::Rule& rule, const LeafSpec& spec,
       new Leaf<Kind>(control, typename Kind::Subtype{spec.subtype}, spec.maker)));
 }
 
+// Adds the type rule to a root.
 void hang(const BgpParseExtendedCommunityRule& root, const TypeSpec& spec,
           const BgpParseExtCommControl& control) {
   if (spec.width == eight) {
@@ -158,6 +174,7 @@ void hang(const BgpParseExtendedCommunityRule& root, const TypeSpec& spec,
   }
 }
 
+// A plugin that adds the rules of its Spec, which the model reads as well.
 class Plugin final : public BgpParseExtCommPluginBaseSm {
   KIV_OBJECT(Plugin)
 
@@ -202,20 +219,23 @@ class Plugin final : public BgpParseExtCommPluginBaseSm {
 };
 KIV_OBJECT_DEFINE(Plugin)
 
-// ---- The tree as it should be.
+// ---- The model of a tree.
 
+// A type rule of the model.
 struct Node {
-  std::optional<U32> kind;        // none: a rule of the target's own
-  Maker maker;                    // which is this
+  std::optional<U32> kind;        // none: a TypeRule of this file
+  Maker maker;                    // its behaviour, if kind is none
   std::map<U32, Maker> leaves{};  // by subtype
 };
 
-// A root, and all rules below it in a list.
+// A root and the rules that it must have.
 struct Tree {
   BgpParseExtendedCommunityRule::Ptr root;
   bool announced = false;
   std::map<std::pair<Width, U32>, Node> nodes{};  // by type
 
+  // Adds the leaves of a plugin. A leaf reaches the tree only if its kind is announced and the
+  // kind's own type rule is still in the tree.
   void leavesAre(const Spec& spec) {
     for (const LeafSpec& leaf : spec.leaves) {
       const KindRow& row = kinds[leaf.kind];
@@ -224,13 +244,14 @@ struct Tree {
       node->second.leaves[leaf.subtype] = leaf.maker;
     }
   }
+  // Adds the type rules of a plugin, which replace the rules of their types.
   void typesAre(const Spec& spec) {
     for (const TypeSpec& type : spec.types) {
       nodes[{type.width, type.type}] = Node{std::nullopt, type.maker};
     }
   }
 
-  // Who makes an object of the value; nothing if it is generic.
+  // Returns the number of the rule that must build the object; none if the object must be generic.
   std::optional<U32> makerOf(Width width, U8 type, U8 subtype) const {
     const bool isNamed = width == eight ? bgpIsValidEnumMember(BgpExtCommPktType{type})
                                         : bgpIsValidEnumMember(BgpExtCommIp6PktType{type});
@@ -243,7 +264,7 @@ struct Tree {
     }
     return numberOf(leaf->second);
   }
-  // The class of what nobody makes.
+  // Returns the class of a generic object. The mask ignores the non-transitive bit.
   std::string_view genericClass(Width width, U8 type) const {
     const auto node = nodes.find({width, type});
     const bool isKind = node != nodes.end() && node->second.kind;
@@ -266,6 +287,7 @@ struct Tree {
   }
 };
 
+// Checks an object that the parser built against the model.
 template <class Value, class Content>
 void checkMade(const Tree& tree, Width width, U8 type, U8 subtype, const Kiv::Ptr<Value>& object,
                const Content& content) {
@@ -281,6 +303,7 @@ void checkMade(const Tree& tree, Width width, U8 type, U8 subtype, const Kiv::Pt
   }
 }
 
+// Parses a value of each width with these octets and checks the objects.
 void check(const Tree& tree, U8 type, U8 subtype) {
   const ExtCommContent content(U64{type} << 56 | U64{subtype} << 48 | 0x0001'0203'0405);
   checkMade(tree, eight, type, subtype, tree.root->parseExtendedCommunity(content), content);
@@ -300,6 +323,7 @@ class Program {
       for (const Tree& tree : trees_) check(tree, type(), subtypeOctet());
     }
     for (const Tree& tree : trees_) checkAll(tree);
+    // Destroy trees and plugins in either order.
     if (input_.flag()) trees_.clear();
     plugins_.clear();
   }
@@ -309,6 +333,7 @@ class Program {
   static constexpr U32 mostPlugins = 5;
   static constexpr U32 mostTrees = 3;
 
+  // Executes one step of the program.
   void take() {
     switch (input_.below(10)) {
       case 0:
@@ -333,12 +358,13 @@ class Program {
     }
   }
 
-  // Mostly types and subtypes that there are rules for.
+  // Returns a type octet, mostly one with a type rule.
   U8 type() {
     const U8 octet = input_.u8();
     return octet < 0xE0 ? static_cast<U8>(kinds[octet % kinds.size()].type) : input_.u8();
   }
-  // And sometimes the marker, under which a rule may hang but is never reached.
+  // Returns a subtype, mostly a low one, and sometimes the marker 256, under which a rule can be
+  // stored but is never reached.
   U32 subtype() {
     const U8 octet = input_.u8();
     return octet == 0xFF ? octetValues : octet < 0xC0 ? octet % 16U : octet;
@@ -358,6 +384,8 @@ class Program {
     plugins_.back()->hasNotificationActiveIs(true);
     startUp(*plugins_.back());
   }
+  // Serves all announced roots. Type rules come first in the registry's order, so a leaf for a type
+  // rule that the same plugin has just replaced must not appear in the tree.
   void startUp(const Plugin& plugin) {
     plugin.handleStartup();
     for (Tree& tree : trees_) {
@@ -369,7 +397,7 @@ class Program {
   void pluginDel() {
     if (!plugins_.empty()) plugins_.erase(plugins_.begin() + input_.below(mostPlugins) % size());
   }
-  // Falls silent, or hears again, perhaps of what it missed.
+  // Switches a plugin's notification, and sometimes lets it serve the nodes that it missed.
   void pluginTurns() {
     if (plugins_.empty()) return;
     Plugin& plugin = *plugins_[input_.below(mostPlugins) % plugins_.size()];
@@ -378,6 +406,7 @@ class Program {
   }
   std::ptrdiff_t size() const { return std::ssize(plugins_); }
 
+  // Creates a root. Type rules are announced before the root, so plugins add leaves first.
   void treeIs() {
     if (trees_.size() == mostTrees) return;
     const bool announced = input_.below(4) != 0;
@@ -391,6 +420,7 @@ class Program {
     hear(tree, &Tree::typesAre);
     trees_.push_back(std::move(tree));
   }
+  // Updates the model by what plugins with notification on add to a new tree.
   void hear(Tree& tree, void (Tree::*how)(const Spec&)) const {
     for (const Plugin::Ptr& plugin : plugins_) {
       if (tree.announced && plugin->hasNotificationActive()) (tree.*how)(plugin->spec);
@@ -404,7 +434,8 @@ class Program {
     return trees_.empty() ? nullptr : &trees_[input_.below(mostTrees) % trees_.size()];
   }
 
-  // Calls `visit(kind, rule, node)` for a type rule of some tree, if it is of a kind.
+  // Calls `visit(kind, rule, node)` for the type rule of a kind in one of the trees, unless the
+  // rule has been removed or replaced.
   template <class Visit>
   void withRule(U32 position, const Visit& visit) {
     Tree* const tree = someTree();
@@ -436,6 +467,7 @@ class Program {
       requireRefused<decltype(kind)>(rule, LeafSpec{spec.kind, octetValues + 1, spec.maker});
     });
   }
+  // Requires that a subtype above the marker is refused.
   template <class Kind>
   static void requireRefused(const typename Kind::Rule& rule, const LeafSpec& spec) {
     try {
@@ -477,7 +509,7 @@ class Program {
     require(deleted == (tree->nodes.erase({width, at}) == 1), "a deletion of a type");
   }
 
-  // Every rule that there is, and beside it.
+  // Checks the value of every rule, the next subtype and a subtype without a name.
   static void checkAll(const Tree& tree) {
     for (const auto& [key, node] : tree.nodes) {
       const U8 octet = static_cast<U8>(key.second);
@@ -492,7 +524,7 @@ class Program {
   Fuzz::Input& input_;
   const Kiv::Ptr<const BgpParseExtCommRuleCollections> collections_ =
       bgpParseExtCommRuleCollectionsFactory();
-  std::vector<Plugin::Ptr> plugins_;  // in the order in which they came
+  std::vector<Plugin::Ptr> plugins_;  // in the order of creation
   std::vector<Tree> trees_;
   U32 makers_ = 0;
 };

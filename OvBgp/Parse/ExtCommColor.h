@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for colors: value class and plugin.
+//
+//   ExtCommColor
+//   BgpParseExtCommColorSm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommColor.h.
 #ifndef OVBGP_PARSE_EXTCOMMCOLOR_H
 #define OVBGP_PARSE_EXTCOMMCOLOR_H
 

@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for default gateways: value class and plugin.
+//
+//   ExtCommDefaultGateway
+//   BgpParseExtCommDefaultGatewaySm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommDefaultGateway.h.
 #ifndef OVBGP_PARSE_EXTCOMMDEFAULTGATEWAY_H
 #define OVBGP_PARSE_EXTCOMMDEFAULTGATEWAY_H
 

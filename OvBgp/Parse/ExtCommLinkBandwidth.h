@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for link bandwidths: value class and plugin.
+//
+//   ExtCommLinkBandwidth
+//   BgpParseExtCommLinkBandwidthSm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommLinkBandwidth.h.
 #ifndef OVBGP_PARSE_EXTCOMMLINKBANDWIDTH_H
 #define OVBGP_PARSE_EXTCOMMLINKBANDWIDTH_H
 

@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for origin validation states: value class and plugin.
+//
+//   ExtCommOriginValidationState
+//   BgpParseExtCommOriginValidationStateSm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommOriginValidationState.h.
 #ifndef OVBGP_PARSE_EXTCOMMORIGINVALIDATIONSTATE_H
 #define OVBGP_PARSE_EXTCOMMORIGINVALIDATIONSTATE_H
 

@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for route origins: value classes and plugin.
+//
+//   ExtCommRouteOriginAs, ExtCommRouteOriginIpv4Address
+//   BgpParseExtCommRouteOriginSm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommRouteOrigin.h.
 #ifndef OVBGP_PARSE_EXTCOMMROUTEORIGIN_H
 #define OVBGP_PARSE_EXTCOMMROUTEORIGIN_H
 

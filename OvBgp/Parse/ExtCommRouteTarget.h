@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for route targets: value classes and plugin.
+//
+//   ExtCommRouteTargetAs, ExtCommRouteTargetIpv4Address
+//   BgpParseExtCommRouteTargetSm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommRouteTarget.h.
 #ifndef OVBGP_PARSE_EXTCOMMROUTETARGET_H
 #define OVBGP_PARSE_EXTCOMMROUTETARGET_H
 

@@ -1,5 +1,9 @@
-// All there is of one kind of community: the class of its values, and the plugin that
-// makes the rule tree know it.
+// Umbrella header for tunnel encapsulations: value class and plugin.
+//
+//   ExtCommTunnelEncap
+//   BgpParseExtCommTunnelEncapSm
+//
+// Code that only uses values needs only OvBgp/Parse/Typed/ExtCommTunnelEncap.h.
 #ifndef OVBGP_PARSE_EXTCOMMTUNNELENCAP_H
 #define OVBGP_PARSE_EXTCOMMTUNNELENCAP_H
 

@@ -17,15 +17,18 @@
 namespace Routing::Bgp {
 namespace {
 
+// A list of plugin classes as a type.
 template <class... Plugin>
 struct PluginList {};
 
-// All plugins of the library, in the order in which they serve a node.
+// All plugins of the library, in the order in which they are notified of a node. A new plugin is
+// added here. No two plugins claim the same type and subtype, so the order changes no result.
 using Plugins = PluginList<BgpParseExtCommRouteOriginSm, BgpParseExtCommRouteTargetSm,
                            BgpParseExtCommTunnelEncapSm, BgpParseExtCommDefaultGatewaySm,
                            BgpParseExtCommLinkBandwidthSm, BgpParseExtCommColorSm,
                            BgpParseExtCommOriginValidationStateSm>;
 
+// Creates each plugin on the container's registry and appends it to the queue.
 template <class... Plugin>
 void pluginsEnq(BgpParseExtCommContainerSm& container, PluginList<Plugin...>) {
   (container.extCommParserSmsEnq(
@@ -33,6 +36,7 @@ void pluginsEnq(BgpParseExtCommContainerSm& container, PluginList<Plugin...>) {
    ...);
 }
 
+// Returns `plugin`, which must not be null.
 const BgpParseExtCommContainerSm::PluginPtr& needed(
     const BgpParseExtCommContainerSm::PluginPtr& plugin) {
   if (!plugin) throw Kiv::NullArgumentException("a plugin is needed, not a null");
@@ -47,6 +51,8 @@ BgpParseExtCommContainerSm::Ptr bgpParseExtCommContainerSmFactory() {
   return Dorn::notifyingObject<BgpParseExtCommContainerSm>();
 }
 
+// The plugins exist before the tree, so that each node gets its rules when it is announced. The
+// opposite order would work as well, but the plugins would then have to serve all nodes afterwards.
 void BgpParseExtCommContainerSm::handleInitialized() {
   parseExtCommRuleCollectionsIs();
   pluginsEnq(*this, Plugins{});
@@ -60,6 +66,7 @@ BgpParseExtCommContainerSm::parseExtCommRuleCollectionsIs() {
   return parseExtCommRuleCollections_;
 }
 
+// Controls are equal if they have the same registry, so an equal control would give an equal tree.
 const Kiv::Ptr<BgpParseExtendedCommunityRule>& BgpParseExtCommContainerSm::extCommParserIs(
     const BgpParseExtCommControl& control) {
   if (!extCommParser_ || extCommParser_->parseControl() != control) {
@@ -72,6 +79,8 @@ void BgpParseExtCommContainerSm::extCommParserSmsEnq(const PluginPtr& plugin) {
   extCommParserSms_.push_back(needed(plugin));
 }
 
+// An index equal to the size appends, so a caller can fill an empty queue by position. The index is
+// checked before the plugin.
 void BgpParseExtCommContainerSm::extCommParserSmsIs(U32 index, const PluginPtr& plugin) {
   if (index > extCommParserSms_.size()) {
     throw Kiv::RangeException("index > " + std::to_string(extCommParserSms_.size()) +

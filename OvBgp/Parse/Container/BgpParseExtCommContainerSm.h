@@ -1,4 +1,8 @@
-// The parser, put together: what an agent starts with.
+// BgpParseExtCommContainerSm: the complete parser for extended communities. Applications start
+// here.
+//
+// The container creates the registry, the library's plugins, the rule tree and the cache for show
+// commands:
 //
 //   auto parser = bgpParseExtCommContainerSmFactory();
 //   auto object = parser->extCommParser()->parseExtendedCommunity(content);
@@ -19,56 +23,69 @@
 
 namespace Routing::Bgp {
 
-// Holds the registry, the plugins, the root of the tree and the cache of show
-// commands, made in this order, so that the plugins serve each node as it comes.
-// Owner thread only; any number of threads may parse while nobody changes the tree.
+// Owns the registry, the plugins, the root of the tree and the cache, and creates them in this
+// order, so that the plugins are notified of every node. It uses them only to create them; callers
+// may replace each of them. Owner thread only, but any number of threads may parse with the root as
+// long as no thread changes the tree.
 class OV_EXPORT BgpParseExtCommContainerSm final : public Kiv::PtrInterface {
   KIV_OBJECT(BgpParseExtCommContainerSm)
 
  public:
+  // A counted pointer to a plugin.
   using PluginPtr = Kiv::Ptr<const BgpParseExtCommPluginBaseSm>;
 
+  // Creates everything. Throws std::bad_alloc.
   BgpParseExtCommContainerSm() { handleInitialized(); }
 
-  // A new, empty registry in place of the one that is held. Plugins and root stay
-  // with theirs.
+  // Replaces the registry by a new, empty registry and returns it. Existing plugins and the root
+  // keep the old registry.
   const Kiv::Ptr<BgpParseExtCommRuleCollections>& parseExtCommRuleCollectionsIs();
+  // Releases the registry. Existing plugins and the root keep it.
   void parseExtCommRuleCollectionsDel() { parseExtCommRuleCollections_ = nullptr; }
+  // Returns the registry, for example to create further plugins; null after
+  // parseExtCommRuleCollectionsDel().
   const Kiv::Ptr<BgpParseExtCommRuleCollections>& parseExtCommRuleCollections() const noexcept {
     return parseExtCommRuleCollections_;
   }
 
-  // The root that is held if it was built with an equal control, otherwise a new one
-  // in its place. Tables that were built on the old one keep it.
+  // Returns the root for `control`. Keeps the current root if its control is equal, and otherwise
+  // replaces it by a new root. Tables that were created with the old root keep it.
   const Kiv::Ptr<BgpParseExtendedCommunityRule>& extCommParserIs(
       const BgpParseExtCommControl& control);
+  // Releases the root. Tables that were created with it keep it.
   void extCommParserDel() { extCommParser_ = nullptr; }
+  // Returns the root, which parses; null after extCommParserDel().
   const Kiv::Ptr<BgpParseExtendedCommunityRule>& extCommParser() const noexcept {
     return extCommParser_;
   }
 
+  // Returns the cache of show commands; never null. The library itself does not use it.
   const Kiv::Ptr<BgpShowCli::ExtCommCache>& extCommCache() const noexcept { return extCommCache_; }
 
-  // The queue of plugins. A plugin that leaves it ends when nobody else holds it;
-  // what it added to the tree stays.
-  //
-  // Is: replaces the one at `index`, or appends if that is the end. It throws
-  // Kiv::RangeException for an index beyond the end; it and Enq throw
-  // Kiv::NullArgumentException.
+  // Appends `plugin` to the queue of plugins. The queue only keeps plugins alive: a plugin that
+  // leaves it is destroyed unless another reference exists, and its rules stay in the tree. Throws
+  // Kiv::NullArgumentException for null.
   void extCommParserSmsEnq(const PluginPtr& plugin);
+  // Replaces the plugin at `index`, counted from 0, or appends if `index` is the size of the queue.
+  // Throws Kiv::RangeException for a greater index, Kiv::NullArgumentException for null.
   void extCommParserSmsIs(U32 index, const PluginPtr& plugin);
-  // The one taken from the front; null if there is none.
+  // Removes the first plugin and returns it; null if the queue is empty.
   PluginPtr extCommParserSmsDeq();
-  // Whether there was one.
+  // Removes the plugin at `index`; returns whether there was a plugin.
   bool extCommParserSmsDel(U32 index);
+  // Removes all plugins.
   void extCommParserSmsDelAll();
-  // Null if there is none.
+  // Returns the first plugin; null if the queue is empty.
   PluginPtr extCommParserSmsFront() const;
+  // Returns the last plugin; null if the queue is empty.
   PluginPtr extCommParserSmsBack() const;
+  // Returns the plugin at `index`; null if the queue is not that long.
   PluginPtr extCommParserSms(U32 index) const;
+  // Returns the number of plugins in the queue.
   U32 extCommParserSms() const noexcept { return static_cast<U32>(extCommParserSms_.size()); }
 
  private:
+  // Creates registry, plugins, root and cache.
   void handleInitialized();
 
   std::deque<PluginPtr> extCommParserSms_;
@@ -77,6 +94,7 @@ class OV_EXPORT BgpParseExtCommContainerSm final : public Kiv::PtrInterface {
   Kiv::Ptr<BgpShowCli::ExtCommCache> extCommCache_;
 };
 
+// Returns a new container with notification on. Throws std::bad_alloc.
 OV_EXPORT BgpParseExtCommContainerSm::Ptr bgpParseExtCommContainerSmFactory();
 
 }  // namespace Routing::Bgp

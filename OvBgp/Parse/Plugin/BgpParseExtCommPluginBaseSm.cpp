@@ -15,14 +15,15 @@ void BgpParseExtCommPluginBaseSm::begin() {
   handleStartup();
 }
 
-// With a reference, as nobody has one yet and operations may take some and drop them.
+// The object has no reference yet. An operation that takes and releases a reference would destroy
+// the plugin inside its own constructor, so hold one until the operations have finished.
 void BgpParseExtCommPluginBaseSm::constructed() {
   referenceAdd();
   begin();
   referenceSubtract();
 }
 
-// An operation may let go of the plugin.
+// An operation may release the last reference to the plugin while later kinds still wait.
 void BgpParseExtCommPluginBaseSm::handleStartup() const {
   const PtrConst self(this);
   handleInstancesOf(BgpParseNodeKinds{});
@@ -37,10 +38,11 @@ void BgpParseExtCommPluginBaseSm::handleChange(const Kiv::Change& change) const 
   if (hasNotificationActive()) handleChangeOf(BgpParseNodeKinds{}, change);
 }
 
+// Compares the change's attribute with the number of each kind until one matches. At most one kind
+// matches, and nothing of the plugin is used after its operation, which may destroy the plugin.
 template <class... Kind>
 void BgpParseExtCommPluginBaseSm::handleChangeOf(BgpParseKindList<Kind...>,
                                                  const Kiv::Change& change) const {
-  // The operation may be the end of the plugin, so nothing of it is used after.
   (void)((change.attribute() == Kind::attribute &&
           (handleInstance(change.key<typename Kind::Key>()), true)) ||
          ...);

@@ -1,5 +1,7 @@
-// The base of plugins: those who add to the rule tree, wherever it has room for
-// what they know.
+// BgpParseExtCommPluginBaseSm: the base class of plugins, which add rules to the rule tree.
+//
+// `Sm` stands for state machine: an object that observes others and reacts to their changes. A
+// plugin observes the registry and reacts to every announced node of the kinds that it serves.
 #ifndef OVBGP_PARSE_PLUGIN_BGPPARSEEXTCOMMPLUGINBASESM_H
 #define OVBGP_PARSE_PLUGIN_BGPPARSEEXTCOMMPLUGINBASESM_H
 
@@ -17,8 +19,9 @@
 
 namespace Routing::Bgp {
 
-// A new plugin of class `Plugin`, with notification switched on, that has served
-// all nodes that exist.
+// Returns a new plugin of class `Plugin` with notification on, after it has served all nodes that
+// are announced now. `collections` may be null; the plugin then observes nothing. Throws
+// std::bad_alloc, and what the plugin's operations throw.
 template <class Plugin>
 Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
@@ -28,114 +31,147 @@ Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
   return plugin;
 }
 
-// Declares what belongs to one kind of type rule. The names are arguments, in full,
-// so that a search for one finds its line.
+// Declares the operations of one kind of type rule. All names are spelled out as arguments, so that
+// a text search for a name finds it.
 #define SUBTYPE_OPERATIONS(Kind, instantiate, add, handle)                                  \
  public:                                                                                    \
+  /* Runs for each announced or withdrawn node of this kind. A plugin that serves the   */  \
+  /* kind overrides it, builds a leaf with the node's control and passes it to add.     */  \
+  /* The default does nothing.                                                          */  \
   virtual void instantiate(const Kind::Key&, const BgpParseExtCommControl&) const {}        \
+  /* Stores the leaf `rule`, which must not be null, in the node of `key`.              */  \
   void add(const Kind::Key& key, const Kiv::Ptr<const Kind::SubtypeRuleBase>& rule) const { \
     KIV_ASSERT(rule, "rule != __null", "OvBgp/Parse/ExtComm");                              \
     key.rule()->subTypeRuleIs(rule);                                                        \
   }                                                                                         \
+  /* Runs the operation for the node of `key`, with the node's own control.             */  \
   void handle(const Kind::Key& key) const { instantiate(key, key.rule()->parseControl()); } \
+  /* Runs the operation for each node of this kind that is announced now.               */  \
   void handle() const { handleInstances(Kind{}); }                                          \
                                                                                             \
  private:                                                                                   \
   void handleInstance(const Kind::Key& key) const { handle(key); }
 
-// Watches a registry. For each node that is announced (or withdrawn: a plugin does
-// not tell these apart, see below) it runs the operation of that kind of node:
-//   instantiate...SubRule(key, control)   makes a rule and adds it to key.rule();
-//                                         a plugin overrides those for its kinds,
-//                                         and the others do nothing
-//   add...SubRule(key, rule)              what it adds it with; `rule` is not null
-//   handle...RuleInstance(key)            runs the operation for one node
-//   handle...RuleInstance()               ... for each that is announced now
-// What is added to a node that is being withdrawn goes with it at once. What has
-// been added stays until then, even if the plugin goes.
-// What an operation throws ends the building of the node; it is lost if the node is
-// being withdrawn.
+// Observes a registry and serves its nodes. For each kind of node there are four functions:
+//   instantiate...SubRule(key, control)   the operation: builds a rule and adds it to key.rule().
+//                                         A plugin overrides the operations of its kinds
+//   add...SubRule(key, rule)              called by the operation to add its rule
+//   handle...RuleInstance(key)            calls the operation for one node; called for each
+//                                         notification of the registry
+//   handle...RuleInstance()               calls the operation for each announced node; called by
+//                                         handleStartup()
 //
-// Make plugins of your own with bgpParseExtCommPluginIs, unless their constructor says
-// constructed(), as the library's do. A plugin hears while its notification is on;
-// handleStartup() makes up for what it missed. Unregisters when it goes.
-// Holds a reference to the registry, which holds none to it. Owner thread only.
+// A plugin does not distinguish announcement and withdrawal. Rules added to a node during its
+// withdrawal are destroyed with it. Rules added earlier live until the node is withdrawn, also
+// after the plugin is destroyed. An exception from an operation aborts the construction of the
+// node; during a withdrawal the exception is swallowed.
+//
+// Create plugins with bgpParseExtCommPluginIs(), unless the constructor of their class calls
+// constructed(), as the library's plugins do. A plugin is notified only while its own notification
+// is on; after a pause, handleStartup() serves the nodes that it missed.
+//
+// The plugin holds a reference to the registry, and the registry none to the plugin. The destructor
+// unregisters the plugin. Owner thread only.
 class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
   KIV_OBJECT(BgpParseExtCommPluginBaseSm)
 
  public:
+  // Observes `collections`; null observes nothing. Serves no node yet, because the operations are
+  // virtual and the derived class is not constructed.
   explicit BgpParseExtCommPluginBaseSm(
       const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
       : ruleCollections_(*this, collections) {}
 
-  // Runs the operations for all nodes that are announced now, in the registry's order.
+  // Runs the operations for all announced nodes, in the order of the registry's collections. A rule
+  // that an earlier run added is replaced by a new one.
   void handleStartup() const;
 
-  // Null once it has been told to stop watching.
+  // Returns the observed registry; null after ruleCollectionsDel().
   const Kiv::Ptr<const BgpParseExtCommRuleCollections>& ruleCollections() const noexcept {
     return ruleCollections_.collections();
   }
+  // Stops observing and releases the registry. Rules already added stay in the tree.
   void ruleCollectionsDel() { ruleCollections_.collectionsIs(nullptr); }
 
+  // Runs for each announced or withdrawn root. A plugin overrides it to add type rules, for example
+  // for a type octet without a kind. The default does nothing.
   virtual void instantiateExtendedCommunityTypeSubRule(const BgpParseExtendedCommunityRuleKey&,
                                                        const BgpParseExtCommControl&) const {}
+  // Stores the type rule `rule`, which must not be null, in the root of `key`.
   void addExtendedCommunityTypeSubRule(
       const BgpParseExtendedCommunityRuleKey& key,
       const Kiv::Ptr<const BgpParseExtendedCommunityTypeRuleBase>& rule) const {
     KIV_ASSERT(rule, "__null != rule", "OvBgp/Parse/ExtComm");
     key.rule()->typeRuleIs(rule);
   }
+  // Runs the operation for the root of `key`, with the root's own control.
   void handleExtendedCommunityTypeRuleInstance(const BgpParseExtendedCommunityRuleKey& key) const {
     instantiateExtendedCommunityTypeSubRule(key, key.rule()->parseControl());
   }
+  // Runs the operation for each root that is announced now.
   void handleExtendedCommunityTypeRuleInstance() const { handleInstances(BgpParseKindRoot{}); }
 
+  // Transitive two-octet AS (0x00).
   SUBTYPE_OPERATIONS(BgpParseKindTransTwoOctetAs, instantiateExtCommSubTypeTransTwoOctetAsSubRule,
                      addExtCommSubTypeTransTwoOctetAsSubRule,
                      handleExtCommSubTypeTransTwoOctetAsRuleInstance)
+  // Transitive IPv4 address (0x01).
   SUBTYPE_OPERATIONS(BgpParseKindTransIpv4Address, instantiateExtCommSubTypeTransIpv4AddressSubRule,
                      addExtCommSubTypeTransIpv4AddressSubRule,
                      handleExtCommSubTypeTransIpv4AddressRuleInstance)
+  // Transitive four-octet AS (0x02).
   SUBTYPE_OPERATIONS(BgpParseKindTransFourOctetAs, instantiateExtCommSubTypeTransFourOctetAsSubRule,
                      addExtCommSubTypeTransFourOctetAsSubRule,
                      handleExtCommSubTypeTransFourOctetAsRuleInstance)
+  // Transitive opaque (0x03).
   SUBTYPE_OPERATIONS(BgpParseKindTransOpaque, instantiateExtCommSubTypeTransOpaqueSubRule,
                      addExtCommSubTypeTransOpaqueSubRule,
                      handleExtCommSubTypeTransOpaqueRuleInstance)
+  // Generic transitive (0x80).
   SUBTYPE_OPERATIONS(BgpParseKindTransGeneric, instantiateExtCommSubTypeTransGenericSubRule,
                      addExtCommSubTypeTransGenericSubRule,
                      handleExtCommSubTypeTransGenericRuleInstance)
+  // Generic transitive part 2 (0x81).
   SUBTYPE_OPERATIONS(BgpParseKindTransGenericPart2,
                      instantiateExtCommSubTypeTransGenericPart2SubRule,
                      addExtCommSubTypeTransGenericPart2SubRule,
                      handleExtCommSubTypeTransGenericPart2RuleInstance)
+  // Generic transitive part 3 (0x82).
   SUBTYPE_OPERATIONS(BgpParseKindTransGenericPart3,
                      instantiateExtCommSubTypeTransGenericPart3SubRule,
                      addExtCommSubTypeTransGenericPart3SubRule,
                      handleExtCommSubTypeTransGenericPart3RuleInstance)
+  // Non-transitive two-octet AS (0x40).
   SUBTYPE_OPERATIONS(BgpParseKindNonTransTwoOctetAs,
                      instantiateExtCommSubTypeNonTransTwoOctetAsSubRule,
                      addExtCommSubTypeNonTransTwoOctetAsSubRule,
                      handleExtCommSubTypeNonTransTwoOctetAsRuleInstance)
+  // Non-transitive IPv4 address (0x41).
   SUBTYPE_OPERATIONS(BgpParseKindNonTransIpv4Address,
                      instantiateExtCommSubTypeNonTransIpv4AddressSubRule,
                      addExtCommSubTypeNonTransIpv4AddressSubRule,
                      handleExtCommSubTypeNonTransIpv4AddressRuleInstance)
+  // Non-transitive four-octet AS (0x42).
   SUBTYPE_OPERATIONS(BgpParseKindNonTransFourOctetAs,
                      instantiateExtCommSubTypeNonTransFourOctetAsSubRule,
                      addExtCommSubTypeNonTransFourOctetAsSubRule,
                      handleExtCommSubTypeNonTransFourOctetAsRuleInstance)
+  // Non-transitive opaque (0x43).
   SUBTYPE_OPERATIONS(BgpParseKindNonTransOpaque, instantiateExtCommSubTypeNonTransOpaqueSubRule,
                      addExtCommSubTypeNonTransOpaqueSubRule,
                      handleExtCommSubTypeNonTransOpaqueRuleInstance)
+  // Transitive IPv6 address (0x00 of 20-octet values).
   SUBTYPE_OPERATIONS(BgpParseKindIp6Trans, instantiateExtCommIp6SubTypeTransSubRule,
                      addExtCommIp6SubTypeTransSubRule, handleExtCommIp6SubTypeTransRuleInstance)
+  // Non-transitive IPv6 address (0x40 of 20-octet values). Its rule never announces itself, so
+  // the operation never runs.
   SUBTYPE_OPERATIONS(BgpParseKindIp6NonTrans, instantiateExtCommIp6SubTypeNonTransSubRule,
                      addExtCommIp6SubTypeNonTransSubRule,
                      handleExtCommIp6SubTypeNonTransRuleInstance)
 
  protected:
-  // The last that the constructor of a final class calls: serves all nodes that exist.
+  // Serves all announced nodes. Call it at the end of the constructor of a final class, and nowhere
+  // else, because it calls virtual functions. bgpParseExtCommPluginIs() then serves no node twice.
   void constructed();
 
  private:
@@ -143,25 +179,30 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
   friend Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
       const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
 
-  // Runs handleStartup(), once.
+  // Runs handleStartup() unless constructed() has run it.
   void begin();
 
-  // What hears of the registry's changes.
+  // The observer of the registry: a member that forwards each change to the plugin.
   class OV_EXPORT KivRuleCollections final : public Kiv::Notifiee {
    public:
+    // `plugin` owns this object, so there is no reference to it.
     KivRuleCollections(const BgpParseExtCommPluginBaseSm& plugin,
                        const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
         : plugin_(plugin) {
       collectionsIs(collections);
     }
 
+    // Returns the observed registry; may be null.
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections() const noexcept {
       return collections_;
     }
+    // Registers with `collections`, or unregisters if it is null. Changes the registration before
+    // the reference, because the reference keeps the old registry alive until then.
     void collectionsIs(const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
       notifierIs(collections ? collections->notifieeList() : nullptr);
       collections_ = collections;
     }
+    // Called by the registry.
     void handleChange(const Kiv::Change& change) override { plugin_.handleChange(change); }
 
    private:
@@ -169,15 +210,20 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
     Kiv::Ptr<const BgpParseExtCommRuleCollections> collections_;
   };
 
+  // Calls handleInstance() for the key in `change`, if the plugin's notification is on.
   void handleChange(const Kiv::Change& change) const;
+  // Selects the kind by the number of the collection.
   template <class... Kind>
   void handleChangeOf(BgpParseKindList<Kind...> kinds, const Kiv::Change& change) const;
+  // Calls handleInstances() for each kind.
   template <class... Kind>
   void handleInstancesOf(BgpParseKindList<Kind...> kinds) const;
 
+  // Overloads by key type, one here and one for each type kind above.
   void handleInstance(const BgpParseExtendedCommunityRuleKey& key) const {
     handleExtendedCommunityTypeRuleInstance(key);
   }
+  // Calls handleInstance() for each announced node of one kind.
   template <class Kind>
   void handleInstances(Kind kind) const;
 
@@ -186,12 +232,42 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
 };
 #undef SUBTYPE_OPERATIONS
 
-// A plugin that adds nothing.
+// Begins the body of the plugin class `Plugin`: type record and constructor. The class must be
+// final and derive from BgpParseExtCommPluginBaseSm. KIV_OBJECT_DEFINE(Plugin) belongs into a
+// source file.
+#define BGP_PARSE_PLUGIN_BODY(Plugin)                                                           \
+  KIV_OBJECT(Plugin)                                                                            \
+                                                                                                \
+ public:                                                                                        \
+  /* Observes `collections` and serves all nodes that are announced now; null does nothing.  */ \
+  explicit Plugin(                                                                              \
+      const ::Kiv::Ptr<const ::Routing::Bgp::BgpParseExtCommRuleCollections>& collections)      \
+      : BgpParseExtCommPluginBaseSm(collections) {                                              \
+    constructed();                                                                              \
+  }
+
+// Declares in a plugin class that it serves `Kind`, whose operation is `instantiate`.
+#define BGP_PARSE_PLUGIN_SERVES(Kind, instantiate)                                              \
+  void instantiate(const Kind::Key& key, const ::Routing::Bgp::BgpParseExtCommControl& control) \
+      const override;
+
+// Declares the two factories of a plugin class of the library. Each returns a new plugin with
+// notification on that has served all announced nodes of `collections`, which may be null. A
+// comment before the macro documents PluginIs().
+#define BGP_PARSE_PLUGIN_FACTORIES(Plugin, PluginIs, pluginFactory)       \
+  OV_EXPORT Plugin::Ptr PluginIs(                                         \
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections); \
+  /* Does the same as PluginIs(). */                                      \
+  OV_EXPORT Plugin::Ptr pluginFactory(                                    \
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+
+// Returns a new plugin with notification on that observes `collections` and adds nothing.
 OV_EXPORT BgpParseExtCommPluginBaseSm::Ptr BgpParseExtCommPluginBaseSmIs(
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
 
-// Operations may make nodes come and go, and let go of the plugin. A node that has
-// gone is not called.
+// An operation may announce and withdraw nodes, and release the last reference to the plugin.
+// Iterate over a copy of the keys, skip keys that have been removed meanwhile, and hold references
+// to plugin and registry until the end.
 template <class Kind>
 void BgpParseExtCommPluginBaseSm::handleInstances(Kind) const {
   const PtrConst self(this);

@@ -1,28 +1,16 @@
 #include "OvBgp/Parse/Plugin/ExtCommColorSm.h"
 
-#include "OvBgp/Parse/Plugin/Private/BgpParseTrace.h"
+#include "OvBgp/Parse/Plugin/Private/BgpParsePluginDefine.h"
 
 namespace Routing::Bgp {
 
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeTransOpaqueColorRule)
-KIV_OBJECT_DEFINE(BgpParseExtCommColorSm)
+BGP_PARSE_PLUGIN_DEFINE(BgpParseExtCommColorSm, BgpParseExtCommColorSmIs,
+                        bgpParseExtCommColorSmFactory)
 
-BgpParseExtCommColorSm::Ptr BgpParseExtCommColorSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return bgpParseExtCommPluginIs<BgpParseExtCommColorSm>(collections);
-}
-
-BgpParseExtCommColorSm::Ptr bgpParseExtCommColorSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return BgpParseExtCommColorSmIs(collections);
-}
-
-void BgpParseExtCommColorSm::instantiateExtCommSubTypeTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeTransOpaqueSubRule(
-      key, bgpParseExtCommRuleIs<BgpParseExtComSubTypeTransOpaqueColorRule>(control));
-}
+// Type 0x03, subtype 0x0b.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommColorSm, BgpParseKindTransOpaque,
+                             instantiateExtCommSubTypeTransOpaqueSubRule,
+                             addExtCommSubTypeTransOpaqueSubRule,
+                             BgpParseExtComSubTypeTransOpaqueColorRule)
 
 }  // namespace Routing::Bgp

@@ -1,4 +1,4 @@
-// The plugin that makes the rule tree know colors.
+// BgpParseExtCommColorSm: the plugin that adds the leaves for colors to the rule tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMCOLORSM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMCOLORSM_H
 
@@ -11,35 +11,25 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeTransOpaqueColorRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransOpaqueRuleBase,
-                                     extCommPktSubtypeTransOpaqueColorExtendedCommunity,
-                                     extCommColorFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransOpaqueColorRule)
+// The leaf for type 0x03, subtype 0x0b: a color (RFC 9012 section 4.3).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransOpaqueColorRule,
+                    BgpParseExtComSubTypeTransOpaqueRuleBase,
+                    extCommPktSubtypeTransOpaqueColorExtendedCommunity, extCommColorFactory);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds this leaf to each transitive opaque type rule. The leaf builds ExtCommColor objects. Without
+// the plugin, values of its subtype become unclassified ExtCommSubtyped objects. Each operation of
+// the plugin traces its name at level 8 of the handle "BgpParse". Owner thread only.
 class OV_EXPORT BgpParseExtCommColorSm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommColorSm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommColorSm)
 
- public:
-  explicit BgpParseExtCommColorSm(const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeTransOpaqueColorRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransOpaque, instantiateExtCommSubTypeTransOpaqueSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommColorSm::Ptr BgpParseExtCommColorSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommColorSm::Ptr bgpParseExtCommColorSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new color plugin with notification on that has served all announced nodes of
+// `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommColorSm, BgpParseExtCommColorSmIs,
+                           bgpParseExtCommColorSmFactory);
 
 }  // namespace Routing::Bgp
 

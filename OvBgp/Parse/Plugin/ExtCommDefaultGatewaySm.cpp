@@ -1,28 +1,16 @@
 #include "OvBgp/Parse/Plugin/ExtCommDefaultGatewaySm.h"
 
-#include "OvBgp/Parse/Plugin/Private/BgpParseTrace.h"
+#include "OvBgp/Parse/Plugin/Private/BgpParsePluginDefine.h"
 
 namespace Routing::Bgp {
 
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule)
-KIV_OBJECT_DEFINE(BgpParseExtCommDefaultGatewaySm)
+BGP_PARSE_PLUGIN_DEFINE(BgpParseExtCommDefaultGatewaySm, BgpParseExtCommDefaultGatewaySmIs,
+                        bgpParseExtCommDefaultGatewaySmFactory)
 
-BgpParseExtCommDefaultGatewaySm::Ptr BgpParseExtCommDefaultGatewaySmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return bgpParseExtCommPluginIs<BgpParseExtCommDefaultGatewaySm>(collections);
-}
-
-BgpParseExtCommDefaultGatewaySm::Ptr bgpParseExtCommDefaultGatewaySmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return BgpParseExtCommDefaultGatewaySmIs(collections);
-}
-
-void BgpParseExtCommDefaultGatewaySm::instantiateExtCommSubTypeTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeTransOpaqueSubRule(
-      key, bgpParseExtCommRuleIs<BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule>(control));
-}
+// Type 0x03, subtype 0x0d.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommDefaultGatewaySm, BgpParseKindTransOpaque,
+                             instantiateExtCommSubTypeTransOpaqueSubRule,
+                             addExtCommSubTypeTransOpaqueSubRule,
+                             BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule)
 
 }  // namespace Routing::Bgp

@@ -1,4 +1,5 @@
-// The plugin that makes the rule tree know default gateways.
+// BgpParseExtCommDefaultGatewaySm: the plugin that adds the leaves for default gateways to the rule
+// tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMDEFAULTGATEWAYSM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMDEFAULTGATEWAYSM_H
 
@@ -11,36 +12,26 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransOpaqueRuleBase,
-                                     extCommPktSubtypeTransOpaqueDefaultGateway,
-                                     extCommDefaultGatewayFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule)
+// The leaf for type 0x03, subtype 0x0d: a default gateway (RFC 7432 section 7.8).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule,
+                    BgpParseExtComSubTypeTransOpaqueRuleBase,
+                    extCommPktSubtypeTransOpaqueDefaultGateway, extCommDefaultGatewayFactory);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds this leaf to each transitive opaque type rule. The leaf builds ExtCommDefaultGateway
+// objects. Without the plugin, values of its subtype become unclassified ExtCommSubtyped objects.
+// Each operation of the plugin traces its name at level 8 of the handle "BgpParse". Owner thread
+// only.
 class OV_EXPORT BgpParseExtCommDefaultGatewaySm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommDefaultGatewaySm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommDefaultGatewaySm)
 
- public:
-  explicit BgpParseExtCommDefaultGatewaySm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeTransOpaqueDefaultGatewayRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransOpaque, instantiateExtCommSubTypeTransOpaqueSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommDefaultGatewaySm::Ptr BgpParseExtCommDefaultGatewaySmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommDefaultGatewaySm::Ptr bgpParseExtCommDefaultGatewaySmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new default gateway plugin with notification on that has served all announced nodes of
+// `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommDefaultGatewaySm, BgpParseExtCommDefaultGatewaySmIs,
+                           bgpParseExtCommDefaultGatewaySmFactory);
 
 }  // namespace Routing::Bgp
 

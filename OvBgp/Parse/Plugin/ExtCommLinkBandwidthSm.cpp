@@ -1,29 +1,16 @@
 #include "OvBgp/Parse/Plugin/ExtCommLinkBandwidthSm.h"
 
-#include "OvBgp/Parse/Plugin/Private/BgpParseTrace.h"
+#include "OvBgp/Parse/Plugin/Private/BgpParsePluginDefine.h"
 
 namespace Routing::Bgp {
 
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule)
-KIV_OBJECT_DEFINE(BgpParseExtCommLinkBandwidthSm)
+BGP_PARSE_PLUGIN_DEFINE(BgpParseExtCommLinkBandwidthSm, BgpParseExtCommLinkBandwidthSmIs,
+                        bgpParseExtCommLinkBandwidthSmFactory)
 
-BgpParseExtCommLinkBandwidthSm::Ptr BgpParseExtCommLinkBandwidthSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return bgpParseExtCommPluginIs<BgpParseExtCommLinkBandwidthSm>(collections);
-}
-
-BgpParseExtCommLinkBandwidthSm::Ptr bgpParseExtCommLinkBandwidthSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return BgpParseExtCommLinkBandwidthSmIs(collections);
-}
-
-void BgpParseExtCommLinkBandwidthSm::instantiateExtCommSubTypeNonTransTwoOctetAsSubRule(
-    const BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeNonTransTwoOctetAsSubRule(
-      key,
-      bgpParseExtCommRuleIs<BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule>(control));
-}
+// Type 0x40, subtype 0x04.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommLinkBandwidthSm, BgpParseKindNonTransTwoOctetAs,
+                             instantiateExtCommSubTypeNonTransTwoOctetAsSubRule,
+                             addExtCommSubTypeNonTransTwoOctetAsSubRule,
+                             BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule)
 
 }  // namespace Routing::Bgp

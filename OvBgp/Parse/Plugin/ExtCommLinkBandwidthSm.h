@@ -1,4 +1,5 @@
-// The plugin that makes the rule tree know link bandwidths.
+// BgpParseExtCommLinkBandwidthSm: the plugin that adds the leaves for link bandwidths to the rule
+// tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMLINKBANDWIDTHSM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMLINKBANDWIDTHSM_H
 
@@ -11,36 +12,27 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase,
-                                     extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth,
-                                     extCommLinkBandwidthFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule)
+// The leaf for type 0x40, subtype 0x04: a link bandwidth (draft-ietf-idr-link-bandwidth).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule,
+                    BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase,
+                    extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth, extCommLinkBandwidthFactory);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds this leaf to each non-transitive two-octet AS type rule. The leaf builds
+// ExtCommLinkBandwidth objects. Without the plugin, values of its subtype become unclassified
+// ExtCommAsNumber objects. Each operation of the plugin traces its name at level 8 of the handle
+// "BgpParse". Owner thread only.
 class OV_EXPORT BgpParseExtCommLinkBandwidthSm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommLinkBandwidthSm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommLinkBandwidthSm)
 
- public:
-  explicit BgpParseExtCommLinkBandwidthSm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeNonTransTwoOctetAsSubRule(
-      const BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeNonTransTwoOctetAsLinkBandwidthRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindNonTransTwoOctetAs,
+                          instantiateExtCommSubTypeNonTransTwoOctetAsSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommLinkBandwidthSm::Ptr BgpParseExtCommLinkBandwidthSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommLinkBandwidthSm::Ptr bgpParseExtCommLinkBandwidthSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new link bandwidth plugin with notification on that has served all announced nodes of
+// `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommLinkBandwidthSm, BgpParseExtCommLinkBandwidthSmIs,
+                           bgpParseExtCommLinkBandwidthSmFactory);
 
 }  // namespace Routing::Bgp
 

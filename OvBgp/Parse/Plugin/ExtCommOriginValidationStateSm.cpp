@@ -1,29 +1,17 @@
 #include "OvBgp/Parse/Plugin/ExtCommOriginValidationStateSm.h"
 
-#include "OvBgp/Parse/Plugin/Private/BgpParseTrace.h"
+#include "OvBgp/Parse/Plugin/Private/BgpParsePluginDefine.h"
 
 namespace Routing::Bgp {
 
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule)
-KIV_OBJECT_DEFINE(BgpParseExtCommOriginValidationStateSm)
+BGP_PARSE_PLUGIN_DEFINE(BgpParseExtCommOriginValidationStateSm,
+                        BgpParseExtCommOriginValidationStateSmIs,
+                        bgpParseExtCommOriginValidationStateSmFactory)
 
-BgpParseExtCommOriginValidationStateSm::Ptr BgpParseExtCommOriginValidationStateSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return bgpParseExtCommPluginIs<BgpParseExtCommOriginValidationStateSm>(collections);
-}
-
-BgpParseExtCommOriginValidationStateSm::Ptr bgpParseExtCommOriginValidationStateSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return BgpParseExtCommOriginValidationStateSmIs(collections);
-}
-
-void BgpParseExtCommOriginValidationStateSm::instantiateExtCommSubTypeNonTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeNonTransOpaqueRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeNonTransOpaqueSubRule(
-      key,
-      bgpParseExtCommRuleIs<BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule>(control));
-}
+// Type 0x43, subtype 0x00.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommOriginValidationStateSm, BgpParseKindNonTransOpaque,
+                             instantiateExtCommSubTypeNonTransOpaqueSubRule,
+                             addExtCommSubTypeNonTransOpaqueSubRule,
+                             BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule)
 
 }  // namespace Routing::Bgp

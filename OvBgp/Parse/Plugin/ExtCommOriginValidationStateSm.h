@@ -1,4 +1,5 @@
-// The plugin that makes the rule tree know origin validation states.
+// BgpParseExtCommOriginValidationStateSm: the plugin that adds the leaves for origin validation
+// states to the rule tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMORIGINVALIDATIONSTATESM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMORIGINVALIDATIONSTATESM_H
 
@@ -11,36 +12,29 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeNonTransOpaqueRuleBase,
-                                     extCommPktSubtypeNonTransOriginValidationState,
-                                     extCommOriginValidationStateFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule)
+// The leaf for type 0x43, subtype 0x00: an origin validation state (RFC 8097).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule,
+                    BgpParseExtComSubTypeNonTransOpaqueRuleBase,
+                    extCommPktSubtypeNonTransOriginValidationState,
+                    extCommOriginValidationStateFactory);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds this leaf to each non-transitive opaque type rule. The leaf builds
+// ExtCommOriginValidationState objects. Without the plugin, values of its subtype become
+// unclassified ExtCommSubtyped objects. Each operation of the plugin traces its name at level 8 of
+// the handle "BgpParse". Owner thread only.
 class OV_EXPORT BgpParseExtCommOriginValidationStateSm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommOriginValidationStateSm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommOriginValidationStateSm)
 
- public:
-  explicit BgpParseExtCommOriginValidationStateSm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeNonTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeNonTransOpaqueRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeNonTransOpaqueOriginValidationStateRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindNonTransOpaque,
+                          instantiateExtCommSubTypeNonTransOpaqueSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommOriginValidationStateSm::Ptr BgpParseExtCommOriginValidationStateSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommOriginValidationStateSm::Ptr bgpParseExtCommOriginValidationStateSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new origin validation state plugin with notification on that has served all announced
+// nodes of `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommOriginValidationStateSm,
+                           BgpParseExtCommOriginValidationStateSmIs,
+                           bgpParseExtCommOriginValidationStateSmFactory);
 
 }  // namespace Routing::Bgp
 

@@ -1,46 +1,26 @@
 #include "OvBgp/Parse/Plugin/ExtCommRouteOriginSm.h"
 
-#include "OvBgp/Parse/Plugin/Private/BgpParseTrace.h"
+#include "OvBgp/Parse/Plugin/Private/BgpParsePluginDefine.h"
 
 namespace Routing::Bgp {
 
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule)
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule)
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule)
-KIV_OBJECT_DEFINE(BgpParseExtCommRouteOriginSm)
+BGP_PARSE_PLUGIN_DEFINE(BgpParseExtCommRouteOriginSm, BgpParseExtCommRouteOriginSmIs,
+                        bgpParseExtCommRouteOriginSmFactory)
 
-BgpParseExtCommRouteOriginSm::Ptr BgpParseExtCommRouteOriginSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return bgpParseExtCommPluginIs<BgpParseExtCommRouteOriginSm>(collections);
-}
-
-BgpParseExtCommRouteOriginSm::Ptr bgpParseExtCommRouteOriginSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return BgpParseExtCommRouteOriginSmIs(collections);
-}
-
-void BgpParseExtCommRouteOriginSm::instantiateExtCommSubTypeTransTwoOctetAsSubRule(
-    const BgpParseExtCommSubTypeTransTwoOctetAsRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeTransTwoOctetAsSubRule(
-      key, bgpParseExtCommRuleIs<BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule>(control));
-}
-
-void BgpParseExtCommRouteOriginSm::instantiateExtCommSubTypeTransIpv4AddressSubRule(
-    const BgpParseExtCommSubTypeTransIpv4AddressRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeTransIpv4AddressSubRule(
-      key, bgpParseExtCommRuleIs<BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule>(control));
-}
-
-void BgpParseExtCommRouteOriginSm::instantiateExtCommSubTypeTransFourOctetAsSubRule(
-    const BgpParseExtCommSubTypeTransFourOctetAsRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeTransFourOctetAsSubRule(
-      key, bgpParseExtCommRuleIs<BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule>(control));
-}
+// Type 0x00, subtype 0x03.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommRouteOriginSm, BgpParseKindTransTwoOctetAs,
+                             instantiateExtCommSubTypeTransTwoOctetAsSubRule,
+                             addExtCommSubTypeTransTwoOctetAsSubRule,
+                             BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule)
+// Type 0x01, subtype 0x03.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommRouteOriginSm, BgpParseKindTransIpv4Address,
+                             instantiateExtCommSubTypeTransIpv4AddressSubRule,
+                             addExtCommSubTypeTransIpv4AddressSubRule,
+                             BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule)
+// Type 0x02, subtype 0x03.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommRouteOriginSm, BgpParseKindTransFourOctetAs,
+                             instantiateExtCommSubTypeTransFourOctetAsSubRule,
+                             addExtCommSubTypeTransFourOctetAsSubRule,
+                             BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule)
 
 }  // namespace Routing::Bgp

@@ -1,4 +1,4 @@
-// The plugin that makes the rule tree know route origins.
+// BgpParseExtCommRouteOriginSm: the plugin that adds the leaves for route origins to the rule tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMROUTEORIGINSM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMROUTEORIGINSM_H
 
@@ -11,62 +11,47 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransTwoOctetAsRuleBase,
-                                     extCommPktSubtypeTransTwoOctetAsRouteOrigin,
-                                     extCommRouteOriginAsFactory, false> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule)
+// The leaf for type 0x00, subtype 0x03: a route origin with a two-octet AS number (RFC 4360 section
+// 5).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule,
+                    BgpParseExtComSubTypeTransTwoOctetAsRuleBase,
+                    extCommPktSubtypeTransTwoOctetAsRouteOrigin, extCommRouteOriginAsFactory,
+                    false);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
+// The leaf for type 0x01, subtype 0x03: a route origin with an IPv4 address (RFC 4360 section 5).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule,
+                    BgpParseExtComSubTypeTransIpv4AddressRuleBase,
+                    extCommPktSubtypeTransIpv4AddressRouteOrigin,
+                    extCommRouteOriginIpv4AddressFactory);
 
-class OV_EXPORT BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransIpv4AddressRuleBase,
-                                     extCommPktSubtypeTransIpv4AddressRouteOrigin,
-                                     extCommRouteOriginIpv4AddressFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule)
+// The leaf for type 0x02, subtype 0x03: a route origin with a four-octet AS number (RFC 5668).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule,
+                    BgpParseExtComSubTypeTransFourOctetAsRuleBase,
+                    extCommPktSubtypeTransFourOctetAsRouteOrigin, extCommRouteOriginAsFactory,
+                    true);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
-class OV_EXPORT BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransFourOctetAsRuleBase,
-                                     extCommPktSubtypeTransFourOctetAsRouteOrigin,
-                                     extCommRouteOriginAsFactory, true> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule)
-
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds one of these leaves to each type rule of its kind. The leaves build ExtCommRouteOriginAs and
+// ExtCommRouteOriginIpv4Address objects. Without the plugin, values of their subtypes become
+// unclassified ExtCommAsNumber and ExtCommIpv4Address objects. Each operation of the plugin traces
+// its name at level 8 of the handle "BgpParse". Owner thread only.
 class OV_EXPORT BgpParseExtCommRouteOriginSm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommRouteOriginSm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommRouteOriginSm)
 
- public:
-  explicit BgpParseExtCommRouteOriginSm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeTransTwoOctetAsSubRule(
-      const BgpParseExtCommSubTypeTransTwoOctetAsRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
-  void instantiateExtCommSubTypeTransIpv4AddressSubRule(
-      const BgpParseExtCommSubTypeTransIpv4AddressRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
-  void instantiateExtCommSubTypeTransFourOctetAsSubRule(
-      const BgpParseExtCommSubTypeTransFourOctetAsRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeTransTwoOctetAsRouteOriginRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransTwoOctetAs,
+                          instantiateExtCommSubTypeTransTwoOctetAsSubRule)
+  // Adds a new BgpParseExtComSubTypeTransIpv4AddressRouteOriginRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransIpv4Address,
+                          instantiateExtCommSubTypeTransIpv4AddressSubRule)
+  // Adds a new BgpParseExtComSubTypeTransFourOctetAsRouteOriginRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransFourOctetAs,
+                          instantiateExtCommSubTypeTransFourOctetAsSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommRouteOriginSm::Ptr BgpParseExtCommRouteOriginSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommRouteOriginSm::Ptr bgpParseExtCommRouteOriginSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new route origin plugin with notification on that has served all announced nodes of
+// `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommRouteOriginSm, BgpParseExtCommRouteOriginSmIs,
+                           bgpParseExtCommRouteOriginSmFactory);
 
 }  // namespace Routing::Bgp
 

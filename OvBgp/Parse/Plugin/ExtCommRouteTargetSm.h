@@ -1,4 +1,4 @@
-// The plugin that makes the rule tree know route targets.
+// BgpParseExtCommRouteTargetSm: the plugin that adds the leaves for route targets to the rule tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMROUTETARGETSM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMROUTETARGETSM_H
 
@@ -11,62 +11,47 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeTransTwoOctetAsRouteTargetRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransTwoOctetAsRuleBase,
-                                     extCommPktSubtypeTransTwoOctetAsRouteTarget,
-                                     extCommRouteTargetAsFactory, false> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransTwoOctetAsRouteTargetRule)
+// The leaf for type 0x00, subtype 0x02: a route target with a two-octet AS number (RFC 4360 section
+// 4).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransTwoOctetAsRouteTargetRule,
+                    BgpParseExtComSubTypeTransTwoOctetAsRuleBase,
+                    extCommPktSubtypeTransTwoOctetAsRouteTarget, extCommRouteTargetAsFactory,
+                    false);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
+// The leaf for type 0x01, subtype 0x02: a route target with an IPv4 address (RFC 4360 section 4).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransIpv4AddressRouteTargetRule,
+                    BgpParseExtComSubTypeTransIpv4AddressRuleBase,
+                    extCommPktSubtypeTransIpv4AddressRouteTarget,
+                    extCommRouteTargetIpv4AddressFactory);
 
-class OV_EXPORT BgpParseExtComSubTypeTransIpv4AddressRouteTargetRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransIpv4AddressRuleBase,
-                                     extCommPktSubtypeTransIpv4AddressRouteTarget,
-                                     extCommRouteTargetIpv4AddressFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransIpv4AddressRouteTargetRule)
+// The leaf for type 0x02, subtype 0x02: a route target with a four-octet AS number (RFC 5668).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransFourOctetAsRouteTargetRule,
+                    BgpParseExtComSubTypeTransFourOctetAsRuleBase,
+                    extCommPktSubtypeTransFourOctetAsRouteTarget, extCommRouteTargetAsFactory,
+                    true);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
-class OV_EXPORT BgpParseExtComSubTypeTransFourOctetAsRouteTargetRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransFourOctetAsRuleBase,
-                                     extCommPktSubtypeTransFourOctetAsRouteTarget,
-                                     extCommRouteTargetAsFactory, true> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransFourOctetAsRouteTargetRule)
-
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds one of these leaves to each type rule of its kind. The leaves build ExtCommRouteTargetAs and
+// ExtCommRouteTargetIpv4Address objects. Without the plugin, values of their subtypes become
+// unclassified ExtCommAsNumber and ExtCommIpv4Address objects. Each operation of the plugin traces
+// its name at level 8 of the handle "BgpParse". Owner thread only.
 class OV_EXPORT BgpParseExtCommRouteTargetSm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommRouteTargetSm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommRouteTargetSm)
 
- public:
-  explicit BgpParseExtCommRouteTargetSm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeTransTwoOctetAsSubRule(
-      const BgpParseExtCommSubTypeTransTwoOctetAsRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
-  void instantiateExtCommSubTypeTransIpv4AddressSubRule(
-      const BgpParseExtCommSubTypeTransIpv4AddressRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
-  void instantiateExtCommSubTypeTransFourOctetAsSubRule(
-      const BgpParseExtCommSubTypeTransFourOctetAsRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeTransTwoOctetAsRouteTargetRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransTwoOctetAs,
+                          instantiateExtCommSubTypeTransTwoOctetAsSubRule)
+  // Adds a new BgpParseExtComSubTypeTransIpv4AddressRouteTargetRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransIpv4Address,
+                          instantiateExtCommSubTypeTransIpv4AddressSubRule)
+  // Adds a new BgpParseExtComSubTypeTransFourOctetAsRouteTargetRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransFourOctetAs,
+                          instantiateExtCommSubTypeTransFourOctetAsSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommRouteTargetSm::Ptr BgpParseExtCommRouteTargetSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommRouteTargetSm::Ptr bgpParseExtCommRouteTargetSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new route target plugin with notification on that has served all announced nodes of
+// `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommRouteTargetSm, BgpParseExtCommRouteTargetSmIs,
+                           bgpParseExtCommRouteTargetSmFactory);
 
 }  // namespace Routing::Bgp
 

@@ -1,28 +1,16 @@
 #include "OvBgp/Parse/Plugin/ExtCommTunnelEncapSm.h"
 
-#include "OvBgp/Parse/Plugin/Private/BgpParseTrace.h"
+#include "OvBgp/Parse/Plugin/Private/BgpParsePluginDefine.h"
 
 namespace Routing::Bgp {
 
-KIV_OBJECT_DEFINE(BgpParseExtComSubTypeTransOpaqueTunnelEncapRule)
-KIV_OBJECT_DEFINE(BgpParseExtCommTunnelEncapSm)
+BGP_PARSE_PLUGIN_DEFINE(BgpParseExtCommTunnelEncapSm, BgpParseExtCommTunnelEncapSmIs,
+                        bgpParseExtCommTunnelEncapSmFactory)
 
-BgpParseExtCommTunnelEncapSm::Ptr BgpParseExtCommTunnelEncapSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return bgpParseExtCommPluginIs<BgpParseExtCommTunnelEncapSm>(collections);
-}
-
-BgpParseExtCommTunnelEncapSm::Ptr bgpParseExtCommTunnelEncapSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
-  return BgpParseExtCommTunnelEncapSmIs(collections);
-}
-
-void BgpParseExtCommTunnelEncapSm::instantiateExtCommSubTypeTransOpaqueSubRule(
-    const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,
-    const BgpParseExtCommControl& control) const {
-  BGP_PARSE_TRACE_OPERATION();
-  addExtCommSubTypeTransOpaqueSubRule(
-      key, bgpParseExtCommRuleIs<BgpParseExtComSubTypeTransOpaqueTunnelEncapRule>(control));
-}
+// Type 0x03, subtype 0x0c.
+BGP_PARSE_PLUGIN_LEAF_DEFINE(BgpParseExtCommTunnelEncapSm, BgpParseKindTransOpaque,
+                             instantiateExtCommSubTypeTransOpaqueSubRule,
+                             addExtCommSubTypeTransOpaqueSubRule,
+                             BgpParseExtComSubTypeTransOpaqueTunnelEncapRule)
 
 }  // namespace Routing::Bgp

@@ -1,4 +1,5 @@
-// The plugin that makes the rule tree know tunnel encapsulations.
+// BgpParseExtCommTunnelEncapSm: the plugin that adds the leaves for tunnel encapsulations to the
+// rule tree.
 #ifndef OVBGP_PARSE_PLUGIN_EXTCOMMTUNNELENCAPSM_H
 #define OVBGP_PARSE_PLUGIN_EXTCOMMTUNNELENCAPSM_H
 
@@ -11,36 +12,26 @@
 
 namespace Routing::Bgp {
 
-class OV_EXPORT BgpParseExtComSubTypeTransOpaqueTunnelEncapRule final
-    : public BgpParseExtCommLeafRule<BgpParseExtComSubTypeTransOpaqueRuleBase,
-                                     extCommPktSubtypeTransOpaqueEncapsulationExtendedCommunity,
-                                     extCommTunnelEncapFactory> {
-  KIV_OBJECT(BgpParseExtComSubTypeTransOpaqueTunnelEncapRule)
+// The leaf for type 0x03, subtype 0x0c: a tunnel encapsulation (RFC 9012 section 4.1).
+BGP_PARSE_LEAF_RULE(BgpParseExtComSubTypeTransOpaqueTunnelEncapRule,
+                    BgpParseExtComSubTypeTransOpaqueRuleBase,
+                    extCommPktSubtypeTransOpaqueEncapsulationExtendedCommunity,
+                    extCommTunnelEncapFactory);
 
- public:
-  using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;
-};
-
+// Adds this leaf to each transitive opaque type rule. The leaf builds ExtCommTunnelEncap objects.
+// Without the plugin, values of its subtype become unclassified ExtCommSubtyped objects. Each
+// operation of the plugin traces its name at level 8 of the handle "BgpParse". Owner thread only.
 class OV_EXPORT BgpParseExtCommTunnelEncapSm final : public BgpParseExtCommPluginBaseSm {
-  KIV_OBJECT(BgpParseExtCommTunnelEncapSm)
+  BGP_PARSE_PLUGIN_BODY(BgpParseExtCommTunnelEncapSm)
 
- public:
-  explicit BgpParseExtCommTunnelEncapSm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : BgpParseExtCommPluginBaseSm(collections) {
-    constructed();
-  }
-
-  void instantiateExtCommSubTypeTransOpaqueSubRule(
-      const BgpParseExtCommSubTypeTransOpaqueRuleKey& key,
-      const BgpParseExtCommControl& control) const override;
+  // Adds a new BgpParseExtComSubTypeTransOpaqueTunnelEncapRule to the node of `key`.
+  BGP_PARSE_PLUGIN_SERVES(BgpParseKindTransOpaque, instantiateExtCommSubTypeTransOpaqueSubRule)
 };
 
-// Both: new, with notification switched on, and with a leaf at all nodes that exist.
-OV_EXPORT BgpParseExtCommTunnelEncapSm::Ptr BgpParseExtCommTunnelEncapSmIs(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
-OV_EXPORT BgpParseExtCommTunnelEncapSm::Ptr bgpParseExtCommTunnelEncapSmFactory(
-    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
+// Returns a new tunnel encapsulation plugin with notification on that has served all announced
+// nodes of `collections`, which may be null. Throws std::bad_alloc.
+BGP_PARSE_PLUGIN_FACTORIES(BgpParseExtCommTunnelEncapSm, BgpParseExtCommTunnelEncapSmIs,
+                           bgpParseExtCommTunnelEncapSmFactory);
 
 }  // namespace Routing::Bgp
 

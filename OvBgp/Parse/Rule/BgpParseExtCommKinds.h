@@ -1,9 +1,9 @@
-// The kinds of extended communities that the rule tree tells apart: all that is
-// particular to each of them, said once.
+// Traits of the kinds of extended communities: one struct for each type octet with a type rule.
 //
-// A kind is what one type octet stands for. It is a traits struct; rules, keys,
-// registry and plugins are templates over it, and short classes give the results
-// their names. The elaborated names below declare those classes.
+// Rules, keys, registry and plugins are templates over these structs, so a struct is the only
+// place that states the type octet, the subtype enumeration, the fallback and the classes of a
+// kind. The `class X` arguments below declare these classes; the other headers define them. Kinds
+// have no objects; all members are compile-time constants and types.
 #ifndef OVBGP_PARSE_RULE_BGPPARSEEXTCOMMKINDS_H
 #define OVBGP_PARSE_RULE_BGPPARSEEXTCOMMKINDS_H
 
@@ -20,180 +20,207 @@ class ExtCommContent;
 class ExtCommIp6;
 class ExtCommIp6Content;
 
-// What a type rule makes of a value that no leaf claims: the most that is known
-// from the type alone, unclassified. Never null; not interned.
+// The fallbacks: what a type rule builds for a value that no leaf accepts. Each function returns
+// a new object with notification on, not interned, of extCommClassificationUnSpecified. None
+// returns null; each throws std::bad_alloc only. Any thread.
 namespace BgpParseFallback {
 
+// Returns an ExtCommAsNumber that reads a two-octet AS number.
 OV_EXPORT Kiv::Ptr<ExtComm> twoOctetAs(const ExtCommContent& content);
+// Returns an ExtCommAsNumber that reads a four-octet AS number.
 OV_EXPORT Kiv::Ptr<ExtComm> fourOctetAs(const ExtCommContent& content);
+// Returns an ExtCommIpv4Address.
 OV_EXPORT Kiv::Ptr<ExtComm> ipv4Address(const ExtCommContent& content);
+// Returns an ExtCommSubtyped, which interprets only type and subtype.
 OV_EXPORT Kiv::Ptr<ExtComm> subtyped(const ExtCommContent& content);
+// Returns an ExtCommIp6Subtyped, which interprets only type and subtype.
 OV_EXPORT Kiv::Ptr<ExtCommIp6> ip6Subtyped(const ExtCommIp6Content& content);
 
 }  // namespace BgpParseFallback
 
-// What kinds of one width of value have in common.
-struct BgpParseValue8 {  // RFC 4360
+// Common traits of all kinds of 8-octet extended communities (RFC 4360).
+struct BgpParseValue8 {
+  // The octets before parsing.
   using Content = ExtCommContent;
+  // The base class of the objects that parsing builds.
   using Object = ExtComm;
+  // The enumeration of the type octet.
   using Type = BgpExtCommPktType;
+  // The base of the type rules.
   using TypeRuleBase = class BgpParseExtendedCommunityTypeRuleBase;
-  // Whether plugins are told of this kind's rule.
-  static constexpr bool announced = true;
-};
-struct BgpParseValue20 {  // RFC 5701
-  using Content = ExtCommIp6Content;
-  using Object = ExtCommIp6;
-  using Type = BgpExtCommIp6PktType;
-  using TypeRuleBase = class BgpParseExtendedCommunityIp6TypeRuleBase;
+  // Whether the type rule of a kind enters its key in the registry, so that plugins can serve it.
   static constexpr bool announced = true;
 };
 
-// The root, which plugins may give type rules. `attribute`, here and below: the
-// number under which the registry tells of this kind's nodes.
+// Common traits of all kinds of 20-octet extended communities (RFC 5701).
+struct BgpParseValue20 {
+  // The octets before parsing.
+  using Content = ExtCommIp6Content;
+  // The base class of the objects that parsing builds.
+  using Object = ExtCommIp6;
+  // The enumeration of the type octet.
+  using Type = BgpExtCommIp6PktType;
+  // The base of the type rules.
+  using TypeRuleBase = class BgpParseExtendedCommunityIp6TypeRuleBase;
+  // Whether the type rule of a kind enters its key in the registry, so that plugins can serve it.
+  static constexpr bool announced = true;
+};
+
+// The members of a kind. `Value` gives the traits of its width.
+template <class Value, typename Value::Type type, class SubtypeEnum, auto* fallbackOf, U32 number,
+          class RuleClass, class SubtypeRuleBaseClass, class KeyClass>
+struct BgpParseKindOf : Value {
+  // The type octet that selects this kind at the root.
+  static constexpr typename Value::Type pktType = type;
+  // The enumeration of the subtype octet, which selects a leaf.
+  using Subtype = SubtypeEnum;
+  // Builds the object if no leaf does; a function of BgpParseFallback.
+  static constexpr auto* fallback = fallbackOf;
+  // The number of this kind's collection in the registry, and the attribute of its notifications.
+  static constexpr U32 attribute = number;
+  // The type rule.
+  using Rule = RuleClass;
+  // The base of the leaves below the type rule.
+  using SubtypeRuleBase = SubtypeRuleBaseClass;
+  // The key with which the type rule announces itself.
+  using Key = KeyClass;
+};
+
+// A kind of 8-octet values. The type octet implies the subtype enumeration.
+template <BgpExtCommPktType type, auto* fallback, U32 attribute, class Rule, class SubtypeRuleBase,
+          class Key>
+using BgpParseKind8 = BgpParseKindOf<BgpParseValue8, type, ExtCommSubtypeEnum<type>, fallback,
+                                     attribute, Rule, SubtypeRuleBase, Key>;
+
+// A kind of 20-octet values. All kinds of this width have the same fallback.
+template <BgpExtCommIp6PktType type, class Subtype, U32 attribute, class Rule,
+          class SubtypeRuleBase, class Key>
+using BgpParseKind20 =
+    BgpParseKindOf<BgpParseValue20, type, Subtype, &BgpParseFallback::ip6Subtyped, attribute, Rule,
+                   SubtypeRuleBase, Key>;
+
+// The root as a node of the registry. The root has no type octet, subtype or fallback: plugins
+// that serve this kind add type rules.
 struct BgpParseKindRoot {
+  // The root rule.
   using Rule = class BgpParseExtendedCommunityRule;
+  // The key with which the root announces itself.
   using Key = class BgpParseExtendedCommunityRuleKey;
+  // The number of the root's collection in the registry, the first of all.
   static constexpr U32 attribute = 130;
 };
 
-struct BgpParseKindTransTwoOctetAs : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransTwoOctetAsRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransTwoOctetAsRuleBase;
-  using Key = class BgpParseExtCommSubTypeTransTwoOctetAsRuleKey;
-  static constexpr Type pktType = extCommPktTypeTransTwoOctetAs;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::twoOctetAs;
-  static constexpr U32 attribute = 131;
-};
+// Transitive two-octet AS specific, type 0x00 (RFC 4360 section 3.1).
+struct BgpParseKindTransTwoOctetAs
+    : BgpParseKind8<extCommPktTypeTransTwoOctetAs, &BgpParseFallback::twoOctetAs, 131,
+                    class BgpParseExtCommTransTwoOctetAsRule,
+                    class BgpParseExtComSubTypeTransTwoOctetAsRuleBase,
+                    class BgpParseExtCommSubTypeTransTwoOctetAsRuleKey> {};
 
-struct BgpParseKindTransIpv4Address : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransIpv4AddressRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransIpv4AddressRuleBase;
-  using Key = class BgpParseExtCommSubTypeTransIpv4AddressRuleKey;
-  static constexpr Type pktType = extCommPktTypeTransIpv4Address;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::ipv4Address;
-  static constexpr U32 attribute = 132;
-};
+// Transitive IPv4 address specific, type 0x01 (RFC 4360 section 3.2).
+struct BgpParseKindTransIpv4Address
+    : BgpParseKind8<extCommPktTypeTransIpv4Address, &BgpParseFallback::ipv4Address, 132,
+                    class BgpParseExtCommTransIpv4AddressRule,
+                    class BgpParseExtComSubTypeTransIpv4AddressRuleBase,
+                    class BgpParseExtCommSubTypeTransIpv4AddressRuleKey> {};
 
-struct BgpParseKindTransFourOctetAs : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransFourOctetAsRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransFourOctetAsRuleBase;
-  using Key = class BgpParseExtCommSubTypeTransFourOctetAsRuleKey;
-  static constexpr Type pktType = extCommPktTypeTransFourOctetAs;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::fourOctetAs;
-  static constexpr U32 attribute = 133;
-};
+// Transitive four-octet AS specific, type 0x02 (RFC 5668).
+struct BgpParseKindTransFourOctetAs
+    : BgpParseKind8<extCommPktTypeTransFourOctetAs, &BgpParseFallback::fourOctetAs, 133,
+                    class BgpParseExtCommTransFourOctetAsRule,
+                    class BgpParseExtComSubTypeTransFourOctetAsRuleBase,
+                    class BgpParseExtCommSubTypeTransFourOctetAsRuleKey> {};
 
-struct BgpParseKindTransOpaque : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransOpaqueRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransOpaqueRuleBase;
-  using Key = class BgpParseExtCommSubTypeTransOpaqueRuleKey;
-  static constexpr Type pktType = extCommPktTypeTransOpaque;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::subtyped;
-  static constexpr U32 attribute = 134;
-};
+// Transitive opaque, type 0x03 (RFC 4360 section 3.3).
+struct BgpParseKindTransOpaque
+    : BgpParseKind8<extCommPktTypeTransOpaque, &BgpParseFallback::subtyped, 134,
+                    class BgpParseExtCommTransOpaqueRule,
+                    class BgpParseExtComSubTypeTransOpaqueRuleBase,
+                    class BgpParseExtCommSubTypeTransOpaqueRuleKey> {};
 
-struct BgpParseKindTransGeneric : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransGenericRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransGenericRuleBase;
-  using Key = class BgpParseExtCommSubTypeTransGenericRuleKey;
-  static constexpr Type pktType = extCommPktTypeTransGeneric;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::subtyped;
-  static constexpr U32 attribute = 135;
-};
+// Generic transitive experimental use, type 0x80 (RFC 7153).
+struct BgpParseKindTransGeneric
+    : BgpParseKind8<extCommPktTypeTransGeneric, &BgpParseFallback::subtyped, 135,
+                    class BgpParseExtCommTransGenericRule,
+                    class BgpParseExtComSubTypeTransGenericRuleBase,
+                    class BgpParseExtCommSubTypeTransGenericRuleKey> {};
 
-struct BgpParseKindTransGenericPart2 : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransGenericPart2Rule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransGenericPart2RuleBase;
-  using Key = class BgpParseExtCommSubTypeTransGenericPart2RuleKey;
-  static constexpr Type pktType = extCommPktTypeTransGenericPart2;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::subtyped;
-  static constexpr U32 attribute = 136;
-};
+// Generic transitive experimental use part 2, type 0x81 (RFC 7674).
+struct BgpParseKindTransGenericPart2
+    : BgpParseKind8<extCommPktTypeTransGenericPart2, &BgpParseFallback::subtyped, 136,
+                    class BgpParseExtCommTransGenericPart2Rule,
+                    class BgpParseExtComSubTypeTransGenericPart2RuleBase,
+                    class BgpParseExtCommSubTypeTransGenericPart2RuleKey> {};
 
-struct BgpParseKindTransGenericPart3 : BgpParseValue8 {
-  using Rule = class BgpParseExtCommTransGenericPart3Rule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeTransGenericPart3RuleBase;
-  using Key = class BgpParseExtCommSubTypeTransGenericPart3RuleKey;
-  static constexpr Type pktType = extCommPktTypeTransGenericPart3;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::subtyped;
-  static constexpr U32 attribute = 137;
-};
+// Generic transitive experimental use part 3, type 0x82 (RFC 7674).
+struct BgpParseKindTransGenericPart3
+    : BgpParseKind8<extCommPktTypeTransGenericPart3, &BgpParseFallback::subtyped, 137,
+                    class BgpParseExtCommTransGenericPart3Rule,
+                    class BgpParseExtComSubTypeTransGenericPart3RuleBase,
+                    class BgpParseExtCommSubTypeTransGenericPart3RuleKey> {};
 
-struct BgpParseKindNonTransTwoOctetAs : BgpParseValue8 {
-  using Rule = class BgpParseExtCommNonTransTwoOctetAsRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase;
-  using Key = class BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey;
-  static constexpr Type pktType = extCommPktTypeNonTransTwoOctetAs;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::twoOctetAs;
-  static constexpr U32 attribute = 138;
-};
+// Non-transitive two-octet AS specific, type 0x40 (RFC 4360 section 3.1).
+struct BgpParseKindNonTransTwoOctetAs
+    : BgpParseKind8<extCommPktTypeNonTransTwoOctetAs, &BgpParseFallback::twoOctetAs, 138,
+                    class BgpParseExtCommNonTransTwoOctetAsRule,
+                    class BgpParseExtComSubTypeNonTransTwoOctetAsRuleBase,
+                    class BgpParseExtCommSubTypeNonTransTwoOctetAsRuleKey> {};
 
-struct BgpParseKindNonTransIpv4Address : BgpParseValue8 {
-  using Rule = class BgpParseExtCommNonTransIpv4AddressRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransIpv4AddressRuleBase;
-  using Key = class BgpParseExtCommSubTypeNonTransIpv4AddressRuleKey;
-  static constexpr Type pktType = extCommPktTypeNonTransIpv4Address;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::ipv4Address;
-  static constexpr U32 attribute = 139;
-};
+// Non-transitive IPv4 address specific, type 0x41 (RFC 4360 section 3.2).
+struct BgpParseKindNonTransIpv4Address
+    : BgpParseKind8<extCommPktTypeNonTransIpv4Address, &BgpParseFallback::ipv4Address, 139,
+                    class BgpParseExtCommNonTransIpv4AddressRule,
+                    class BgpParseExtComSubTypeNonTransIpv4AddressRuleBase,
+                    class BgpParseExtCommSubTypeNonTransIpv4AddressRuleKey> {};
 
-struct BgpParseKindNonTransFourOctetAs : BgpParseValue8 {
-  using Rule = class BgpParseExtCommNonTransFourOctetAsRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransFourOctetAsRuleBase;
-  using Key = class BgpParseExtCommSubTypeNonTransFourOctetAsRuleKey;
-  static constexpr Type pktType = extCommPktTypeNonTransFourOctetAs;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::fourOctetAs;
-  static constexpr U32 attribute = 140;
-};
+// Non-transitive four-octet AS specific, type 0x42 (RFC 5668).
+struct BgpParseKindNonTransFourOctetAs
+    : BgpParseKind8<extCommPktTypeNonTransFourOctetAs, &BgpParseFallback::fourOctetAs, 140,
+                    class BgpParseExtCommNonTransFourOctetAsRule,
+                    class BgpParseExtComSubTypeNonTransFourOctetAsRuleBase,
+                    class BgpParseExtCommSubTypeNonTransFourOctetAsRuleKey> {};
 
-struct BgpParseKindNonTransOpaque : BgpParseValue8 {
-  using Rule = class BgpParseExtCommNonTransOpaqueRule;
-  using SubtypeRuleBase = class BgpParseExtComSubTypeNonTransOpaqueRuleBase;
-  using Key = class BgpParseExtCommSubTypeNonTransOpaqueRuleKey;
-  static constexpr Type pktType = extCommPktTypeNonTransOpaque;
-  using Subtype = ExtCommSubtypeEnum<pktType>;
-  static constexpr auto* fallback = &BgpParseFallback::subtyped;
-  static constexpr U32 attribute = 141;
-};
+// Non-transitive opaque, type 0x43 (RFC 4360 section 3.3).
+struct BgpParseKindNonTransOpaque
+    : BgpParseKind8<extCommPktTypeNonTransOpaque, &BgpParseFallback::subtyped, 141,
+                    class BgpParseExtCommNonTransOpaqueRule,
+                    class BgpParseExtComSubTypeNonTransOpaqueRuleBase,
+                    class BgpParseExtCommSubTypeNonTransOpaqueRuleKey> {};
 
-struct BgpParseKindIp6Trans : BgpParseValue20 {
-  using Rule = class BgpParseExtCommIp6TransRule;
-  using SubtypeRuleBase = class BgpParseExtCommIp6SubTypeTransRuleBase;
-  using Key = class BgpParseExtCommIp6SubTypeTransRuleKey;
-  using Subtype = BgpExtCommIp6PktSubtypeTransIpv6Address;
-  static constexpr Type pktType = extCommIp6PktTypeTransIpv6Address;
-  static constexpr auto* fallback = &BgpParseFallback::ip6Subtyped;
-  static constexpr U32 attribute = 142;
-};
+// Transitive IPv6 address specific, type 0x00 of 20-octet values (RFC 5701 section 2).
+struct BgpParseKindIp6Trans
+    : BgpParseKind20<extCommIp6PktTypeTransIpv6Address, BgpExtCommIp6PktSubtypeTransIpv6Address,
+                     142, class BgpParseExtCommIp6TransRule,
+                     class BgpParseExtCommIp6SubTypeTransRuleBase,
+                     class BgpParseExtCommIp6SubTypeTransRuleKey> {};
 
-// Never announced, so its values always take the fallback: no subtype of it has a
-// name.
-struct BgpParseKindIp6NonTrans : BgpParseValue20 {
-  using Rule = class BgpParseExtCommIp6NonTransRule;
-  using SubtypeRuleBase = class BgpParseExtCommIp6SubTypeNonTransRuleBase;
-  using Key = class BgpParseExtCommIp6SubTypeNonTransRuleKey;
-  using Subtype = BgpExtCommIp6PktSubtypeNonTransIpv6Address;
-  static constexpr Type pktType = extCommIp6PktTypeNonTransIpv6Address;
-  static constexpr auto* fallback = &BgpParseFallback::ip6Subtyped;
-  static constexpr U32 attribute = 143;
+// Non-transitive IPv6 address specific, type 0x40 of 20-octet values (RFC 5701 section 2).
+struct BgpParseKindIp6NonTrans
+    : BgpParseKind20<
+          extCommIp6PktTypeNonTransIpv6Address, BgpExtCommIp6PktSubtypeNonTransIpv6Address, 143,
+          class BgpParseExtCommIp6NonTransRule, class BgpParseExtCommIp6SubTypeNonTransRuleBase,
+          class BgpParseExtCommIp6SubTypeNonTransRuleKey> {
+  // No subtype of this kind has a name, so a leaf would never be reached. The type rule therefore
+  // does not announce itself, and its values always take the fallback.
   static constexpr bool announced = false;
 };
 
+// A list of kinds as a type, for functions that run once for each kind.
 template <class... Kind>
 struct BgpParseKindList {};
 
-// In the order in which the root builds their rules.
+// Puts the root's kind in front of a list.
+template <class Kinds>
+struct BgpParseKindsWithRoot;
+
+// The only specialisation: takes the kinds out of the list.
+template <class... Kind>
+struct BgpParseKindsWithRoot<BgpParseKindList<Kind...>> {
+  // The longer list.
+  using List = BgpParseKindList<BgpParseKindRoot, Kind...>;
+};
+
+// All kinds with a type octet, in the order in which the root builds their type rules.
 using BgpParseTypeKinds =
     BgpParseKindList<BgpParseKindTransTwoOctetAs, BgpParseKindTransIpv4Address,
                      BgpParseKindTransFourOctetAs, BgpParseKindTransOpaque,
@@ -201,14 +228,10 @@ using BgpParseTypeKinds =
                      BgpParseKindTransGenericPart3, BgpParseKindNonTransTwoOctetAs,
                      BgpParseKindNonTransIpv4Address, BgpParseKindNonTransFourOctetAs,
                      BgpParseKindNonTransOpaque, BgpParseKindIp6Trans, BgpParseKindIp6NonTrans>;
-// The same behind the root: one collection of the registry each, in its order.
-using BgpParseNodeKinds =
-    BgpParseKindList<BgpParseKindRoot, BgpParseKindTransTwoOctetAs, BgpParseKindTransIpv4Address,
-                     BgpParseKindTransFourOctetAs, BgpParseKindTransOpaque,
-                     BgpParseKindTransGeneric, BgpParseKindTransGenericPart2,
-                     BgpParseKindTransGenericPart3, BgpParseKindNonTransTwoOctetAs,
-                     BgpParseKindNonTransIpv4Address, BgpParseKindNonTransFourOctetAs,
-                     BgpParseKindNonTransOpaque, BgpParseKindIp6Trans, BgpParseKindIp6NonTrans>;
+
+// All kinds of nodes, in the order of the registry's collections: first the root, then the type
+// rules.
+using BgpParseNodeKinds = BgpParseKindsWithRoot<BgpParseTypeKinds>::List;
 
 }  // namespace Routing::Bgp
 

@@ -1,4 +1,5 @@
-// The base of all parse rules, and how rules are made and unmade.
+// BgpParseExtCommRuleBase: the base class of all parse rules, with their construction and
+// destruction protocol.
 #ifndef OVBGP_PARSE_RULE_BGPPARSEEXTCOMMRULEBASE_H
 #define OVBGP_PARSE_RULE_BGPPARSEEXTCOMMRULEBASE_H
 
@@ -10,42 +11,53 @@
 
 namespace Routing::Bgp {
 
-// A node of the rule tree. Make one with bgpParseExtCommRuleIs, or with new for a
-// Kiv::Ptr. A rule is announced when it is complete and held, since whoever hears of
-// it calls it and may hold it (but not, while it is being built, if another that
-// hears of it throws). For the same reason it is withdrawn before its destruction
-// begins.
+// A node of the rule tree: the root, a type rule or a leaf.
 //
-// Threads: any number may parse at a time, while none changes the tree.
+// A rule is announced only when it is fully constructed and somebody owns a reference, because
+// observers call it and may keep a reference. If an observer throws during construction, no
+// observer may keep a reference, because the rule is then destroyed. For the same reason a rule is
+// withdrawn from the registry before its destructor starts.
+//
+// Create rules with bgpParseExtCommRuleIs(), or with `new` for a Kiv::Ptr. Any number of threads
+// may parse at the same time as long as no thread changes the tree.
 class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
  public:
   KIV_POINTERS(BgpParseExtCommRuleBase)
 
+  // Keeps a copy of `control`, which holds a reference to the registry.
   explicit BgpParseExtCommRuleBase(const BgpParseExtCommControl& control)
       : parseControl_(control) {}
 
+  // Returns the control that the rule was constructed with; it never changes.
   const BgpParseExtCommControl& parseControl() const noexcept { return parseControl_; }
 
-  // Run when the rule has been built, and when it is about to go; a rule that takes
-  // children announces and withdraws itself. Built is a rule whose constructor says so
-  // (constructed), or else one that bgpParseExtCommRuleIs has made.
+  // Hook that runs once after construction: at the end of the constructor if the class calls
+  // constructed() there, otherwise in bgpParseExtCommRuleIs(). Rules with children build and
+  // announce themselves here; the default does nothing. It may throw what observers throw.
   virtual void handleInitialized() {}
+  // Hook that runs when the last reference is released, before the destructor. Rules with children
+  // withdraw their key and release their children here; the default does nothing.
   virtual void handleDel() {}
 
-  // Runs handleDel() with a reference held. An observer that takes one then, and
-  // keeps it, keeps the rule, which is announced no more.
+  // Called by the reference count at zero. Runs handleDel() with a temporary reference, so that
+  // observers can use the rule. If an observer keeps a reference, the rule survives, but it is not
+  // announced again. Exceptions of handleDel() are swallowed.
   void zeroReferencesIs() noexcept final;
 
  protected:
-  // The last that the constructor of a final class calls: runs handleInitialized()
-  // with a reference held. What that throws ends the rule, which nobody may hold then.
+  // Runs handleInitialized() with a temporary reference. Call it at the end of the constructor of
+  // a final class, and nowhere else, because it calls virtual functions. If handleInitialized()
+  // throws, the rule is withdrawn and the exception passed on.
   void constructed();
 
-  // Enters `key` in the registry, or takes it back.
+  // Inserts `key` into the registry's collection of `Kind`, which notifies observers. Does nothing
+  // if the control is empty.
   template <class Kind>
   void announce(const typename Kind::Key& key) const {
     if (parseControl_) parseControl_.ruleCollections()->template keysOf<Kind>().add(key);
   }
+  // Removes `key` from the registry's collection of `Kind`, which notifies observers if the key
+  // was present. Does nothing if the control is empty.
   template <class Kind>
   void withdraw(const typename Kind::Key& key) const {
     if (parseControl_) parseControl_.ruleCollections()->template keysOf<Kind>().del(key);
@@ -55,15 +67,18 @@ class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
   template <class Rule>
   friend Kiv::Ptr<Rule> bgpParseExtCommRuleIs(const BgpParseExtCommControl& control);
 
-  // Runs handleInitialized(), once.
+  // Runs handleInitialized() unless it has run before.
   void begin();
+  // Runs handleDel() and swallows exceptions.
   void handleDelQuietly() noexcept;
 
   const BgpParseExtCommControl parseControl_;
+  // Set before handleInitialized() runs.
   bool hasBegun_ = false;
 };
 
-// A new rule, announced, with notification switched on.
+// Returns a new rule of class `Rule` with notification on, initialised and announced. Throws
+// std::bad_alloc, and what observers of the registry throw.
 template <class Rule>
 Kiv::Ptr<Rule> bgpParseExtCommRuleIs(const BgpParseExtCommControl& control) {
   Kiv::Ptr<Rule> rule(new Rule(control));

@@ -5,6 +5,8 @@
 namespace Routing::Bgp {
 namespace {
 
+// Observers identify a collection by its number alone, so the numbers must be unique; hosts rely
+// on their values, so new kinds are appended only.
 template <class... Kind>
 constexpr bool numbersFollowOneAnother(BgpParseKindList<Kind...>) {
   U32 next = BgpParseKindRoot::attribute;

@@ -5,6 +5,7 @@
 
 namespace Routing::Bgp {
 
+// The type records under which tools and tests count the rules.
 KIV_OBJECT_DEFINE(BgpParseExtCommTransTwoOctetAsRule)
 KIV_OBJECT_DEFINE(BgpParseExtCommTransIpv4AddressRule)
 KIV_OBJECT_DEFINE(BgpParseExtCommTransFourOctetAsRule)
@@ -19,6 +20,8 @@ KIV_OBJECT_DEFINE(BgpParseExtCommNonTransOpaqueRule)
 KIV_OBJECT_DEFINE(BgpParseExtCommIp6TransRule)
 KIV_OBJECT_DEFINE(BgpParseExtCommIp6NonTransRule)
 
+// The objects are unclassified: the classification says what a community means, and that depends on
+// the subtype, which no leaf has recognised.
 namespace BgpParseFallback {
 
 ExtComm::Ptr twoOctetAs(const ExtCommContent& content) {
@@ -33,6 +36,7 @@ ExtComm::Ptr ipv4Address(const ExtCommContent& content) {
   return ExtCommIpv4AddressIs(extCommClassificationUnSpecified, content);
 }
 
+// Opaque and generic types define no structure for the six value octets.
 ExtComm::Ptr subtyped(const ExtCommContent& content) {
   return ExtCommSubtypedIs(extCommClassificationUnSpecified, content);
 }

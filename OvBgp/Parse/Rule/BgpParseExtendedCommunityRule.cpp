@@ -14,6 +14,8 @@ BgpParseExtendedCommunityRule::Ptr bgpParseExtendedCommunityRuleFactory(
   return bgpParseExtCommRuleIs<BgpParseExtendedCommunityRule>(control);
 }
 
+// Types without a rule, and types whose rule returns null, become plain ExtComm objects: nothing is
+// known about the subtype of these types.
 ExtComm::Ptr BgpParseExtendedCommunityRule::parseExtendedCommunity(
     const ExtCommContent& content) const {
   ExtComm::Ptr object = typeRule_.inhale(content.typeOctet(), content);
@@ -41,17 +43,21 @@ void BgpParseExtendedCommunityRule::ip6TypeRuleIs(const Ip6TypeRulePtr& rule) co
   ip6TypeRule_.is(bgpParseExtCommRuleNeeded(rule)->pktType(), rule);
 }
 
-// Each type rule announces itself before it hangs here, so that it has its leaves.
+// Each type rule announces itself in its constructor. Plugins therefore add its leaves before the
+// root stores it.
 template <class... Kind>
 void BgpParseExtendedCommunityRule::typeRulesAre(BgpParseKindList<Kind...>) {
   (hang(bgpParseExtCommRuleIs<typename Kind::Rule>(parseControl())), ...);
 }
 
+// Announces the root last, so that plugins which serve it find all type rules and can replace them.
 void BgpParseExtendedCommunityRule::handleInitialized() {
   typeRulesAre(BgpParseTypeKinds{});
   announce<BgpParseKindRoot>(BgpParseExtendedCommunityRuleKey(this));
 }
 
+// The key leaves first: plugins that are notified of the withdrawal may add type rules again, and
+// these must be removed, too.
 void BgpParseExtendedCommunityRule::handleDel() {
   withdraw<BgpParseKindRoot>(BgpParseExtendedCommunityRuleKey(this));
   typeRuleDelAll();

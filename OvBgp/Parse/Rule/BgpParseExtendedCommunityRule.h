@@ -1,12 +1,12 @@
-// The root of the rule tree: from the octets of an extended community to an object
-// of the right class.
+// BgpParseExtendedCommunityRule: the root of the rule tree, which turns the octets of an extended
+// community into an object of the right class.
 //
-//   root          by the type octet
-//     type rule   by the subtype octet
+//   root          selects a type rule by the type octet
+//     type rule   selects a leaf by the subtype octet
 //       leaf      builds the typed object
 //
-// The root and the type rules are always there; leaves come from plugins. What no
-// leaf takes becomes a generic object, so that parsing never fails.
+// The root builds itself and the type rules; plugins add leaves. A value that no leaf accepts
+// becomes a generic object, so parsing never fails because of the octets.
 #ifndef OVBGP_PARSE_RULE_BGPPARSEEXTENDEDCOMMUNITYRULE_H
 #define OVBGP_PARSE_RULE_BGPPARSEEXTENDEDCOMMUNITYRULE_H
 
@@ -23,48 +23,69 @@
 
 namespace Routing::Bgp {
 
-// Owns its type rules, one a type, which it builds before it announces itself; plugins
-// that watch the root may replace them or add to them, through the pointer to const
-// that they are given. Interns nothing.
+// Owns its type rules, at most one for each type octet. The constructor builds the thirteen rules
+// of BgpParseTypeKinds and then announces the root, so that plugins can add or replace type rules.
+//
+// The operations that add and remove type rules are const, because plugins get a pointer to const
+// with the key. They must not run while a thread parses. The root interns nothing and holds no
+// reference to what it builds.
 class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRuleBase {
   KIV_OBJECT(BgpParseExtendedCommunityRule)
 
  public:
+  // A counted pointer to a type rule for 8-octet values.
   using TypeRulePtr = Kiv::Ptr<const BgpParseExtendedCommunityTypeRuleBase>;
+  // A counted pointer to a type rule for 20-octet values.
   using Ip6TypeRulePtr = Kiv::Ptr<const BgpParseExtendedCommunityIp6TypeRuleBase>;
 
-  // Plugins that watch the control's registry have hung their leaves when this returns.
+  // Builds and announces the whole tree. Plugins that watch the control's registry have added their
+  // rules when the constructor returns. Throws std::bad_alloc, and what an observer throws.
   explicit BgpParseExtendedCommunityRule(const BgpParseExtCommControl& control);
 
-  // A new object, never null. Two lookups and a virtual call a level; allocates
-  // nothing but the object. Throws std::bad_alloc.
+  // Returns a new object for `content`, not interned, and never null. Two array accesses and two
+  // virtual calls; allocates the object only. Throws std::bad_alloc. Any number of threads may call
+  // it at the same time.
   ExtComm::Ptr parseExtendedCommunity(const ExtCommContent& content) const;
+  // Does the same for a 20-octet community.
   ExtCommIp6::Ptr parseExtendedCommunityIp6(const ExtCommIp6Content& content) const;
 
-  // The user-interface text of the community with the octets `value`.
+  // Parses the octets `value`, first octet in the highest bits, and returns the object's
+  // user-interface text. `asdot` selects high.low notation of AS numbers above 65535,
+  // `linkBwWeighted` a bandwidth as a bare number; `json` changes no text of the library. Nothing
+  // is interned or cached; see BgpShowCli::ExtCommCache.
   Kiv::String showString(const U64& value, bool asdot, bool linkBwWeighted, bool json) const;
 
-  // Is: hangs a rule under its own type, in the place of any that is there; throws
-  // Kiv::NullArgumentException. Del: whether there was one. Lookups: null if none.
+  // Stores `rule` under its own type and replaces any previous rule. Throws
+  // Kiv::NullArgumentException for null, Kiv::RangeException for a type above 256.
   void typeRuleIs(const TypeRulePtr& rule) const;
+  // Removes the rule of `type`; returns whether there was a rule.
   bool typeRuleDel(BgpExtCommPktType type) const { return typeRule_.del(type); }
+  // Removes all type rules for 8-octet values.
   void typeRuleDelAll() const { typeRule_.delAll(); }
+  // Returns the rule of `type`; null if there is none.
   TypeRulePtr typeRule(BgpExtCommPktType type) const { return TypeRulePtr(typeRule_.find(type)); }
 
+  // Stores `rule` like typeRuleIs(), for 20-octet values.
   void ip6TypeRuleIs(const Ip6TypeRulePtr& rule) const;
+  // Removes the rule of `type` for 20-octet values; returns whether there was a rule.
   bool ip6TypeRuleDel(BgpExtCommIp6PktType type) const { return ip6TypeRule_.del(type); }
+  // Removes all type rules for 20-octet values.
   void ip6TypeRuleDelAll() const { ip6TypeRule_.delAll(); }
+  // Returns the rule of `type` for 20-octet values; null if there is none.
   Ip6TypeRulePtr ip6TypeRule(BgpExtCommIp6PktType type) const {
     return Ip6TypeRulePtr(ip6TypeRule_.find(type));
   }
 
-  // Builds the type rules, then announces the root.
+  // Builds the type rules, then announces the root. The constructor calls it.
   void handleInitialized() override;
+  // Withdraws the root, then removes all type rules, which withdraw themselves.
   void handleDel() override;
 
  private:
+  // Builds one type rule for each kind.
   template <class... Kind>
   void typeRulesAre(BgpParseKindList<Kind...> kinds);
+  // Overloads, so that typeRulesAre() need not know the width of a kind.
   void hang(const TypeRulePtr& rule) const { typeRuleIs(rule); }
   void hang(const Ip6TypeRulePtr& rule) const { ip6TypeRuleIs(rule); }
 
@@ -74,7 +95,7 @@ class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRule
       ip6TypeRule_;
 };
 
-// A new root with notification on.
+// Returns a new root with notification on. Throws like the constructor.
 OV_EXPORT BgpParseExtendedCommunityRule::Ptr bgpParseExtendedCommunityRuleFactory(
     const BgpParseExtCommControl& control);
 

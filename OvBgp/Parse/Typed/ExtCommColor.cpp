@@ -4,10 +4,12 @@
 
 #include "Dorn/NotifyingObject.h"
 #include "OvBgp/Value/ExtCommText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// Appends the color-only bits as two binary digits, the high bit first.
 void appendBits(OvFmt::DynamicBufferInterface& to, U8 colorOnly) {
   to.append(colorOnly & 2 ? '1' : '0');
   to.append(colorOnly & 1 ? '1' : '0');
@@ -17,6 +19,7 @@ void appendBits(OvFmt::DynamicBufferInterface& to, U8 colorOnly) {
 
 KIV_OBJECT_DEFINE(ExtCommColor)
 
+// Collects the text in a buffer first, so that the width, fill and base of `out` have no effect.
 void ExtCommColor::formatDerivedType(std::ostream& out) const {
   ExtCommTextBuffer words;
   words.append("Color: ");
@@ -27,6 +30,7 @@ void ExtCommColor::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
+// Ignores the format, so policies and show commands use the same text.
 void ExtCommColor::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat) const {
   to.append("Color:CO(");
   appendBits(to, colorOnly());

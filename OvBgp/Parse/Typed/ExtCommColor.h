@@ -1,4 +1,7 @@
-// The color community: by which kind of path a route's next hop is to be reached.
+// ExtCommColor: the color community, which selects the kind of path to a route's next hop.
+//
+// A sender of the community and the policies of the receiver agree on what a color means, for
+// example "low latency" (RFC 9012 section 4.3, RFC 9256 section 8.8.1).
 #ifndef OVBGP_PARSE_TYPED_EXTCOMMCOLOR_H
 #define OVBGP_PARSE_TYPED_EXTCOMMCOLOR_H
 
@@ -10,24 +13,29 @@
 
 namespace Routing::Bgp {
 
-// A color and the two bits of flags that say what to do if no path has it (RFC
-// 9012 section 4.3, RFC 9256 section 8.8.1).  Immutable, any thread.
+// A 32-bit color and the two color-only bits, which tell a receiver what to do if no path has the
+// color. Type 0x03, subtype 0x0b. Immutable, any thread.
 class OV_EXPORT ExtCommColor final : public ExtCommSubtyped {
   KIV_OBJECT(ExtCommColor)
 
  public:
+  // The octets of type and subtype are not checked.
   explicit ExtCommColor(const ExtCommContent& content)
       : ExtCommSubtyped(extCommClassificationColor, content) {}
 
+  // Returns the color, octets 4 to 7 as a big-endian number.
   U32 color() const noexcept { return static_cast<U32>(getContent().value()); }
-  // The color-only bits: the two high bits of the flags, 0 to 3.
+  // Returns the color-only bits, 0 to 3: the two high bits of octet 2.
   U8 colorOnly() const noexcept { return static_cast<U8>(getContent().value() >> 46 & 3); }
 
+  // Writes the diagnostic text: "Color: ", the color in decimal, and the two bits in parentheses.
   void formatDerivedType(std::ostream& out) const override;
+  // Appends "Color:CO(", the two bits, "):" and the color in decimal, for every `format`.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
-// New, not interned, with notification switched on.
+// Returns a new object with notification on, not interned. The octets of type and subtype are not
+// checked. Throws std::bad_alloc.
 OV_EXPORT ExtCommColor::Ptr extCommColorFactory(const ExtCommContent& content);
 
 }  // namespace Routing::Bgp

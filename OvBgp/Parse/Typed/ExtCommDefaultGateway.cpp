@@ -3,11 +3,12 @@
 #include <ostream>
 
 #include "Dorn/NotifyingObject.h"
-#include "OvBgp/Value/ExtCommText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// The diagnostic text and the policy text; the community has no content to show.
 constexpr std::string_view name = "DefaultGateway";
 
 }  // namespace
@@ -18,6 +19,7 @@ void ExtCommDefaultGateway::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, name, getContent());
 }
 
+// Ignores the format, so policies and show commands use the same text.
 void ExtCommDefaultGateway::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat) const {
   to.append(name);
 }

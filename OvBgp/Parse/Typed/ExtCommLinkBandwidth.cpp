@@ -5,10 +5,13 @@
 #include "Dorn/NotifyingObject.h"
 #include "Kiv/Assert.h"
 #include "OvBgp/Value/ExtCommText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// strepFormatUI without strepFormatClassification asks for no prefix. The policy prefix ends with a
+// blank; the prefixes of all other communities end with a colon.
 std::string_view prefixOf(ExtComm::StrepFormat format) {
   if (!format.strepFormatClassification()) return "";
   return format.strepFormatUI() ? "Link-Bandwidth-AS:" : "lbw ";
@@ -24,6 +27,8 @@ bool ExtCommLinkBandwidth::isLinkBandwidthWithUnspecifiedAsNumber() const {
 
 bool ExtCommLinkBandwidth::isValid() const { return linkBandwidth().isValid(); }
 
+// Compares bandwidths instead of contents. The AS number has higher bits in the content and would
+// decide otherwise.
 bool ExtCommLinkBandwidth::isBetterThan(const Kiv::Ptr<const ExtComm>& other) const {
   KIV_ASSERT(other && &other->fwkType() == &kivType(), "other is a link bandwidth",
              "OvBgp/Parse/ExtCommLinkBandwidth");
@@ -31,6 +36,7 @@ bool ExtCommLinkBandwidth::isBetterThan(const Kiv::Ptr<const ExtComm>& other) co
   return linkBandwidth() < rival.linkBandwidth();
 }
 
+// Logs show plain numbers: the AS number without a dot, the bandwidth without a unit.
 void ExtCommLinkBandwidth::formatDerivedType(std::ostream& out) const {
   ExtCommTextBuffer words;
   words.append("LinkBandwidth ");
@@ -40,7 +46,7 @@ void ExtCommLinkBandwidth::formatDerivedType(std::ostream& out) const {
   writeExtCommDiagnostic(out, words.view(), getContent());
 }
 
-// Only people are shown a bandwidth with its unit; policies see the bare number.
+// Policies compare the text, so they get the bare number; only people read the text with a unit.
 void ExtCommLinkBandwidth::appendForPolicy(OvFmt::DynamicBufferInterface& to,
                                            StrepFormat format) const {
   to.append(prefixOf(format));

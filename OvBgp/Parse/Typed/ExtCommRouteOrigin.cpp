@@ -1,47 +1,20 @@
 #include "OvBgp/Parse/Typed/ExtCommRouteOrigin.h"
 
-#include "Dorn/NotifyingObject.h"
-#include "Kiv/Assert.h"
 #include "OvBgp/Parse/Typed/Private/ExtCommRouteText.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// The words in which the texts of route targets and route origins differ.
 constexpr ExtCommRouteWords routeOriginWords{
     .prefix = "SoO:", .uiPrefix = "Route-Origin-", .diagnostic = "RouteOrigin"};
 
 }  // namespace
 
-KIV_OBJECT_DEFINE(ExtCommRouteOriginAs)
-KIV_OBJECT_DEFINE(ExtCommRouteOriginIpv4Address)
-
-void ExtCommRouteOriginAs::formatDerivedType(std::ostream& out) const {
-  KIV_ASSERT(isRouteAsType(pktType()), "unexpected type", "OvBgp/Parse/ExtCommRouteOrigin");
-  writeRouteDiagnostic(out, *this, routeOriginWords);
-}
-
-void ExtCommRouteOriginAs::appendForPolicy(OvFmt::DynamicBufferInterface& to,
-                                           StrepFormat format) const {
-  appendRoutePolicyText(to, *this, routeOriginWords, format);
-}
-
-void ExtCommRouteOriginIpv4Address::formatDerivedType(std::ostream& out) const {
-  writeRouteDiagnostic(out, *this, routeOriginWords);
-}
-
-void ExtCommRouteOriginIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
-                                                    StrepFormat format) const {
-  appendRoutePolicyText(to, *this, routeOriginWords, format);
-}
-
-ExtCommRouteOriginAs::Ptr extCommRouteOriginAsFactory(const ExtCommContent& content,
-                                                      bool fourOctetAs) {
-  return Dorn::notifyingObject<ExtCommRouteOriginAs>(content, fourOctetAs);
-}
-
-ExtCommRouteOriginIpv4Address::Ptr extCommRouteOriginIpv4AddressFactory(
-    const ExtCommContent& content) {
-  return Dorn::notifyingObject<ExtCommRouteOriginIpv4Address>(content);
-}
+// The string is the file name that a failed assertion reports.
+EXT_COMM_ROUTE_AS_DEFINE(ExtCommRouteOriginAs, extCommRouteOriginAsFactory, routeOriginWords,
+                         "OvBgp/Parse/ExtCommRouteOrigin")
+EXT_COMM_ROUTE_IPV4_DEFINE(ExtCommRouteOriginIpv4Address, extCommRouteOriginIpv4AddressFactory,
+                           routeOriginWords)
 
 }  // namespace Routing::Bgp

@@ -1,47 +1,20 @@
 #include "OvBgp/Parse/Typed/ExtCommRouteTarget.h"
 
-#include "Dorn/NotifyingObject.h"
-#include "Kiv/Assert.h"
 #include "OvBgp/Parse/Typed/Private/ExtCommRouteText.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// The words in which the texts of route targets and route origins differ.
 constexpr ExtCommRouteWords routeTargetWords{
     .prefix = "RT:", .uiPrefix = "Route-Target-", .diagnostic = "RouteTarget"};
 
 }  // namespace
 
-KIV_OBJECT_DEFINE(ExtCommRouteTargetAs)
-KIV_OBJECT_DEFINE(ExtCommRouteTargetIpv4Address)
-
-void ExtCommRouteTargetAs::formatDerivedType(std::ostream& out) const {
-  KIV_ASSERT(isRouteAsType(pktType()), "unexpected type", "OvBgp/Parse/ExtCommRouteTarget");
-  writeRouteDiagnostic(out, *this, routeTargetWords);
-}
-
-void ExtCommRouteTargetAs::appendForPolicy(OvFmt::DynamicBufferInterface& to,
-                                           StrepFormat format) const {
-  appendRoutePolicyText(to, *this, routeTargetWords, format);
-}
-
-void ExtCommRouteTargetIpv4Address::formatDerivedType(std::ostream& out) const {
-  writeRouteDiagnostic(out, *this, routeTargetWords);
-}
-
-void ExtCommRouteTargetIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
-                                                    StrepFormat format) const {
-  appendRoutePolicyText(to, *this, routeTargetWords, format);
-}
-
-ExtCommRouteTargetAs::Ptr extCommRouteTargetAsFactory(const ExtCommContent& content,
-                                                      bool fourOctetAs) {
-  return Dorn::notifyingObject<ExtCommRouteTargetAs>(content, fourOctetAs);
-}
-
-ExtCommRouteTargetIpv4Address::Ptr extCommRouteTargetIpv4AddressFactory(
-    const ExtCommContent& content) {
-  return Dorn::notifyingObject<ExtCommRouteTargetIpv4Address>(content);
-}
+// The string is the file name that a failed assertion reports.
+EXT_COMM_ROUTE_AS_DEFINE(ExtCommRouteTargetAs, extCommRouteTargetAsFactory, routeTargetWords,
+                         "OvBgp/Parse/ExtCommRouteTarget")
+EXT_COMM_ROUTE_IPV4_DEFINE(ExtCommRouteTargetIpv4Address, extCommRouteTargetIpv4AddressFactory,
+                           routeTargetWords)
 
 }  // namespace Routing::Bgp

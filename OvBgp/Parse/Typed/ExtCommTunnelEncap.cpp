@@ -5,10 +5,12 @@
 #include "Dorn/NotifyingObject.h"
 #include "Kiv/EnumRegistry.h"
 #include "OvBgp/Value/ExtCommText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
 
 namespace Routing::Bgp {
 namespace {
 
+// Registers the enumeration, so that tools find it by name.
 const Kiv::EnumModule tunnelEnums("ExtCommTunnelEncap",
                                   Kiv::enumInfosOf<Kiv::EnumList<TunnelType>>);
 
@@ -16,11 +18,13 @@ const Kiv::EnumModule tunnelEnums("ExtCommTunnelEncap",
 
 KIV_OBJECT_DEFINE(ExtCommTunnelEncap)
 
+// An enumerator without a name would print as an empty text, so map it to the marker.
 TunnelType ExtCommTunnelEncap::tunnelType() const noexcept {
   const TunnelType type{tunnelTypeNumber()};
   return bgpIsValidEnumMember(type) ? type : tunnelTypeUnknown;
 }
 
+// Shows name and number, because the name of an unknown type does not identify it.
 void ExtCommTunnelEncap::formatDerivedType(std::ostream& out) const {
   ExtCommTextBuffer words;
   words.append("TunnelEncap ");
@@ -35,6 +39,7 @@ void ExtCommTunnelEncap::appendForPolicy(OvFmt::DynamicBufferInterface& to,
   const TunnelType type = tunnelType();
   if (format.strepFormatClassification()) to.append("TunnelEncap:");
   to.append(Kiv::enumName(type));
+  // Without the number, different unknown types would have the same text.
   if (type == tunnelTypeUnknown) {
     to.append('-');
     to.appendDecimal(tunnelTypeNumber());

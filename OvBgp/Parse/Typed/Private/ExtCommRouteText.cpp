@@ -3,11 +3,13 @@
 #include <ostream>
 
 #include "OvBgp/Value/ExtCommText.h"
+#include "OvBgp/Value/Private/ExtCommDiagnostic.h"
 
 namespace Routing::Bgp {
 namespace {
 
-// `form` says what stands before the colon of the value.
+// Appends the prefix that `format` asks for. `form` ends the user-interface prefix and names the
+// encoding of the value. strepFormatUI without strepFormatClassification asks for no prefix.
 void appendPrefix(OvFmt::DynamicBufferInterface& to, const ExtCommRouteWords& words,
                   std::string_view form, ExtComm::StrepFormat format) {
   if (!format.strepFormatClassification()) return;
@@ -18,6 +20,7 @@ void appendPrefix(OvFmt::DynamicBufferInterface& to, const ExtCommRouteWords& wo
 
 }  // namespace
 
+// The prefix follows the flag, because the flag determines how the value is read.
 void appendRoutePolicyText(OvFmt::DynamicBufferInterface& to, const ExtCommAsNumber& route,
                            const ExtCommRouteWords& words, ExtComm::StrepFormat format) {
   appendPrefix(to, words, route.fourOctetAs() ? "AS4:" : "AS:", format);
@@ -30,6 +33,8 @@ void appendRoutePolicyText(OvFmt::DynamicBufferInterface& to, const ExtCommIpv4A
   route.appendValue(to);
 }
 
+// The words follow the type octet, unlike the prefix above. A log then shows if an object was built
+// with a flag that contradicts its type. AS numbers are written without a dot.
 void writeRouteDiagnostic(std::ostream& out, const ExtCommAsNumber& route,
                           const ExtCommRouteWords& words) {
   ExtCommTextBuffer text;

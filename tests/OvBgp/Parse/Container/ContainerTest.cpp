@@ -1,3 +1,4 @@
+// Tests of the container: what it creates, and the operations of its plugin queue.
 #include <gtest/gtest.h>
 
 #include <string_view>
@@ -50,7 +51,7 @@ TEST(Container, KeepsTheRootForAnEqualControl) {
   const auto first = container->extCommParser();
   const auto registry = container->parseExtCommRuleCollections();
   EXPECT_TRUE(first == container->extCommParserIs(BgpParseExtCommControl(registry)));
-  // A new registry has no plugins yet, and the old tree keeps its own.
+  // No plugin observes the new registry, so the new tree has no leaves. The old tree keeps its own.
   EXPECT_FALSE(registry == container->parseExtCommRuleCollectionsIs());
   const auto second =
       container->extCommParserIs(BgpParseExtCommControl(container->parseExtCommRuleCollections()));

@@ -1,3 +1,4 @@
+// Tests of the cache of show commands.
 #include "OvBgp/Parse/Container/ExtCommCache.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// How nodes are announced and withdrawn, and how plugins keep up with them.
+// Tests of the announcement protocol: when nodes are announced and withdrawn, and how plugins
+// react.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -34,8 +35,8 @@ class Ear : public Kiv::Notifiee {
   std::function<void(const Kiv::Change&)> then;
 };
 
-// The rules that are announced: all but the last IPv6 one; the root comes last when
-// a tree is built, and goes first.
+// Returns the expected notifications when a tree is built: the type rules from `firstType` up to
+// `endType`, which excludes the non-transitive IPv6 rule, and last the root.
 Heard announcements(U32 root, U32 firstType, U32 endType) {
   Heard all;
   for (U32 type = firstType; type < endType; ++type) all.push_back(type);
@@ -60,7 +61,7 @@ TEST(Announcing, EachNodeOnceAndTheRootLast) {
   EXPECT_EQ(1U, registry->references()) << "nothing is left that knows the registry";
 }
 
-// Whoever hears of a node may hold it, at its coming and at its going.
+// An observer may take a reference to a node when the node is announced and when it is withdrawn.
 TEST(Announcing, NodesAreWholeAndHeld) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   Ear ear(*registry);
@@ -87,7 +88,7 @@ TEST(Announcing, NodesAreWholeAndHeld) {
   EXPECT_EQ(0U, BgpParseExtCommTransOpaqueRule::kivType().objects());
 }
 
-// Without bgpParseExtCommRuleIs, too.
+// Constructors announce rules without the help of bgpParseExtCommRuleIs().
 TEST(Announcing, ConstructorsBuildWholeTrees) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   const auto plugin = bgpParseExtCommColorSmFactory(registry);
@@ -108,7 +109,7 @@ TEST(Announcing, Ip6NonTransitiveIsNeverAnnounced) {
       bgpParseExtCommRuleIs<BgpParseExtCommIp6NonTransRule>(BgpParseExtCommControl(registry));
   EXPECT_EQ(Heard{}, ear.attributes);
   const BgpParseExtCommIp6SubTypeNonTransRuleKey key(rule.ptr());
-  // Building it takes back a key that somebody else has entered.
+  // Initialisation removes a key of the rule that somebody else has inserted.
   registry->extendedCommIp6SubTypeNonTransRuleInstanceIs(key);
   rule->handleInitialized();
   EXPECT_FALSE(registry->extendedCommIp6SubTypeNonTransRuleInstanceHas(key));
@@ -138,7 +139,7 @@ TEST(Plugin, LeavesGoWithTheirNode) {
   EXPECT_EQ(0U, leaves.objects()) << "one more was made when the node went, and went with it";
 }
 
-// The color plugin made late, switched off, told to stop, and gone.
+// A color plugin that is created after the tree, switched off and on, stopped, and destroyed.
 TEST(Plugin, CatchesUpWhenItIsLateAndStopsWhenTold) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   const BgpParseExtCommControl control(registry);
@@ -205,7 +206,7 @@ TEST(Plugin, ConstructorsServeNodesThatAreThere) {
   }
 }
 
-// A type rule for EVPN, which the library has none for.
+// A type rule for EVPN, a type for which the library has no type rule.
 class EvpnRule final : public BgpParseExtendedCommunityTypeRuleBase {
   KIV_OBJECT(EvpnRule)
 
@@ -218,7 +219,7 @@ class EvpnRule final : public BgpParseExtendedCommunityTypeRuleBase {
 };
 KIV_OBJECT_DEFINE(EvpnRule)
 
-// Serves the root: adds EVPN, and takes the place of the opaque rule.
+// A plugin that serves the root: it adds an EVPN rule and replaces the opaque rule.
 class RootPlugin final : public BgpParseExtCommPluginBaseSm {
  public:
   using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
@@ -238,7 +239,8 @@ TEST(Plugin, MayAddAndReplaceTypeRules) {
     SCOPED_TRACE(late);
     Kiv::Ptr<RootPlugin> plugin;
     if (!late) plugin = bgpParseExtCommPluginIs<RootPlugin>(registry);
-    // Behind the first in the registry, it serves an opaque rule that goes meanwhile.
+    // RootPlugin replaces the opaque rule. The withdrawal of the old rule notifies the color
+    // plugin, which adds a leaf to a rule that is about to be destroyed.
     const auto color = bgpParseExtCommColorSmFactory(registry);
     auto root = bgpParseExtendedCommunityRuleFactory(control);
     if (late) plugin = bgpParseExtCommPluginIs<RootPlugin>(registry);
@@ -252,7 +254,7 @@ TEST(Plugin, MayAddAndReplaceTypeRules) {
   }
 }
 
-// Counts what it is told of; its operations take the tree apart on demand.
+// A plugin that counts its operations and runs `then`, which may change the tree, in one of them.
 class BusyPlugin final : public BgpParseExtCommPluginBaseSm {
  public:
   using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;

@@ -1,3 +1,4 @@
+// Tests of the registry, of its keys and of the control.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -25,7 +26,7 @@ class CollectionEar : public Kiv::Notifiee {
   Heard attributes;
 };
 
-// A key that is never followed.
+// A key with an arbitrary address, which no test may dereference.
 template <class Key>
 Key keyAt(std::uintptr_t address) {
   return Key(valueToStrep(Kiv::RawPointer{reinterpret_cast<const void*>(address)}));
@@ -40,7 +41,8 @@ class CollectionCheck {
   using DelAll = void (Collections::*)() const;
 };
 
-// The five operations belong to one collection, and it tells under `attribute`.
+// Checks that the five operations change the same collection, and that its notifications carry
+// `attribute`.
 template <class Kind>
 void check(U32 attribute, typename CollectionCheck<Kind>::All all,
            typename CollectionCheck<Kind>::Change add, typename CollectionCheck<Kind>::Change del,

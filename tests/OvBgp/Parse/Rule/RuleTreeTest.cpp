@@ -1,4 +1,5 @@
-// What the rule tree makes of every value, with and without plugins.
+// Tests of the rule tree: the class of the object for every type and subtype, with and without
+// plugins.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -15,7 +16,7 @@ using namespace Routing::Bgp;
 
 using Classes = std::map<std::pair<unsigned, unsigned>, std::string_view>;
 
-// By type: what the type alone tells.
+// The class of the fallback object, by type octet.
 const std::map<unsigned, std::string_view> fallbacks = {
     {0x00, "ExtCommAsNumber"}, {0x01, "ExtCommIpv4Address"}, {0x02, "ExtCommAsNumber"},
     {0x03, "ExtCommSubtyped"}, {0x80, "ExtCommSubtyped"},    {0x81, "ExtCommSubtyped"},
@@ -23,7 +24,7 @@ const std::map<unsigned, std::string_view> fallbacks = {
     {0x42, "ExtCommAsNumber"}, {0x43, "ExtCommSubtyped"},
 };
 
-// By type and subtype: what plugins know.
+// The class of the typed object, by type and subtype octet: one row for each leaf of the library.
 const Classes leaves = {
     {{0x00, 0x02}, "ExtCommRouteTargetAs"},
     {{0x02, 0x02}, "ExtCommRouteTargetAs"},
@@ -114,7 +115,7 @@ TEST(RuleTree, ShowsTheTextOfTheTypedClass) {
   EXPECT_EQ(0U, ExtCommRouteTargetAs::kivType().objects()) << "nothing is kept";
 }
 
-// A leaf of any kind that makes nothing, or a value that it can be told by.
+// A leaf of any kind that returns null, or an object of a classification that no other rule uses.
 template <class Base>
 class TestLeaf final : public Base {
   KIV_OBJECT(TestLeaf)
@@ -165,7 +166,8 @@ ExtCommIp6Content contentOf(unsigned subtype, const ExtCommIp6*) {
   return {0, static_cast<U8>(subtype), {}, 0};
 }
 
-// A leaf under each number in turn is reached exactly if the number has a name.
+// Stores a leaf under each subtype in turn. Parsing must reach it exactly if the subtype has a
+// name.
 TYPED_TEST(TypeRule, ReachesLeavesOfNamedSubtypesOnly) {
   using Subtype = typename TypeParam::Subtype;
   const typename TypeParam::Object* const object = nullptr;

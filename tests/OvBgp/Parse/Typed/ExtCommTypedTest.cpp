@@ -1,4 +1,4 @@
-// The values of the typed classes and all their texts.
+// Tests of the typed classes: the decoded fields and all texts.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -36,8 +36,8 @@ ExtCommLinkBandwidth::PtrConst bandwidthOf(float bytesPerSecond) {
   return bandwidthOf(std::bit_cast<U32>(bytesPerSecond));
 }
 
-// The texts of one object; what stands in front of the value depends on the flags
-// strepFormatClassification and strepFormatUI, the value itself on the others.
+// The expected texts of one object. The prefix depends on strepFormatClassification and
+// strepFormatUI, and the value on strepFormatAsdot and strepFormatLinkBwWeighted.
 struct Texts {
   ExtComm::PtrConst extComm;
   ExtCommClassification classification;
@@ -87,7 +87,7 @@ TEST(ExtCommTyped, TextsByFormat) {
       {extCommRouteOriginIpv4AddressFactory(content(0x01030A0000010005)),
        extCommClassificationRouteOrigin, "10.0.0.1:5", "SoO:10.0.0.1:5",
        "Route-Origin-IP:10.0.0.1:5", "<RouteOrigin 10.0.0.1:5 0x01030a0000010005>"},
-      // 1.25e9 bytes per second.
+      // The bandwidth is 1.25e9 bytes per second.
       {extCommLinkBandwidthFactory(content(0x4004FDE84E9502F9)), extCommClassificationLinkBandwidth,
        "65000:1.25e+09", "lbw 65000:1.25e+09", "Link-Bandwidth-AS:65000:10Gbps",
        "<LinkBandwidth 65000:1.25e+09 0x4004fde84e9502f9>"},
@@ -123,7 +123,7 @@ TEST(ExtCommTyped, TextsByFormat) {
       {extCommOriginValidationStateFactory(content(0x4300000000000003)),
        extCommClassificationOriginValidationState, "", "", "Origin-Validation-State:unknown",
        "<OriginValidationState unknown(3) 0x4300000000000003>"},
-      // Only the last octet counts.
+      // Only the last octet is the state; the other octets are reserved.
       {extCommOriginValidationStateFactory(content(0x4300FFFFFFFFFF01)),
        extCommClassificationOriginValidationState, "", "", "Origin-Validation-State:not-found",
        "<OriginValidationState not-found 0x4300ffffffffff01>"}};
@@ -162,7 +162,7 @@ TEST(ExtCommTyped, DiagnosticsKeepTheCallersFormat) {
   }
 }
 
-// The flag says how the value is read, and only the diagnostic looks at the type.
+// The four-octet flag selects how the value is read, and the diagnostic text names the type octet.
 TEST(ExtCommRoute, ValueIsReadByTheFlag) {
   const auto target = extCommRouteTargetAsFactory(content(0x0002000100020003), true);
   EXPECT_EQ("Route-Target-AS4:65538:3", target->toStrepForUI(false, false, false));
@@ -208,7 +208,7 @@ TEST(ExtCommLinkBandwidth, SmallerBandwidthIsBetter) {
     EXPECT_FALSE(bandwidthOf(nan)->isBetterThan(bandwidthOf(a)));
   }
   EXPECT_FALSE(bandwidthOf(nan)->isValid());
-  // The AS number plays no part: the content of `slow` is the larger one.
+  // `slow` has the larger content because of its AS number, but only the bandwidth may decide.
   const auto slow = extCommLinkBandwidthFactory(content(0x4004FFFF3F800000));
   EXPECT_TRUE(slow->isBetterThan(bandwidthOf(2.0F)));
 }
@@ -226,7 +226,7 @@ TEST(ExtCommLinkBandwidthDeathTest, IsComparedWithItsLikeOnly) {
 TEST(ExtCommTunnelEncap, EveryNumberIsAKindOrUnknown) {
   unsigned named = 0;
   for (U32 number = 0; number < 65536; ++number) {
-    // What stands in the octets between subtype and tunnel type is reserved.
+    // The octets between subtype and tunnel type are reserved and have no effect.
     const auto encap = extCommTunnelEncapFactory(content(0x030CFFFFFFFF0000 | number));
     ASSERT_EQ(number, encap->tunnelTypeNumber());
     if (encap->tunnelType() == tunnelTypeUnknown) continue;
