@@ -7,6 +7,7 @@
 namespace Kiv {
 namespace {
 
+// Constant-initialised, so that an assertion that fails before main() finds it usable.
 std::atomic<AssertHandler> installedHandler{nullptr};
 
 }  // namespace
@@ -20,7 +21,8 @@ void assertFailed(const char* condition, const char* source, int line,
   const AssertFailure failure{condition, source, line, function};
   std::fprintf(stderr, "assertion \"%s\" failed in %s:%d, %s\n", condition, source, line, function);
   std::fflush(stderr);
-  // Taken out first, so that a handler that fails an assertion does not recurse.
+  // Uninstall the handler before the call. If the handler fails an assertion itself, the nested
+  // call finds no handler and aborts instead of recursing.
   if (const AssertHandler handler = setAssertHandler(nullptr)) handler(failure);
   std::abort();
 }

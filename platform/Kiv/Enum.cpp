@@ -8,7 +8,8 @@
 namespace Kiv {
 namespace {
 
-// Long enough for every name; a message does not repeat a whole foreign text.
+// A message quotes at most this many characters of an unknown name. Every name of an enumeration is
+// shorter; a text of the network could be of any length.
 constexpr std::size_t maxQuoted = 80;
 
 [[noreturn]] void throwNoMember(std::string_view enumeration, const char* what,
@@ -23,11 +24,14 @@ constexpr std::size_t maxQuoted = 80;
 }  // namespace
 
 const EnumRow* EnumInfo::findValue(U64 value) const noexcept {
+  // `value` has 64 bits: a number beyond 32 bits compares greater than every row and is not found,
+  // where a conversion to U32 would find the member with the same low half.
   const auto at = std::ranges::lower_bound(rows_, value, {}, &EnumRow::value);
   return at != rows_.end() && at->value == value ? &*at : nullptr;
 }
 
 const EnumRow* EnumInfo::findName(std::string_view name) const noexcept {
+  // Linear, because rows are ordered by value and names are looked up for texts only.
   const auto at = std::ranges::find(rows_, name, &EnumRow::name);
   return at != rows_.end() ? &*at : nullptr;
 }
@@ -53,11 +57,14 @@ EnumInfo::Member EnumInfo::memberAt(std::size_t position) const {
 }
 
 String EnumInfo::text(U32 value) const {
+  // The parentheses keep the text of an unnamed number apart from every identifier.
   if (const EnumRow* row = findValue(value)) return String(row->name);
   return String(name_) + "(" + std::to_string(value) + ")";
 }
 
 const EnumRow& EnumInfo::read(const char*& it, const char* end) const {
+  // Take the whole identifier first: names may begin alike ("tone", "toneHigh"), and the longest
+  // one is meant.
   const std::string_view name = identifierAt(it, end);
   const EnumRow& row = rowOfName(name);
   it += name.size();

@@ -6,9 +6,12 @@
 namespace Kiv {
 namespace {
 
-// Constant-initialised and never destroyed, so that modules may register before
-// this file's own turn comes and leave after it.
+// Guards firstModule and the next_ of every registered module. Both variables are
+// constant-initialised and have no destructor with an effect, so a static module of any library may
+// be constructed before, and destroyed after, the other statics of this one.
 constinit std::mutex registryMutex;
+// Head of the singly linked list of modules, the newest one first. Modules link themselves, so
+// registration allocates nothing.
 constinit EnumModule* firstModule = nullptr;
 
 }  // namespace
@@ -27,6 +30,8 @@ void EnumRegistry::insert(EnumModule& module) {
 
 void EnumRegistry::remove(EnumModule& module) {
   const std::lock_guard lock(registryMutex);
+  // Linear, but modules are removed only when a library is unloaded. A registered module is always
+  // found, so the loop needs no check for the end of the list.
   EnumModule** link = &firstModule;
   while (*link != &module) link = &(*link)->next_;
   *link = module.next_;
@@ -57,6 +62,8 @@ std::vector<const EnumModule*> EnumRegistry::modules() {
       found.push_back(module);
     }
   }
+  // Sort without the mutex. The names belong to the modules, which must stay registered anyway
+  // while the caller uses the result.
   std::ranges::sort(found, {}, &EnumModule::name);
   return found;
 }

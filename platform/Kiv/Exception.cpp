@@ -2,8 +2,8 @@
 
 namespace Kiv {
 
-// Defined here so that each class has one home for its type information, and an
-// exception thrown in one shared library is caught in another.
+// A class with an out-of-line virtual function has its type information in one object file only.
+// An exception thrown in one shared library is therefore recognised when another one catches it.
 Exception::~Exception() = default;
 RangeException::~RangeException() = default;
 NonDeletableAttributeException::~NonDeletableAttributeException() = default;

@@ -1,7 +1,8 @@
-// The framework's exceptions: how bad values are refused.
+// The framework's exceptions. They report bad values: arguments of a caller, texts and data of
+// the network. Errors of the program itself stop the process through Kiv/Assert.h.
 //
-// They are for values that a caller, a text or the network supplied.  Broken
-// programs are stopped by Kiv/Assert.h instead.
+// Any of them may be thrown in one shared library and caught in another, because each class
+// exports its type information. what() is English text for a log, without a line end.
 #ifndef KIV_EXCEPTION_H
 #define KIV_EXCEPTION_H
 
@@ -12,32 +13,41 @@
 
 namespace Kiv {
 
-// Root of all of them; what() says what was wrong, in the operation's own
-// words where its header gives some.
+// The common base, for a host that handles all refusals of the framework alike. std::bad_alloc is
+// not one of them: it passes through the framework unchanged.
 class OV_EXPORT Exception : public std::runtime_error {
  public:
+  // Takes the text that what() returns. Copies the text, so it may throw std::bad_alloc.
   using std::runtime_error::runtime_error;
+  // Defined in the source file, which fixes the type information in one library.
   ~Exception() override;
 };
 
-// A value, index, name or text outside what the operation allows.
+// A value, index, name or text outside the range that the operation accepts. Unless its header
+// says otherwise, the operation has changed nothing when it throws this.
 class OV_EXPORT RangeException : public Exception {
  public:
+  // Takes the text that what() returns.
   using Exception::Exception;
+  // Defined in the source file, as in Exception.
   ~RangeException() override;
 };
 
-// An attempt to delete an attribute that always exists.
+// An attempt to delete an attribute that every object of its class always has.
 class OV_EXPORT NonDeletableAttributeException : public Exception {
  public:
+  // Takes the text that what() returns.
   using Exception::Exception;
+  // Defined in the source file, as in Exception.
   ~NonDeletableAttributeException() override;
 };
 
 // A null pointer where the operation needs an object.
 class OV_EXPORT NullArgumentException : public Exception {
  public:
+  // Takes the text that what() returns.
   using Exception::Exception;
+  // Defined in the source file, as in Exception.
   ~NullArgumentException() override;
 };
 

@@ -8,6 +8,7 @@ namespace Kiv {
 
 String flagsToStrep(std::string_view typeName, std::span<const FlagRow> rows, U8 bits) {
   String text = "Value('" + String(typeName) + "', ** {";
+  // `separator` includes the quote that opens the next name.
   const char* separator = "'";
   for (const FlagRow& row : rows) {
     text.append(separator).append(row.name).append("': ").append(
@@ -19,9 +20,12 @@ String flagsToStrep(std::string_view typeName, std::span<const FlagRow> rows, U8
 
 U8 readFlags(const char*& it, const char* end, std::string_view typeName,
              std::span<const FlagRow> rows) {
+  // Read with a copy of the iterator, because `it` must not move if the text turns out to be bad.
   const char* at = it;
   AttributeReader reader(at, end);
   reader.expect("Value('" + String(typeName) + "', ** {");
+  // The format is strict: every flag must appear, in row order and with the exact punctuation, so
+  // that two different texts never mean the same set.
   unsigned bits = 0;
   const char* separator = "'";
   for (const FlagRow& row : rows) {
@@ -40,6 +44,7 @@ U8 flagsFromText(const String& text, std::string_view typeName, std::span<const 
   const char* it = text.data();
   const char* const end = it + text.size();
   const U8 bits = readFlags(it, end, typeName, rows);
+  // A text as a whole is given, so trailing characters are an error here, unlike in readFlags().
   AttributeReader(it, end).expectEnd();
   return bits;
 }

@@ -1,9 +1,9 @@
-// What a compiler should not weigh by itself.
+// Forced inlining of the functions that run once for every route.
 #ifndef KIV_INLINE_H
 #define KIV_INLINE_H
 
-// For the few functions on the way of each route that compilers find too long to repeat
-// where they are used: the calls would cost as much as what is called.
+// Inlines a function even where the compiler's heuristics find it too long. It is meant for the
+// few functions on the fast path of a route whose call would cost as much as their work.
 #define KIV_INLINE [[gnu::always_inline]] inline
 
 #endif

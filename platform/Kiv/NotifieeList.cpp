@@ -8,13 +8,18 @@ Notifiee::~Notifiee() { notifierIs(nullptr); }
 
 void Notifiee::notifierIs(NotifieeList* list) {
   if (list == list_) return;
+  // Register first, because only this step can fail. Then a failure leaves the old registration.
   if (list) list->add(this);
   if (list_) list_->remove(this);
   list_ = list;
 }
 
-// A notice that is being delivered. The places of observers who leave meanwhile
-// are kept until the outermost one ends, as it counts on them.
+// A running delivery, on the stack of deliver(). Handlers may do almost anything meanwhile:
+// - An observer is unregistered. Its entry becomes null instead of being erased, because
+//   running deliveries use indexes. The outermost delivery erases these entries when it ends.
+// - A handler changes the object again. The nested delivery is linked to the outer one.
+// - The list is destroyed. Its destructor tells every running delivery, whose loop then ends
+//   without touching the list.
 class NotifieeList::Delivery {
  public:
   explicit Delivery(NotifieeList& list) : list_(&list), outer_(list.delivery_) {
@@ -23,14 +28,16 @@ class NotifieeList::Delivery {
   Delivery(const Delivery&) = delete;
   Delivery& operator=(const Delivery&) = delete;
   ~Delivery() {
+    // Runs also if a handler throws, so an exception leaves the list consistent.
     if (!list_) return;
     list_->delivery_ = outer_;
     if (!outer_) std::erase(list_->notifiees_, nullptr);
   }
 
-  bool listGone() const { return list_ == nullptr; }
-  // Both for the list that goes.
-  void listGoes() { list_ = nullptr; }
+  bool listDestroyed() const { return list_ == nullptr; }
+  // Called by the destructor of the list.
+  void listDestroyedIs() { list_ = nullptr; }
+  // The delivery whose handler started this one, or null.
   Delivery* outer() const { return outer_; }
 
  private:
@@ -43,16 +50,19 @@ NotifieeList::~NotifieeList() {
     if (notifiee) notifiee->list_ = nullptr;
   }
   for (Delivery* delivery = delivery_; delivery; delivery = delivery->outer()) {
-    delivery->listGoes();
+    delivery->listDestroyedIs();
   }
 }
 
 void NotifieeList::deliver(const Change& change) {
   const Delivery delivery(*this);
+  // Observers that register during the delivery are appended behind these and not notified by it.
+  // The vector may be reallocated meanwhile, so the loop goes by index.
   const std::size_t present = notifiees_.size();
   for (std::size_t i = 0; i < present; ++i) {
     if (notifiees_[i]) notifiees_[i]->handleChange(change);
-    if (delivery.listGone()) return;
+    // From here on `this` may be a dangling pointer.
+    if (delivery.listDestroyed()) return;
   }
 }
 
@@ -63,6 +73,7 @@ std::size_t NotifieeList::size() const noexcept {
 
 void NotifieeList::remove(const Notifiee* notifiee) noexcept {
   const auto at = std::find(notifiees_.begin(), notifiees_.end(), notifiee);
+  // A running delivery relies on the indexes, so only the entry is cleared then; see Delivery.
   *at = nullptr;
   if (!delivery_) notifiees_.erase(at);
 }

@@ -1,4 +1,4 @@
-// A set whose changes observers hear of: one collection attribute of an object.
+// A set that notifies observers of its changes: one collection attribute of an object.
 #ifndef KIV_NOTIFYINGSET_H
 #define KIV_NOTIFYINGSET_H
 
@@ -6,38 +6,54 @@
 #include <new>
 #include <vector>
 
-#include "Kiv/FlatSet.h"
+#include "Kiv/Detail/FlatSet.h"
 #include "Kiv/NotifieeList.h"
 #include "Kiv/PtrInterface.h"
 #include "Kiv/Types.h"
 
 namespace Kiv {
 
-// Holds keys by value and tells the observers of `owner`, the object that it is an
-// attribute of, while the owner's notification is on: under the attribute's number,
-// of each key that comes or goes, after the change, so that they see the set as it
-// is now. Threads: as the owner's NotifieeList.
+// A hash set of keys, stored by value, that is an attribute of the object `owner`.
+//
+// After each insertion and each removal of a key, the set notifies the observers of the owner, if
+// the owner's notification is active. The Change has the attribute's number and the key. Observers
+// run after the change, so they find the set in its new state; has() tells whether the key was
+// inserted or removed. An exception of an observer reaches the caller; the change remains.
+//
+// Threads: as the NotifieeList of the owner. Reading counts as use, too (Kiv/Detail/FlatSet.h).
+// Requirements for Key and Hash are those of FlatSet.
 template <class Key, class Hash = std::hash<Key>>
 class NotifyingSet {
  public:
+  // An empty set. `owner` must outlive it; normally the set is a member of the owner. `attribute`
+  // is the number that observers receive.
   NotifyingSet(const PtrInterface& owner, U32 attribute) : owner_(owner), attribute_(attribute) {}
+  // Not copyable: a set belongs to its owner.
   NotifyingSet(const NotifyingSet&) = delete;
+  // Not assignable: observers would not be notified of the difference.
   NotifyingSet& operator=(const NotifyingSet&) = delete;
 
-  // Both return whether anything changed; only then are observers told. The set
-  // may be gone when they return, if an observer destroyed the object.
+  // Inserts `key`; returns whether it was absent. Observers are notified only in this case. Throws
+  // std::bad_alloc, and then changes nothing. An observer may destroy the owner, so the set may not
+  // exist any more on return, unless the caller holds a reference to the owner.
   bool add(Key key) {
     if (!keys_.add(key)) return false;
     notify(key);
     return true;
   }
+  // Removes `key`; returns whether it was present. Observers are notified only in this case. As for
+  // add(), the set may not exist any more on return.
   bool del(Key key) {
     if (!keys_.del(key)) return false;
     notify(key);
     return true;
   }
-  // Deletes those that are there when it begins, one notice a key; or, without memory
-  // to remember them, as many. The caller holds the owner, which observers may let go.
+  // Removes the keys that are present when the call begins, with one notification for each. Keys
+  // that an observer inserts meanwhile stay. The caller must hold a reference to the owner, because
+  // an observer might drop the last one.
+  //
+  // The keys are copied first. If memory is short for the copy, the call removes as many keys as
+  // were present, one at a time; keys that observers insert may then be among them.
   void delAll() {
     std::vector<Key> present;
     try {
@@ -48,14 +64,20 @@ class NotifyingSet {
     for (const Key& key : present) del(key);
   }
 
+  // Whether `key` is present.
   bool has(const Key& key) const { return keys_.has(key); }
+  // The number of keys.
   U32 size() const noexcept { return keys_.size(); }
+  // The first key, in no particular order. Any change of the set invalidates iterators.
   auto begin() const noexcept { return keys_.begin(); }
+  // The position behind the last key.
   auto end() const noexcept { return keys_.end(); }
-  // A copy, for walks during which the set may change.
+  // A copy of the keys, in no particular order, for loops during which the set may change. Throws
+  // std::bad_alloc.
   std::vector<Key> keys() const { return {keys_.begin(), keys_.end()}; }
 
  private:
+  // Last in every operation: `this` may not exist any more afterwards.
   void notify(const Key& key) const {
     if (owner_.hasNotificationActive()) owner_.notifieeList()->notify(Change(attribute_, key));
   }

@@ -8,7 +8,9 @@ constinit bool VFPtrInterface::threadSafePointers = false;
 
 void VFPtrInterface::flagIs(U32 flag, bool on) const noexcept {
   if (threadSafePointers) {
-    // Acquire and release: the flag and the count beside it are read as one.
+    // One atomic operation on the whole word, because another thread may change the count
+    // meanwhile. Acquire and release, as for the count: a thread that reads the flag together with
+    // the count sees what this thread did before it changed the flag.
     if (on) {
       word_.fetch_or(flag, std::memory_order_acq_rel);
     } else {
@@ -16,10 +18,13 @@ void VFPtrInterface::flagIs(U32 flag, bool on) const noexcept {
     }
     return;
   }
+  // Outside the thread-safe pointer mode nobody changes the word meanwhile; plain accesses are
+  // cheaper.
   const U32 seen = word_.load(std::memory_order_relaxed);
   word_.store(on ? seen | flag : seen & ~flag, std::memory_order_relaxed);
 }
 
+// Out of line, to keep the inlined referenceAdd() small.
 void VFPtrInterface::referencesExhausted() noexcept {
   assertFailed("references() <= maxReferences", "Kiv/PtrInterface", __LINE__, __PRETTY_FUNCTION__);
 }

@@ -11,7 +11,7 @@
 namespace Kiv {
 namespace {
 
-// One entry of a text of levels.
+// One entry of a level text: the levels (bit n: level n) of one handle, or of all with "*".
 struct LevelSetting {
   Kiv::String handle;
   U32 levels;
@@ -22,7 +22,8 @@ struct LevelSetting {
 };
 using LevelSettings = std::vector<LevelSetting>;
 
-// The part of `text` before `separator`, which is taken off together with it.
+// Removes the part before the first `separator`, and the separator itself, from `text`; returns
+// this part. Without a separator, the part is the whole text.
 std::string_view takePart(std::string_view& text, char separator) {
   const std::size_t end = text.find(separator);
   const std::string_view part = text.substr(0, end);
@@ -37,7 +38,7 @@ std::string_view takePart(std::string_view& text, char separator) {
 
 bool isLevel(char c) { return c >= '0' && c <= '9'; }
 
-// "*", "8" or "0-3", as bits.
+// Converts "*", "8" or "0-3" to bits. `entry` is for the message only.
 U32 readLevelRange(std::string_view range, std::string_view entry) {
   if (range == "*") range = "0-9";
   const bool isOne = range.size() == 1 && isLevel(range[0]);
@@ -52,6 +53,7 @@ U32 readLevelRange(std::string_view range, std::string_view entry) {
 LevelSetting readSetting(std::string_view entry) {
   std::string_view ranges = entry;
   LevelSetting setting{Kiv::String(takePart(ranges, '/')), 0};
+  // A trailing "+" must be tested here, since takePart() would not return an empty last part.
   if (setting.handle.empty() || ranges.empty() || ranges.back() == '+') refuse(entry);
   while (!ranges.empty()) setting.levels |= readLevelRange(takePart(ranges, '+'), entry);
   return setting;
@@ -63,6 +65,8 @@ LevelSettings readSettings(std::string_view text) {
   return settings;
 }
 
+// A malformed variable must not stop the process: the host did not choose it. So it is reported and
+// ignored.
 LevelSettings settingsOfEnvironment() {
   const char* const text = std::getenv("KIV_TRACE");
   if (text == nullptr) return {};
@@ -76,10 +80,12 @@ LevelSettings settingsOfEnvironment() {
 
 }  // namespace
 
-// All handles that have been asked, and the settings for those to come.
+// All handles on which enabled() was called, and the settings for handles that register later. Its
+// mutex is never held while user code runs.
 class TraceRegister {
  public:
-  // Never destroyed: handles are destroyed in an order that nobody controls.
+  // Created on first use and never destroyed, because the order in which static handles are
+  // destroyed is not known.
   static TraceRegister& instance() {
     static TraceRegister& theRegister = *new TraceRegister;
     return theRegister;
@@ -87,6 +93,7 @@ class TraceRegister {
 
   void add(const TraceHandle& handle) {
     const std::lock_guard lock(mutex_);
+    // Test again with the mutex: another thread may have registered the handle meanwhile.
     if (handle.levels_.load(std::memory_order_relaxed) != TraceHandle::notRegistered) return;
     handle.next_ = std::exchange(first_, &handle);
     handle.levels_.store(levelsFor(handle), std::memory_order_relaxed);
@@ -97,7 +104,8 @@ class TraceRegister {
     for (const TraceHandle** at = &first_; *at != nullptr; at = &(*at)->next_) {
       if (*at != &handle) continue;
       *at = handle.next_;
-      // What still runs while the process ends may ask, but gets nothing.
+      // Destructors that run later may still call enabled(); 0 keeps the handle off and
+      // unregistered.
       handle.levels_.store(0, std::memory_order_relaxed);
       return;
     }
@@ -112,6 +120,7 @@ class TraceRegister {
   }
 
  private:
+  // Reads the environment once, at the first use of any handle.
   TraceRegister() : settings_(settingsOfEnvironment()) {}
 
   U32 levelsFor(const TraceHandle& handle) const {
@@ -141,6 +150,8 @@ void traceLevelsIs(std::string_view text) {
 
 namespace {
 
+// The sink and the mutex that is held while the sink runs. Apart from the register, so that a sink
+// may call traceLevelsIs().
 struct SinkState {
   std::mutex mutex;
   TraceSink sink;
@@ -151,15 +162,18 @@ SinkState& sinkState() {
   return state;
 }
 
-// Set while this thread is inside the sink.
+// Whether this thread is inside the sink. A message of the sink itself would otherwise wait for the
+// mutex that the thread already holds.
 thread_local bool isInSink = false;
 
-// Standard error is unbuffered: one call is one line, whoever else writes to it.
+// Writes the line with its end in one call. Standard error is unbuffered, so lines of other writers
+// are not mixed into it.
 void writeToStandardError(Kiv::String line) {
   line += '\n';
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+// Keeps a message of several lines in one line of output.
 void appendOneLine(Kiv::String& line, std::string_view message) {
   for (const char c : message) {
     if (c == '\n') {
@@ -171,6 +185,7 @@ void appendOneLine(Kiv::String& line, std::string_view message) {
 }
 
 void send(const Kiv::String& line) {
+  // Resets the mark also if the sink throws.
   struct InSink {
     InSink() { isInSink = true; }
     ~InSink() { isInSink = false; }
@@ -189,6 +204,8 @@ void send(const Kiv::String& line) {
 
 void traceSinkIs(TraceSink sink) {
   SinkState& state = sinkState();
+  // Waits for a running call of the former sink. The former sink is destroyed after the mutex has
+  // been released, with the parameter, because its captures may run code that traces.
   const std::lock_guard lock(state.mutex);
   state.sink.swap(sink);
 }

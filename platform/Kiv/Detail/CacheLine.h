@@ -1,18 +1,19 @@
-// What processors can be told of cache lines.
-#ifndef KIV_CACHELINE_H
-#define KIV_CACHELINE_H
+// A prefetch for writing. Needed by inline functions of public headers; not for direct use.
+#ifndef KIV_DETAIL_CACHELINE_H
+#define KIV_DETAIL_CACHELINE_H
 
 #include "Kiv/Inline.h"
 
 namespace Kiv {
 
-// Says that `at` will be read and then written. Where other processors write it, too, its
-// line is then fetched once, and not once to be read and once more to be written. Any
-// address will do.
+// Requests the cache line of `at` in a writable state. A reference count that several cores change
+// is read first and written right after; without this hint the line is transferred twice, first
+// in a shared state for the read and then again for the write. `at` may be any address, even an
+// invalid one: a prefetch never faults.
 KIV_INLINE void prefetchToWrite(const void* at) noexcept {
 #if defined(__x86_64__)
-  // __builtin_prefetch would fetch it to read, as the oldest processors know nothing else;
-  // they take this for nothing.
+  // Without a compiler option for newer processors, __builtin_prefetch(at, 1) compiles to a
+  // prefetch for reading. The oldest x86-64 processors execute PREFETCHW as a no-operation.
   asm volatile("prefetchw %0" : : "m"(*static_cast<const char*>(at)));
 #else
   __builtin_prefetch(at, 1);

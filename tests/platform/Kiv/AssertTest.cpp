@@ -1,4 +1,4 @@
-// What a host is told before the process ends.
+// The report that a host gets between a failed assertion and the abort.
 #include "Kiv/Assert.h"
 
 #include <gtest/gtest.h>

@@ -6,7 +6,8 @@
 
 namespace {
 
-// What a reader of a record of an octet, a boolean and a word makes of `text`.
+// Reads `text` as a record of an octet, a boolean and a word. Returns the three values, or the
+// message of the exception.
 std::string readRecord(const std::string& text) {
   const char* it = text.data();
   U8 octet = 0;

@@ -13,8 +13,8 @@
 
 namespace {
 
-// Rows out of order, names that begin alike, members and markers in and beyond
-// the octets, and both ends of the range.
+// The special cases of a declaration: rows out of order, names with a common beginning, members and
+// markers below and above 255, and both ends of the range.
 #define ENUM_ROWS(enumMember, enumMarker) \
   enumMember(toneHigh, 200)               \
   enumMember(tone, 0)                     \
@@ -40,7 +40,8 @@ static_assert(Kiv::RegisteredEnum<Tone> && !Kiv::RegisteredEnum<Kiv::EnumInfo>);
 static_assert(Kiv::enumIsValid(Tone::toneHighest) && !Kiv::enumIsValid(Tone::toneWild),
               "validity can be asked for at compile time");
 
-// What a reader makes of `text`: the member's name and what is left, or "refused".
+// Reads a Tone from `text`. Returns the name of the member and the unread rest, or "refused" if the
+// reader threw and changed nothing.
 std::string readTone(const std::string& text) {
   const char* it = text.data();
   Tone tone = Tone::toneWild;
@@ -110,7 +111,7 @@ TEST(Enum, ExceptionSaysWhatIsMissingButNotAtAnyLength) {
   }
 }
 
-// A number that agrees with a member in its low 32 bits only is not that member.
+// A number with more than 32 bits must not be found as the member with the same low half.
 TEST(EnumInfo, LooksUpNumbersOfAnyWidth) {
   const Kiv::EnumInfo& info = Kiv::enumInfo<Tone>;
   ASSERT_NE(info.findValue(0xffffffff), nullptr);

@@ -33,8 +33,8 @@ TEST(Hash, FoldedProductHasBothHalves) {
   }
 }
 
-// Chosen so that the plain product with a known factor has one upper half for all, which
-// is what tables went by.
+// An attack: the values are constructed, with the inverse of a known factor, so that a plain
+// multiplication gives all of them the same upper half. The keyed hash must still spread them.
 TEST(Hash, ValuesThatWereChosenToCollideDoNot) {
   constexpr U64 inverse = 0x96DE1B173F119089;
   static_assert(inverse * 0xBF58476D1CE4E5B9 == 1);
@@ -46,11 +46,12 @@ TEST(Hash, ValuesThatWereChosenToCollideDoNot) {
       const U64 value = folded ^ folded >> 32;
       homes.insert(Kiv::hashSingleAttr(seed, value) & 0xFFFFFF);
     }
-    EXPECT_GT(homes.size(), count - 100) << seed;  // some 12 meet by chance
+    EXPECT_GT(homes.size(), count - 100) << seed;  // about 12 collide by chance
   }
 }
 
-// Neighbours, multiples of powers of two, and single bits.
+// Regular inputs that weak hashes map to few values: neighbours, multiples of powers of two, and
+// single bits.
 TEST(Hash, RegularValuesAreSpread) {
   std::set<U32> hashes;
   std::set<U64> values;
@@ -64,7 +65,8 @@ TEST(Hash, RegularValuesAreSpread) {
   EXPECT_NE(Kiv::hashSingleAttr(0, 5), Kiv::hashSingleAttr(1, 5));
 }
 
-// Where this is set, the program says what it hashes a number to, and nothing else.
+// If this variable is in the environment, the test program prints the hash of a number and exits at
+// once. A test runs its own program that way to see the hash of another process.
 constexpr const char* hashIsAskedFor = "HASH_TEST_IS_ASKED_FOR";
 [[maybe_unused]] const bool isAskedFor = [] {
   if (!std::getenv(hashIsAskedFor)) return false;
@@ -73,7 +75,8 @@ constexpr const char* hashIsAskedFor = "HASH_TEST_IS_ASKED_FOR";
   ::_exit(0);
 }();
 
-// What another process says, of which `environment` is set.
+// Returns the hash that a new process prints. `environment` has arguments for env(1), such as
+// "NAME=VALUE" or "-u NAME".
 std::string hashElsewhere(const std::string& environment) {
   const std::string self = std::filesystem::read_symlink("/proc/self/exe");
   const std::string command = "env " + environment + ' ' + hashIsAskedFor + "=1 '" + self + "'";

@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-#include "Kiv/FlatSet.h"
+#include "Kiv/Detail/FlatSet.h"
 #include "Kiv/NotifyingSet.h"
 
 namespace {
@@ -43,7 +43,8 @@ TEST(NotifieeList, ObserversMayComeAndGoDuringANotice) {
   EXPECT_EQ(Heard{1}, last.heard) << "those behind one that left still hear";
   EXPECT_EQ(Heard{}, late->heard) << "it came during the notice";
   EXPECT_EQ(3U, list.size());
-  // An observer that leaves in its own handler, within a nested notice.
+  // An observer changes the object in its handler (a nested notification) and unregisters itself in
+  // the nested one.
   first.then = [&] {
     if (first.heard.back() == 2) {
       list.notify(Kiv::Change(7, 3));
@@ -99,7 +100,8 @@ class Owner : public Kiv::PtrInterface {
 };
 KIV_OBJECT_DEFINE(Owner)
 
-// Keys that fall into few places, the empty one among them, against a plain set.
+// Random operations against std::set as a model. The hash has five values only, so that long runs
+// of occupied slots are probed and closed up; the empty key is among the keys.
 TEST(FlatSet, HoldsWhatAPlainSetHolds) {
   struct Crowded {
     std::size_t operator()(int key) const noexcept { return static_cast<std::size_t>(key % 5); }
@@ -109,7 +111,7 @@ TEST(FlatSet, HoldsWhatAPlainSetHolds) {
   std::mt19937 random(7);
   for (int step = 0; step < 4000; ++step) {
     const int key = static_cast<int>(random() % 64);
-    // Grows, shrinks to nothing, and grows again.
+    // The set grows, shrinks until it is empty, and grows again.
     if (random() % 8 < (step / 1000 % 2 == 0 ? 6 : 2)) {
       EXPECT_EQ(plain.insert(key).second, set.add(key));
     } else {
@@ -154,7 +156,7 @@ TEST(NotifyingSet, TellsOfChangesOnly) {
   EXPECT_FALSE(set.del(1));
   EXPECT_EQ((Heard{1, 2, 1}), ear.heard);
   set.add(3);
-  // Its own doing is no obstacle to removing all: it hears of each once.
+  // An observer that removes keys itself during delAll() is notified of each key once.
   ear.heard.clear();
   ear.then = [&] {
     set.del(2);

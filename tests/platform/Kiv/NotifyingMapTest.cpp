@@ -53,7 +53,7 @@ const Type& Host<Traits>::fwkType() const noexcept {
 }
 using NumberHost = Host<Numbers>;
 
-// Notes each key it hears of and the value it then finds there (-1: none).
+// Records the key of each notification with the value that the map has for it then; -1: no entry.
 class Observer : public Notifiee {
  public:
   explicit Observer(const NumberHost::Ptr& host) : map_(host->entries) {
@@ -152,7 +152,7 @@ TEST_F(NotifyingMapTest, ObserversMayChangeTheMap) {
     if (key == 1 && map_.has(1)) map_.del(1);
     if (key == 2 && !map_.has(2)) map_.set(20, 0);
   };
-  // The notice's key is an entry's own, which goes meanwhile.
+  // The key of the notification is the key of an entry that the observer removes meanwhile.
   map_.set(map_.find(1)->key(), 100);
   map_.delAll();
   EXPECT_EQ((Entries{{1, 100}, {1, -1}, {2, -1}, {20, 0}, {3, -1}}), observer.heard);
@@ -185,7 +185,7 @@ TEST_F(NotifyingMapTest, WhatAnObserverThrowsLeavesTheChange) {
   EXPECT_TRUE(map_.empty());
 }
 
-// A value whose end calls something.
+// Values with a deleter that runs a function of the test.
 struct Callbacks {
   using Key = int;
   using Value = std::shared_ptr<int>;

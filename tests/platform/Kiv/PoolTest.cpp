@@ -17,7 +17,8 @@
 
 namespace {
 
-// A piece that knows what should be in it.
+// A block of the pool, filled with a mark. Another user of the same memory would overwrite the
+// mark.
 class Piece {
  public:
   Piece(std::size_t size, U8 mark)
@@ -47,12 +48,12 @@ class Piece {
   U8 mark_;
 };
 
-// Takes and gives back at random, and looks that nobody else wrote to what it has.
+// Allocates and releases pieces at random, and checks at each release that the mark is intact.
 void churn(std::vector<Piece>& pieces, U32 seed, int steps) {
   std::mt19937 random(seed);
   for (int step = 0; step < steps; ++step) {
     if (pieces.size() < 2000 && random() % 5 < 3) {
-      // Around the largest pooled size, too.
+      // Also sizes beyond pooledMax, from operator new.
       pieces.emplace_back(random() % (Kiv::pooledMax + 32), static_cast<U8>(random()));
       ASSERT_TRUE(pieces.back().isAligned());
     } else if (!pieces.empty()) {
@@ -70,7 +71,8 @@ TEST(Pool, GivesEachPieceToOneUserOnly) {
   Kiv::poolDelete(nullptr, 8);
 }
 
-// Threads come and go; each leaves its pieces to the next one to give back.
+// Three generations of threads. Each thread exchanges its pieces with those of the thread before,
+// so pieces are released by other threads, also after their own thread has ended.
 TEST(Pool, PiecesMayBeGivenBackByOtherThreads) {
   std::mutex mutex;
   std::vector<Piece> left;
@@ -90,7 +92,8 @@ TEST(Pool, PiecesMayBeGivenBackByOtherThreads) {
   for (const Piece& piece : left) EXPECT_TRUE(piece.isWhole());
 }
 
-// Of five megabytes; each piece that the thread keeps at hand may hold a slab.
+// Allocates five megabytes and releases them in random order. A few slabs may remain, since each
+// piece in the bins of this thread can keep its slab alive.
 TEST(Pool, GivesMemoryBack) {
   const auto inUse = [] { return static_cast<double>(mallinfo2().uordblks); };
   std::vector<Piece> pieces;
@@ -102,7 +105,8 @@ TEST(Pool, GivesMemoryBack) {
   EXPECT_LT(inUse() - before, 500'000);
 }
 
-// Destroyed after all that the thread made later, the bins of the pool included.
+// A thread-local object that is constructed before the bins of the pool, and therefore destroyed
+// after them. Its destructor uses the pool without bins.
 struct LastToGo {
   ~LastToGo() {
     Kiv::poolDelete(memory, 24);

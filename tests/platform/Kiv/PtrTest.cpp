@@ -20,7 +20,7 @@ class Cat : public Animal {
   KIV_OBJECT(Cat)
 
  public:
-  // As if nearly all references there can be had been taken.
+  // Sets the count to maxReferences - 1, as so many references cannot be taken one by one.
   void almostAllReferencesTaken() const { flagIs(maxReferences - 1, true); }
 
  private:
@@ -77,7 +77,7 @@ TEST(PtrDeathTest, CountNeverRunsIntoTheFlags) {
   EXPECT_DEATH(takeAll(), "references\\(\\) <= maxReferences");
 }
 
-// Allocation is counted under the most derived type, whatever pointer frees it.
+// An object is counted under its most derived type, also if a pointer to its base destroys it.
 TEST(Type, CountsLiveObjectsAndBytes) {
   const U64 animals = Animal::kivType().objects();
   Animal::Ptr animal(new Cat);

@@ -11,7 +11,8 @@
 
 namespace {
 
-// So long inside that some who wait look in vain and sleep, and some find it free.
+// The owner yields in some rounds. So some waiting threads exhaust their spin phase and sleep, and
+// others get the lock while they spin.
 TEST(RecursiveLock, LetsInItsHolderAgainAndNobodyElse) {
   Kiv::RecursiveLock lock;
   U32 inside = 0;

@@ -15,7 +15,7 @@ namespace {
 constinit Kiv::TraceHandle bgpParse("BgpParse");
 constinit Kiv::TraceHandle ovBgp("OvBgp");
 
-// Collects what is traced; leaves everything off and the sink as it was.
+// Collects the traced lines. Afterwards all levels are off and the default sink is installed.
 class TraceTest : public testing::Test {
  protected:
   TraceTest() {
@@ -29,7 +29,7 @@ class TraceTest : public testing::Test {
   std::vector<std::string> lines_;
 };
 
-// The levels that are on, as a text of digits.
+// The levels of `handle` that are on, as a text of digits.
 std::string levelsOf(const Kiv::TraceHandle& handle) {
   std::string levels;
   for (unsigned level = 0; level < 64; ++level) {
@@ -79,7 +79,7 @@ TEST_F(TraceTest, FollowsHandlesThatComeAndGo) {
   EXPECT_TRUE(first->enabled(4));
   EXPECT_TRUE(second->enabled(4));
   second.reset();
-  Kiv::traceLevelsIs("Passing/5");  // must not touch the one that is gone
+  Kiv::traceLevelsIs("Passing/5");  // must not touch the destroyed handle
   EXPECT_EQ(levelsOf(*first), "5");
 }
 
@@ -119,8 +119,8 @@ TEST_F(TraceTest, DropsWhatASinkTraces) {
   EXPECT_EQ(lines_.size(), 2U);
 }
 
-// Lines from several threads stay whole while the levels are switched under them
-// and new handles are asked for the first time.
+// Lines of several threads stay whole while another thread switches levels and new handles
+// register.
 TEST_F(TraceTest, ServesSeveralThreads) {
   constexpr int threadCount = 4;
   constexpr int linesEach = 500;
@@ -145,7 +145,8 @@ TEST_F(TraceTest, ServesSeveralThreads) {
   }
 }
 
-// In a process of its own, whose first question comes after the environment is set.
+// The environment is read at the first use of a handle. Hence a new process, in which nothing was
+// traced before setenv().
 TEST(TraceDeathTest, TakesItsFirstLevelsFromTheEnvironment) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto askWith = [](const char* text) {
