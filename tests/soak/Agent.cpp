@@ -2,12 +2,13 @@
 
 #include "OvBgp/Store/StashLists.h"
 #include "Routing/RouteMap/PosixRegex.h"
-#include "tools/bgp-communities/Verification.h"
+#include "tools/bgp-communities/rib/Verification.h"
 
 namespace Soak {
 namespace {
 
-// One in four updates has a salt, each time another; 0 is none.
+// The salt that changes the communities of an update. One update in four has a salt, which differs
+// in each pass; 0 means none.
 U16 saltOf(U32 pass, std::size_t update) {
   if ((pass + update) % 4 != 0) return 0;
   return static_cast<U16>(pass % 0xFFFF + 1);

@@ -1,4 +1,4 @@
-// A routing agent on the table and in the hands of a tireless peer.
+// A routing agent that processes the same updates again and again, for the detection of leaks.
 #ifndef TESTS_SOAK_AGENT_H
 #define TESTS_SOAK_AGENT_H
 
@@ -9,30 +9,35 @@
 #include "KivStash/StoreWriter.h"
 #include "tests/platform/KivStash/StoreImages.h"
 #include "tests/soak/Updates.h"
-#include "tools/bgp-communities/HeldRoutes.h"
-#include "tools/bgp-communities/Problems.h"
+#include "tools/bgp-communities/input/Problems.h"
+#include "tools/bgp-communities/rib/HeldRoutes.h"
 
 namespace Soak {
 
-// Takes updates over and over.  One in four brings communities that were never there
-// before, in place of those of the same routes, so that all tables are in change and
-// yet hold as much as before.  With what comes, all is done that an agent does: text,
-// match, snapshot, edit, attribute, store.
+// Applies all updates in each pass. One update in four gets communities that are new in this
+// process and replace those of the same routes. So all tables change constantly, but their sizes do
+// not. Some lists are used in every way that an agent uses lists: text, match, snapshot, edit,
+// attribute, store.
 class Agent {
  public:
-  // With a `leak`, the agent never lets go of the lists of one update in that many.
+  // If `leak` is n > 0, the agent never releases the lists of one update in n. This shows that the
+  // test can fail.
   Agent(std::vector<Update> updates, U64 leak) : updates_(std::move(updates)), leak_(leak) {}
 
-  // All updates once.
+  // Applies all updates once.
   void pass();
-  // All routes go.
+  // Withdraws all routes.
   void withdraw();
 
+  // The number of updates that were applied so far.
   U64 operations() const { return operations_; }
+  // The number of routes now.
   std::size_t routes() const { return held_.routes().size(); }
+  // The tables of the agent.
   const CommTool::CommunityTables& tables() const { return held_.tables(); }
+  // The number of images in the agent's store.
   U32 images() const { return writer_.images(); }
-  // What went wrong: empty unless the library is at fault.
+  // The first error found; empty as long as the library works correctly.
   const std::string& fault() const { return fault_; }
 
  private:

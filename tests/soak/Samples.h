@@ -1,4 +1,4 @@
-// Figures of a process that runs for long, and whether they stay what they were.
+// Samples of figures of a long-running process, and the check that they do not grow.
 #ifndef TESTS_SOAK_SAMPLES_H
 #define TESTS_SOAK_SAMPLES_H
 
@@ -9,21 +9,25 @@
 
 namespace Soak {
 
-// Octets of this process in memory now.
+// The resident memory of this process, in octets.
 U64 residentMemory();
 
-// One figure, looked at again and again.
+// A series of samples of one figure.
 class Figure {
  public:
-  // `slack`: how much more it may be at the end for reasons of its own.
+  // `slack` is how much the figure may grow without being a leak.
   Figure(std::string name, U64 slack) : name_(std::move(name)), slack_(slack) {}
 
+  // Adds a sample.
   void add(U64 value) { values_.push_back(value); }
+  // The name in the output.
   const std::string& name() const { return name_; }
+  // The last sample; there must be one.
   U64 last() const { return values_.back(); }
 
-  // The first third is warm-up.  Empty if the last third is never above what the
-  // second one had by more than one in a hundred and the slack; or else what grew.
+  // Describes the growth, or is empty if there is none. The first third of the samples is warm-up.
+  // The figure has grown if a sample of the last third exceeds the maximum of the second third by
+  // more than one percent plus the slack.
   std::string growth() const;
 
  private:

@@ -3,7 +3,9 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "tools/bgp-communities/MrtFiles.h"
+#include "tools/bgp-communities/commands/ExitStatus.h"
+#include "tools/bgp-communities/mrt/MrtFiles.h"
+#include "tools/bgp-communities/output/ErrorLines.h"
 
 namespace Soak {
 namespace {
@@ -49,9 +51,11 @@ CommTool::RouteBatch Update::batch(U16 salt) {
 
 std::vector<Update> updatesOf(const std::vector<std::string>& files) {
   Collector collector;
-  CommTool::MrtFiles reader(collector, std::cerr);
+  CommTool::ErrorLines errors(std::cerr);
+  CommTool::MrtFiles reader(collector);
+  reader.observerAdd(errors);
   for (const std::string& file : files) reader.read(file);
-  if (reader.status() != CommTool::ExitStatus::fine || collector.updates.empty()) {
+  if (statusOf(reader.counts()) != CommTool::ExitStatus::fine || collector.updates.empty()) {
     throw std::runtime_error("no updates, or not all of them, can be read");
   }
   return std::move(collector.updates);

@@ -1,4 +1,4 @@
-// The updates of MRT files, to be replayed again and again.
+// The updates of MRT files in memory, so that they can be replayed many times.
 #ifndef TESTS_SOAK_UPDATES_H
 #define TESTS_SOAK_UPDATES_H
 
@@ -7,18 +7,17 @@
 #include <string>
 #include <vector>
 
-#include "tools/bgp-communities/CommunityKinds.h"
-#include "tools/bgp-communities/Route.h"
+#include "tools/bgp-communities/bgp/CommunityKinds.h"
+#include "tools/bgp-communities/bgp/Route.h"
 
 namespace Soak {
 
-// A batch of routes that owns its octets.
+// A copy of a batch of routes that owns its octets.
 struct Update {
   explicit Update(const CommTool::RouteBatch& batch);
 
-  // The batch once more.  Its attributes are those received; or, with a salt, others
-  // of the same form, whose members differ in their last two octets.  Borrows from
-  // this update, until the next call.
+  // Returns the batch. With a salt, the communities differ from the received ones in their last two
+  // octets. The spans of the result are borrowed from this update until the next call.
   CommTool::RouteBatch batch(U16 salt);
 
  private:
@@ -28,7 +27,7 @@ struct Update {
   std::vector<CommTool::Nlri> routes_;
 };
 
-// In the order of the files.  Throws std::runtime_error if one is not whole.
+// Reads all updates in the order of the files. Throws std::runtime_error if a file is damaged.
 std::vector<Update> updatesOf(const std::vector<std::string>& files);
 
 }  // namespace Soak

@@ -1,5 +1,5 @@
-// Runs an agent for long, and fails if its memory or its tables grow.  That it can fail
-// shows an agent that leaks the lists of one update in OVBGP_SOAK_LEAK.
+// Runs an agent for a given time and fails if its memory or its tables grow. With OVBGP_SOAK_LEAK=n
+// the agent leaks the lists of one update in n, which proves that the test can fail.
 #include <chrono>
 #include <cstdlib>
 #include <exception>
@@ -25,11 +25,11 @@ U64 objects() {
   return all;
 }
 
-// All that must be flat, in the order of the columns.
+// All figures that must not grow, in the order of the columns.
 class Figures {
  public:
   Figures() {
-    figures_.emplace_back("resident", U64{512} << 10);  // the C library's allocator moves, too
+    figures_.emplace_back("resident", U64{512} << 10);  // the C library's allocator varies as well
     figures_.emplace_back("framework", 0);
     figures_.emplace_back("objects", 0);
     for (const auto& row : communityKindRows) figures_.emplace_back(row.option, 0);
@@ -50,7 +50,7 @@ class Figures {
     std::cout << std::endl;
   }
 
-  // How many grew, each said on a line.
+  // Prints a line for each figure that has grown, and returns their number.
   int growths() const {
     int count = 0;
     for (const auto& figure : figures_) {
@@ -65,8 +65,8 @@ class Figures {
   std::vector<Soak::Figure> figures_;
 };
 
-// Figures are taken after every fourth pass, when each update has had its turn to be
-// another one, some thirty times in all.
+// Samples are taken after every fourth pass, when each update has had a salt once, about thirty
+// times in all.
 int soak(double seconds, const std::vector<std::string>& files) {
   const char* const leak = std::getenv("OVBGP_SOAK_LEAK");
   Soak::Agent agent(Soak::updatesOf(files), leak ? std::strtoull(leak, nullptr, 10) : 0);

@@ -1,4 +1,4 @@
-// MRT and BGP octets put together by hand, for tests.
+// Helpers for tests that build MRT records and BGP messages.
 #ifndef TESTS_TOOLS_MRT_BYTES_H
 #define TESTS_TOOLS_MRT_BYTES_H
 

@@ -1,4 +1,4 @@
-// Files for the time of a test.
+// Temporary files that are deleted at the end of a test.
 #ifndef TESTS_TOOLS_TEMP_FILE_H
 #define TESTS_TOOLS_TEMP_FILE_H
 

@@ -1,12 +1,12 @@
-// What `attribute` makes of octets, through the whole command.
-#include "tools/bgp-communities/AttributeCommand.h"
+// Tests of `attribute` through the whole command: hexadecimal in, reports and exit status out.
+#include "tools/bgp-communities/commands/AttributeCommand.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
 #include "tests/tools/MrtBytes.h"
-#include "tests/tools/Outcome.h"
-#include "tools/bgp-communities/Json.h"
+#include "tests/tools/commands/Outcome.h"
+#include "tools/bgp-communities/output/Json.h"
 
 namespace CommTool {
 namespace {
@@ -83,7 +83,7 @@ TEST(AttributeCommand, NamesTypesAndFlags) {
   EXPECT_STREQ(objectOf({0, 11, 0})["name"].GetString(), "Invalid attribute");
 }
 
-// As many as an attribute can hold.
+// The largest number of communities that fits into an attribute.
 TEST(AttributeCommand, Takes16383Values) {
   Bytes octets = Bytes{0xD0, 8}.u16(std::size_t{4} * 16383);
   for (U32 i = 0; i < 16383; ++i) octets.u32(i);
@@ -96,12 +96,13 @@ TEST(AttributeCommand, PrintsNothingOfMalformedRuns) {
     Bytes octets;
     const char* what;
   };
-  for (const Row& row : {Row{{0xC0}, "path attribute: 1 octets wanted, 0 left"},
-                         Row{{0xC0, 8, 4, 0, 1, 0}, "path attribute: 4 octets wanted, 3 left"},
-                         Row{{0xD0, 8, 4}, "path attribute: 2 octets wanted, 1 left"},
-                         Row{attribute(32, {1, 2}), "LARGE_COMMUNITY attribute of 2 octets is not"},
-                         Row{attribute(16, {}), "EXTENDED COMMUNITIES attribute of 0 octets"},
-                         Row{{0x80, 25, 0}, "attribute that is not optional and transitive"}}) {
+  for (const Row& row :
+       {Row{{0xC0}, "path attribute: 1 octets wanted, 0 left"},
+        Row{{0xC0, 8, 4, 0, 1, 0}, "path attribute: 4 octets wanted, 3 left"},
+        Row{{0xD0, 8, 4}, "path attribute: 2 octets wanted, 1 left"},
+        Row{attribute(32, {1, 2}), "LARGE_COMMUNITY attribute of 2 octets: not a"},
+        Row{attribute(16, {}), "EXTENDED COMMUNITIES attribute of 0 octets"},
+        Row{{0x80, 25, 0}, "attribute without the flags optional and transitive"}}) {
     const Outcome outcome = runAttributes({good, hexOf(row.octets)});
     EXPECT_EQ(outcome.status, ExitStatus::damaged) << row.what;
     EXPECT_EQ(outcome.out, "") << row.what;

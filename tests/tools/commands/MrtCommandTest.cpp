@@ -1,5 +1,5 @@
-// The command as a user meets it: files in, text, error lines and status out.
-#include "tools/bgp-communities/MrtCommand.h"
+// Tests of `mrt` through the whole command: files in; text, error lines and exit status out.
+#include "tools/bgp-communities/commands/MrtCommand.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -12,10 +12,10 @@
 #include <sstream>
 
 #include "tests/tools/MrtBytes.h"
-#include "tests/tools/Outcome.h"
 #include "tests/tools/TempFile.h"
-#include "tools/bgp-communities/Input.h"
-#include "tools/bgp-communities/MrtReader.h"
+#include "tests/tools/commands/Outcome.h"
+#include "tools/bgp-communities/input/Input.h"
+#include "tools/bgp-communities/mrt/MrtReader.h"
 
 namespace CommTool {
 namespace {
@@ -62,7 +62,7 @@ Bytes compressed(const Bytes& octets, int (*addFilter)(archive*)) {
 }
 
 TEST(MrtCommand, ReadsEveryCompressionByContent) {
-  // Larger than any block, so that records lie across borders.
+  // Larger than a block, so that some records span two blocks.
   Bytes file;
   std::string lines;
   for (int i = 0; i < 4000; ++i) {
@@ -134,7 +134,34 @@ TEST(MrtCommand, TellsUnreadableFromEmpty) {
   EXPECT_EQ(run({"/tmp"}).errors, "bgp-communities: /tmp: Is a directory\n");
 }
 
-// Whatever happened to a gzip file, the routes before it are there.
+// Files of another format are noticed at their first record. Later the same damage has other
+// causes.
+TEST(MrtCommand, AsksWhetherAFileIsMrtAtItsFirstRecordOnly) {
+  const TempFile text(Bytes().fill(28, 't'));
+  EXPECT_TRUE(run({text.path()}).errors.ends_with(" is more than 16777216; not an MRT file?\n"));
+  const TempFile lost(announcement(10).fill(28, 't'));
+  EXPECT_TRUE(run({lost.path()}).errors.ends_with(" is more than 16777216\n"));
+}
+
+// The times are the earliest and the latest of all files, in whatever order the files are given.
+TEST(MrtCommand, SummaryShowsTheTimeSpanOfTheRecords) {
+  Bytes late = announcement(10);
+  late[1] = 16;  // the second octet of the seconds
+  const TempFile second(late);
+  const TempFile first(announcement(11));
+  const std::string text = run({second.path(), first.path()}, false).out;
+  EXPECT_NE(text.find("first record            1970-01-01T00:16:40Z\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("last record             1970-01-13T03:32:56Z\n"), std::string::npos) << text;
+  EXPECT_NE(text.find(" 12 d 03:16:16\n"), std::string::npos) << text;
+  const TempFile empty;
+  EXPECT_EQ(run({empty.path()}, false).out.find("first record"), std::string::npos);
+  MrtOptions options;
+  options.files = {empty.path()};
+  options.json = options.summary = true;
+  EXPECT_NE(run(options).out.find(R"("first_record":null,"last_record":null)"), std::string::npos);
+}
+
+// A damaged gzip file loses no route before the damage.
 TEST(MrtCommand, DeliversWhatCameBeforeDamagedGzip) {
   const Bytes gzip = compressed(goodFile(), archive_write_add_filter_gzip);
   Bytes cut = gzip;
@@ -148,7 +175,7 @@ TEST(MrtCommand, DeliversWhatCameBeforeDamagedGzip) {
     const char* damage;
   };
   for (const Row& row : {Row{cut, "truncated gzip"}, Row{changed, "broken gzip"},
-                         Row{followed, "octets behind the end of gzip"}}) {
+                         Row{followed, "data after the end of the gzip stream"}}) {
     const TempFile input(row.file);
     const Outcome outcome = run({input.path()});
     EXPECT_EQ(outcome.status, ExitStatus::damaged) << row.damage;
@@ -180,7 +207,7 @@ TEST(MrtCommand, SummaryShowsTheFigures) {
   const TempFile input(goodFile());
   const Outcome outcome = run({input.path()}, false);
   EXPECT_EQ(outcome.status, ExitStatus::fine);
-  const std::size_t top = outcome.out.find("lists in most use");
+  const std::size_t top = outcome.out.find("most used lists");
   EXPECT_NE(outcome.out.find("\n         1  standard: 1:1 1:2\n", top), std::string::npos);
   std::istringstream lines(outcome.out.substr(0, top));
   std::map<std::string, std::string> figures;
@@ -194,11 +221,14 @@ TEST(MrtCommand, SummaryShowsTheFigures) {
                                                        {"BGP messages", "3"},
                                                        {"routes announced", "2"},
                                                        {"routes withdrawn", "1"},
-                                                       {"routes held", "1"},
+                                                       {"routes at the end", "1"},
                                                        {"  routes with a list", "1"},
                                                        {"  distinct lists", "1"},
                                                        {"  distinct communities", "2"},
-                                                       {"  distinct lists of 2", "1"}};
+                                                       {"  distinct lists of length 2", "1"},
+                                                       {"first record", "1970-01-01T00:16:40Z"},
+                                                       {"last record", "1970-01-01T00:16:40Z"},
+                                                       {"  time between them", "00:00:00"}};
   for (const auto& [name, value] : expected) {
     EXPECT_EQ(figures[name], value) << name << "\n" << outcome.out;
   }
@@ -243,9 +273,9 @@ TEST(MrtCommand, KeepsRoutesOfWhichAListMatches) {
     EXPECT_EQ(lines.status, row.routes ? ExitStatus::fine : ExitStatus::noMatch) << row.regex;
     options.routes = false;
     const std::string summary = run(options).out;
-    const std::size_t name = summary.find("routes held");
+    const std::size_t name = summary.find("routes at the end");
     ASSERT_NE(name, std::string::npos);
-    const std::size_t value = summary.find_first_not_of(' ', name + 11);
+    const std::size_t value = summary.find_first_not_of(' ', name + 17);
     EXPECT_EQ(summary.substr(value, summary.find('\n', value) - value), row.held) << row.regex;
   }
 }
@@ -347,7 +377,7 @@ TEST(MrtCommand, JsonHasEveryMember) {
                 "\n");
 }
 
-// Routes that were read before the record's error was found tell of it, too.
+// Routes that were decoded before an error of their record have it in "errors" as well.
 TEST(MrtCommand, JsonTellsTheErrorsOfTheRecord) {
   const Bytes entry = ribEntry(0, communities({0x10002}));
   Bytes file = peerIndex();
@@ -367,7 +397,7 @@ TEST(MrtCommand, JsonTellsTheErrorsOfTheRecord) {
   EXPECT_EQ(objects[1]["errors"].Size(), 0U);
   EXPECT_STREQ(objects[2]["action"].GetString(), "withdraw");
   EXPECT_STREQ(objects[2]["errors"][0].GetString(),
-               "COMMUNITIES attribute of 1 octets is not one or more members of 4");
+               "COMMUNITIES attribute of 1 octets: not a positive multiple of 4");
   EXPECT_EQ(objects[2]["raw"].MemberCount(), 0U);
   EXPECT_TRUE(objects[2]["communities"].Empty());
 }
@@ -391,6 +421,8 @@ TEST(MrtCommand, JsonSummaryIsOneObject) {
   const rapidjson::Document& summary = objects[0];
   EXPECT_EQ(summary["v"].GetUint(), 1U);
   EXPECT_EQ(summary["records"].GetUint(), 5U);
+  EXPECT_STREQ(summary["first_record"].GetString(), "1970-01-01T00:16:40Z");
+  EXPECT_STREQ(summary["last_record"].GetString(), "1970-01-01T00:16:40Z");
   EXPECT_EQ(summary["routes"].GetUint(), 4U);
   EXPECT_EQ(summary["errors"]["unknown record type N"].GetUint(), 2U);
   EXPECT_EQ(summary["errors"]["No such file or directory"].GetUint(), 1U);
@@ -406,7 +438,7 @@ TEST(MrtCommand, JsonSummaryIsOneObject) {
   EXPECT_EQ(summary["flags"]["partial"]["large"].GetUint(), 0U);
 }
 
-// With --routes, the summary follows them, in text and in JSON.
+// With --routes, the summary is printed after the routes, in text and in JSON.
 TEST(MrtCommand, RoutesAndSummaryGoTogether) {
   const TempFile input(goodFile());
   MrtOptions options;
@@ -436,7 +468,7 @@ TEST(MrtCommand, EndsQuietlyWhenTheReaderGoes) {
   ::close(ends[1]);
 }
 
-// The stream ends within the record: nothing is left to take for a next one.
+// The stream ends within a record: no further record may be read.
 TEST(MrtReader, EndsAtALengthThatTheStreamDoesNotHave) {
   const TempFile input(Bytes().u32(0).u16(16).u16(4).u32(MrtReader::maxLength).fill(100, 0));
   Input stream(input.path());

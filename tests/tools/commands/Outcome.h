@@ -1,22 +1,23 @@
-// What a command of the tool makes of its arguments: its status, and what it prints.
-#ifndef TESTS_TOOLS_OUTCOME_H
-#define TESTS_TOOLS_OUTCOME_H
+// Runs a command of the tool and collects its exit status, output and error messages.
+#ifndef TESTS_TOOLS_COMMANDS_OUTCOME_H
+#define TESTS_TOOLS_COMMANDS_OUTCOME_H
 
 #include <sstream>
 #include <string>
 
 #include "tests/tools/TempFile.h"
-#include "tools/bgp-communities/ExitStatus.h"
+#include "tools/bgp-communities/commands/ExitStatus.h"
 
 namespace CommTool {
 
+// The result of a command.
 struct Outcome {
   ExitStatus status{};
   std::string out;
   std::string errors;
 };
 
-// `run(out, errors)` is the command.
+// Calls `run(out, errors)`, which is the command, with a file and a stream to print to.
 template <class Run>
 Outcome outcomeOf(const Run& run) {
   const TempFile out;

@@ -1,5 +1,5 @@
-// What `show` prints, through the whole command.
-#include "tools/bgp-communities/ShowCommand.h"
+// Tests of `show` through the whole command.
+#include "tools/bgp-communities/commands/ShowCommand.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
@@ -70,8 +70,8 @@ TEST(ShowCommand, ReadsEveryKindAndHonoursFlags) {
   }
 }
 
-// Valid JSON whatever the value: here the type octets stand raw in a text, and are
-// no UTF-8 by themselves.
+// JSON must be valid for every value. Here a text contains the octets of the type, which are not
+// valid UTF-8.
 TEST(ShowCommand, JsonIsAnObjectALine) {
   ShowOptions options{{"0x4300000000000007", "1:2", "0xff8020010db8000000000000000000000001000a"}};
   options.json = true;
@@ -124,7 +124,7 @@ TEST(ShowCommand, JsonHasTheDecodedFields) {
   }
 }
 
-// Policies' names and the registry's.
+// The names of policies and of the registry.
 TEST(ShowCommand, ReadsNamesInAnyCase) {
   struct Row {
     std::vector<std::string> names;

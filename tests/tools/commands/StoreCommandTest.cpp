@@ -1,5 +1,5 @@
-// The store commands as a user meets them, one process at a time and three at once.
-#include "tools/bgp-communities/StoreCommand.h"
+// Tests of `store` through the whole command: one process at a time, and three at once.
+#include "tools/bgp-communities/commands/StoreCommand.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -18,10 +18,10 @@
 #include "Stash/StoreLayout.h"
 #include "tests/platform/KivStash/StoreImages.h"
 #include "tests/tools/MrtBytes.h"
-#include "tests/tools/Outcome.h"
 #include "tests/tools/TempFile.h"
-#include "tools/bgp-communities/CommunityKinds.h"
-#include "tools/bgp-communities/MrtCommand.h"
+#include "tests/tools/commands/Outcome.h"
+#include "tools/bgp-communities/bgp/CommunityKinds.h"
+#include "tools/bgp-communities/commands/MrtCommand.h"
 
 namespace CommTool {
 namespace {
@@ -43,7 +43,7 @@ Outcome info(const std::string& name) {
 const std::vector<std::string> samples = {OVBGP_SAMPLES_DIR "/speakers-updates.mrt.gz",
                                           OVBGP_SAMPLES_DIR "/speakers-rib-ipv6.mrt.gz"};
 
-// The lines of `text` that have lists, each a list in its column.
+// The lines of `text` that have a list. Each has one list, in the column of its kind.
 std::multiset<std::string> listLines(const std::string& text) {
   std::multiset<std::string> lines;
   std::istringstream in(text);
@@ -53,8 +53,8 @@ std::multiset<std::string> listLines(const std::string& text) {
   return lines;
 }
 
-// The same for the lists of routes, whose lines have all four columns; each text once,
-// though different lists may have one text.
+// The different lists of the routes in the files, in the form of listLines(). Different lists may
+// have equal texts; such a text is returned once.
 std::set<std::string> listsOfRoutes(const std::vector<std::string>& files) {
   const Outcome routes = outcomeOf([&](int out, std::ostream& errors) {
     MrtOptions options;
@@ -88,7 +88,7 @@ U64 figure(const std::string& text, const std::string& name) {
   return std::stoull(text.substr(at + 1 + name.size()));
 }
 
-// Of all kinds.
+// The sum over all kinds.
 U64 figures(const std::string& text, const std::string& name) {
   const std::size_t at = text.find("\n" + name);
   if (at == text.npos) return ~U64{0};
@@ -108,7 +108,8 @@ TEST(StoreCommand, ReadsTheListsThatTheRoutesHave) {
   EXPECT_GT(listLines(lists.out).size(), 100U);
   EXPECT_EQ(listsOfRoutes(samples), distinct(listLines(lists.out)));
   EXPECT_EQ(figures(written.out, "  lists"), listLines(lists.out).size());
-  EXPECT_EQ(figures(written.out, "  lists"), figures(lists.out, "  distinct lists, last walk"));
+  EXPECT_EQ(figures(written.out, "  lists"),
+            figures(lists.out, "  distinct lists in the last walk"));
   EXPECT_TRUE(listLines(read(name.text(), false).out).empty());
   EXPECT_EQ(0U, figure(lists.out, "retries"));
 }
@@ -130,11 +131,12 @@ TEST(StoreCommand, InfoTellsHeaderAndImages) {
   write({.name = name.text(), .files = samples, .size = 1 << 20});
   const Outcome told = info(name.text());
   EXPECT_EQ(ExitStatus::fine, told.status);
-  EXPECT_EQ(sizeof(void*) * 8, figure(told.out, "bits of a word"));
-  EXPECT_EQ(1U << 20, figure(told.out, "octets, at most"));
+  EXPECT_EQ(sizeof(void*) * 8, figure(told.out, "word size, bits"));
+  EXPECT_EQ(1U << 20, figure(told.out, "maximum size, bytes"));
   U64 images = 0;
-  for (std::size_t i = 1; i < Stash::imageKinds.size(); ++i) {
-    images += figure(told.out, "  " + std::string(Stash::imageKinds[i].name));
+  for (const char* kind : {"standard lists", "large lists", "extended values", "extended lists",
+                           "IPv6 values", "IPv6 lists"}) {
+    images += figure(told.out, std::string("  ") + kind);
   }
   EXPECT_EQ(figure(told.out, "images"), images);
 }
@@ -172,7 +174,7 @@ TEST(StoreCommand, WhatCannotBeDoneIsSaid) {
   says(read("/dev/null"), ExitStatus::impossible, "/dev/null");
 }
 
-// Lists are read as they are, and interned only after a look at their order.
+// A hostile writer marks an unsorted list as sorted. The reader must sort it before interning.
 TEST(StoreCommand, AStoreOfAnotherMakerMayLie) {
   const TestName name;
   {
@@ -190,8 +192,8 @@ TEST(StoreCommand, AStoreOfAnotherMakerMayLie) {
   EXPECT_EQ(ExitStatus::damaged, outcome.status);
   EXPECT_EQ((std::multiset<std::string>{"1:1 1:2|||", "1:1 1:2|||", "1:1 1:2|||"}),
             listLines(outcome.out));
-  EXPECT_EQ(1U, figure(outcome.out, "  lists not in order as said"));
-  EXPECT_EQ(1U, figure(outcome.out, "  distinct lists, last walk"));
+  EXPECT_EQ(1U, figure(outcome.out, "  lists marked sorted but unsorted"));
+  EXPECT_EQ(1U, figure(outcome.out, "  distinct lists in the last walk"));
 }
 
 TEST(StoreCommand, OneDamagedListLeavesTheOthers) {
@@ -211,7 +213,7 @@ TEST(StoreCommand, OneDamagedListLeavesTheOthers) {
   EXPECT_EQ(1U, figure(outcome.out, "damaged"));
 }
 
-// The tool itself, with its output in a file.
+// A running process of the tool, with its output in a file.
 pid_t start(std::vector<std::string> arguments, const TempFile& out) {
   const pid_t pid = ::fork();
   if (pid != 0) return pid;
@@ -236,7 +238,7 @@ TEST(StoreCommand, TwoFollowWhatAThirdOneChurns) {
   const TempFile outs[3];
   const pid_t writer =
       start({"store", "write", name.text(), samples[0], samples[1], "--churn", "60"}, outs[2]);
-  // Until the store has its lists.
+  // Wait until the store has its lists.
   const auto expected = listsOfRoutes(samples);
   const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(60);
   while (listLines(read(name.text()).out).size() < expected.size() &&
@@ -252,11 +254,11 @@ TEST(StoreCommand, TwoFollowWhatAThirdOneChurns) {
     ASSERT_TRUE(expected.contains(list)) << list;
   }
   for (const TempFile* const out : {&outs[0], &outs[1]}) {
-    // The summary is at the end, behind the lists.
+    // The summary follows the lists.
     const std::string text = "\n" + out->contents();
     EXPECT_GT(figure(text, "walks"), 1U);
     EXPECT_EQ(0U, figure(text, "damaged"));
-    EXPECT_EQ(0U, figure(text, "lists that never settled"));
+    EXPECT_EQ(0U, figure(text, "lists always being changed"));
   }
   EXPECT_GT(figure(outs[2].contents(), "lists rewritten"), 0U);
 }

@@ -1,17 +1,18 @@
-// From the octets of one file to the routes that its decoder delivers.
-#include "tools/bgp-communities/MrtDecoder.h"
+// Tests of the decoder: records in, delivered routes and problems out.
+#include "tools/bgp-communities/mrt/MrtDecoder.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
 #include "tests/tools/MrtBytes.h"
-#include "tools/bgp-communities/AddressText.h"
+#include "tools/bgp-communities/bgp/AddressText.h"
 
 namespace CommTool {
 namespace {
 
-// Writes routes down: action, peer, AS, prefix, the four attributes in hexadecimal.
+// Writes each route as a line of text: action, peer, AS, prefix, the four attributes in
+// hexadecimal.
 class Recorder : public RouteSink {
  public:
   void handleRoutes(const RouteBatch& batch) override {
@@ -40,7 +41,7 @@ class Recorder : public RouteSink {
   }
 };
 
-// Decodes whole records and notes their problems.
+// Decodes whole records and collects their problems.
 struct Decoding {
   explicit Decoding(const Bytes& octets) {
     MrtDecoder decoder(recorder, counts);
@@ -124,7 +125,7 @@ TEST(MrtDecoder, CountsWhatCarriesNoRoutes) {
 TEST(MrtDecoder, ReadsBothTableDumps) {
   Bytes v1 = Bytes().u32(0).add({10, 9, 8, 7}).u8(8).u8(1).u32(0).add({192, 0, 2, 9});
   v1.u16(64512).u16(7).add(communities({0xFFFFFF01}));
-  // The short MP_REACH of tables (a next hop alone) and the full one.
+  // The short form of MP_REACH_NLRI in tables (only a next hop) and the full form.
   const Bytes shortReach = attribute(14, Bytes().u8(16).fill(16, 1));
   Bytes file = mrt(12, 1, v1).add(peerIndex());
   file.add(rib(4, v6, 2, ribEntry(0, shortReach).add(ribEntry(1, mpReach(2, 1, v6)))));
@@ -155,7 +156,7 @@ TEST(MrtDecoder, ClearsBitsBehindThePrefixLength) {
             "A 192.0.2.1 65001 1.2.3.4/32 - - - -\n");
 }
 
-// What remains of an UPDATE that breaks the rules, and what is said about it.
+// Which routes of a malformed UPDATE are delivered, and which problem is reported.
 TEST(MrtDecoder, UsesOfDamagedUpdatesWhatIsSafe) {
   const std::string announced = "A 192.0.2.1 65001 10.0.0.0/8 00000001 - - -\n";
   const std::string withdrawn = "W 192.0.2.1 65001 10.0.0.0/8 - - - -\n";
@@ -165,13 +166,13 @@ TEST(MrtDecoder, UsesOfDamagedUpdatesWhatIsSafe) {
     std::string routes, problem;
   } rows[] = {
       {update({}, attribute(8, {1, 2, 3}), ten), withdrawn,
-       "COMMUNITIES attribute of 3 octets is not one or more members of 4"},
+       "COMMUNITIES attribute of 3 octets: not a positive multiple of 4"},
       {update({}, communities({}), ten), withdrawn,
-       "COMMUNITIES attribute of 0 octets is not one or more members of 4"},
+       "COMMUNITIES attribute of 0 octets: not a positive multiple of 4"},
       {update({}, attribute(32, Bytes().fill(8, 0)), ten), withdrawn,
-       "LARGE_COMMUNITY attribute of 8 octets is not one or more members of 12"},
+       "LARGE_COMMUNITY attribute of 8 octets: not a positive multiple of 12"},
       {update({}, Bytes{0x40, 8, 4, 0, 0, 0, 1}, ten), withdrawn,
-       "COMMUNITIES attribute that is not optional and transitive"},
+       "COMMUNITIES attribute without the flags optional and transitive"},
       {update({}, Bytes(one).add({0xC0, 9, 200, 1}), ten), withdrawn,
        "path attributes: 200 octets wanted, 1 left"},
       {update({}, Bytes(one).add({0xD0, 9, 4}), ten), withdrawn,
@@ -203,16 +204,16 @@ TEST(MrtDecoder, ReportsOneLineForDamagedRecords) {
     Bytes file;
     std::string routes, problem;
   } rows[] = {
-      {rib(2, ten, 1, good), "", "peer 0 is not in the index of 0"},
+      {rib(2, ten, 1, good), "", "peer 0 is not in the peer index, which has 0 peers"},
       {peerIndex().add(rib(2, ten, 3, ribEntry(2, {}).add(ribEntry(9, {})).add(good))), route,
-       "peer 2 is not in the index of 2 (and 1 more)"},
+       "peer 2 is not in the peer index, which has 2 peers (and 1 more)"},
       {peerIndex().add(rib(2, ten, 65535, good)), route, "RIB record: 2 octets wanted, 0 left"},
       {peerIndex().add(rib(2, {33, 1, 2, 3, 4, 5}, 1, good)), "",
        "prefix length 33 is more than 32"},
       {peerIndex().add(rib(2, ten, 1, good)).add(rib(2, ten, 0, {7})), route,
        "1 octets follow the last entry"},
       {peerIndex().add(rib(2, ten, 2, ribEntry(0, attribute(8, {1})).add(good))), route,
-       "COMMUNITIES attribute of 1 octets is not one or more members of 4"},
+       "COMMUNITIES attribute of 1 octets: not a positive multiple of 4"},
       {mrt(13, 1, Bytes().u32(1).u16(0).u16(1)), "", "PEER_INDEX_TABLE: 1 octets wanted, 0 left"},
       {mrt(13, 13, {}), "", "TABLE_DUMP_V2 of unknown subtype 13"},
       {mrt(12, 3, {}), "", "TABLE_DUMP of unknown subtype 3"},
@@ -228,8 +229,8 @@ TEST(MrtDecoder, ReportsOneLineForDamagedRecords) {
   }
 }
 
-// Whatever is cut off or changed inside a record, decoding ends with routes or a
-// problem; the sanitizers watch that it reads nothing else.
+// Whatever part of a record is cut off or changed, decoding must end, with routes or a problem; the
+// sanitizers watch that it reads nothing else.
 TEST(MrtDecoder, SurvivesAnyBody) {
   Bytes announcement = communities({1, 2}).add(mpReach(2, 1, v6)).add(mpUnreach(1, 2, ten));
   const Bytes bodies[] = {

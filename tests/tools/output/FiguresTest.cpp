@@ -1,5 +1,5 @@
-// What the routes held amount to: each figure against a count by hand.
-#include "tools/bgp-communities/Figures.h"
+// Compares the statistics of routes with counts made by hand.
+#include "tools/bgp-communities/output/Figures.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ using namespace Routing::Bgp;
 
 class FiguresTest : public testing::Test {
  protected:
-  // Holds `routes` more routes with these attributes.
+  // Adds `routes` routes with these attributes.
   void hold(U8 routes, const Bytes& standard, const Bytes& large, const Bytes& extended,
             const Bytes& ip6) {
     std::vector<Nlri> nlris(routes);

@@ -1,5 +1,5 @@
-// That JSON is valid whatever goes into it.
-#include "tools/bgp-communities/Json.h"
+// JSON must be valid whatever values are written.
+#include "tools/bgp-communities/output/Json.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>

@@ -1,5 +1,5 @@
-// The line that tells how far work has come, and how errors are counted.
-#include "tools/bgp-communities/Progress.h"
+// Tests of the progress line and of the counts of errors by kind.
+#include "tools/bgp-communities/output/Progress.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "tests/tools/TempFile.h"
-#include "tools/bgp-communities/ErrorCounts.h"
+#include "tools/bgp-communities/input/ErrorCounts.h"
 
 namespace CommTool {
 namespace {
@@ -19,7 +19,7 @@ TEST(Progress, TellsWhatIsKnown) {
             "12.5 of 50.0 MB (25%), 260 records, 6 s left");
   EXPECT_EQ(progressText(1'000'000, 0, 7, Seconds(2)), "1.0 MB, 7 records");
   EXPECT_EQ(progressText(0, 100, 0, Seconds(0)), "0.0 of 0.0 MB (0%), 0 records");
-  // A file that grew meanwhile.
+  // The file has grown since its size was taken.
   EXPECT_EQ(progressText(3'000'000, 2'000'000, 1, Seconds(5)),
             "3.0 of 3.0 MB (100%), 1 records, 0 s left");
 }
@@ -37,15 +37,15 @@ TEST(Progress, KnowsTheSizeOfRegularFilesOnly) {
 TEST(Progress, ShowsNothingAtFirstAndErasesWhatItShowed) {
   std::ostringstream terminal;
   {
-    Progress progress(&terminal, 1000);
-    progress.update(10, 1);
+    Progress progress(terminal, 1000);
+    progress.bytesRead(10, 1);
     EXPECT_EQ(terminal.str(), "");
     std::this_thread::sleep_for(std::chrono::milliseconds(600));
-    progress.update(10, 2);  // nothing more was read
+    progress.bytesRead(10, 2);  // the amount has not changed
     EXPECT_EQ(terminal.str(), "");
-    progress.update(500, 3);
+    progress.bytesRead(500, 3);
     EXPECT_NE(terminal.str().find("\r0.0 of 0.0 MB (50%), 3 records"), std::string::npos);
-    progress.update(600, 4);  // too soon
+    progress.bytesRead(600, 4);  // the last update was too recent
     EXPECT_EQ(terminal.str().find("4 records"), std::string::npos);
   }
   const std::string text = terminal.str();

@@ -3,8 +3,8 @@
 
     compare-json-with-lines.py TOOL FILE...
 
-Whatever a line says, the object in the same place must say; besides, the members of
-each array must be those of the raw octets.  Exit status 1 if any file differs.
+Each line and the object at the same position must have the same contents, and the communities of
+each array must be those of the raw octets. Exit status 1 if any file differs.
 """
 
 import calendar

@@ -6,7 +6,7 @@
 #   compare-with-bgpdump.sh FILE...
 #
 # The tool is taken from $BGP_COMMUNITIES (default: bgp-communities in PATH).
-# Prints a line of figures a file; exit status 1 if any file differs.
+# Prints one line of figures for each file; exit status 1 if any file differs.
 set -eu
 export LC_ALL=C
 

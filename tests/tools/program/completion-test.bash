@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Completes words as bash would and compares the answers; and has every long option
-# that the tool's help names completed.
+# Completes words as bash does and compares the answers. Also checks that every long option in the
+# tool's help texts is completed.
 #
 #   completion-test.bash COMPLETION TOOL
 set -eu

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Writes hostile inputs into a folder, and beside them what the tool must make of them.
+"""Writes hostile inputs into a folder, with a list of the results that the tool must have.
 
     make-hostile.py FOLDER
 
-Each line of FOLDER/manifest.jsonl is one input: "name", the file's; "status", the
-expected exit status; "message", a regular expression that each line on standard error
-matches, or null if there is to be none; "routes", how many routes are good; "options",
+Each line of FOLDER/manifest.jsonl is one input: "name", the name of the file; "status",
+the expected exit status; "message", a regular expression that each line on standard error
+matches, or null if none is expected; "routes", the number of intact routes; "options",
 more options of `bgp-communities mrt`.
 """
 
@@ -57,7 +57,7 @@ def rib_entry(peer, attributes):
 
 GOOD = update(attribute(STANDARD, b"\x00\x01\x00\x02"), b"\x08\x0b")
 TABLE = peers(1) + rib([rib_entry(0, attribute(STANDARD, b"\x00\x01\x00\x02"))])
-MEMBERS = "attribute of {} octets is not one or more members of {}"
+MEMBERS = "attribute of {} octets: not a positive multiple of {}"
 
 
 def at(number, what):
@@ -97,7 +97,7 @@ def attributes():
                at(2, rf"path attributes: {2 * size} octets wanted, {size} left"), 3)
         yield (f"attribute-{kind}-with-flags-of-none",
                inside(update(attribute(kind, bytes(size), flags=0))), 3,
-               at(2, ".*not optional and transitive"), 3)
+               at(2, ".*without the flags optional and transitive"), 3)
     one_octet = b"\xd0\x08\x04\x00\x01\x00\x02"
     yield ("extended-length-of-one-octet", inside(update(one_octet)), 3,
            at(2, "path attributes: 1024 octets wanted"), 3)
@@ -114,9 +114,9 @@ def attributes():
 
 def tables():
     entry = rib_entry(0, attribute(STANDARD, b"\x00\x01\x00\x02"))
-    yield "table-without-peers", rib([entry]) + GOOD, 3, at(1, "peer 0 is not in the index of 0"), 1
+    yield "table-without-peers", rib([entry]) + GOOD, 3, at(1, "peer 0 is not in the peer index, which has 0"), 1
     yield ("peers-65535", peers(65535) + rib([entry]), 3,
-           at("[12]", ".*(wanted|not in the index)"), 0)
+           at("[12]", ".*(wanted|not in the peer index)"), 0)
     yield ("entries-65535", TABLE + rib([entry], count=65535) + GOOD, 3,
            at(3, "RIB record: 2 octets wanted, 0 left"), 3)
     yield ("prefix-length-200", inside(update(b"", b"\xc8" + bytes(25))), 3,

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Whether long work shows its progress on a terminal, and there only.
+"""Checks that the progress line is shown on a terminal, and only there.
 
     progress-test.py TOOL
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Whether the program holds its own among closed descriptors, full disks and odd numbers.
+"""Checks the program with closed descriptors, full disks and unusual numbers.
 
     surroundings-test.py TOOL SAMPLE
 """

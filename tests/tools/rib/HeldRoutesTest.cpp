@@ -1,12 +1,12 @@
-// The routes of an agent and what tells them apart.
-#include "tools/bgp-communities/HeldRoutes.h"
+// Tests of the routes that are kept: identity, replacement and release of lists.
+#include "tools/bgp-communities/rib/HeldRoutes.h"
 
 #include <gtest/gtest.h>
 
 #include "Kiv/Type.h"
 #include "tests/tools/MrtBytes.h"
-#include "tools/bgp-communities/RouteKey.h"
-#include "tools/bgp-communities/RouteTable.h"
+#include "tools/bgp-communities/rib/RouteKey.h"
+#include "tools/bgp-communities/rib/RouteTable.h"
 
 namespace CommTool {
 namespace {

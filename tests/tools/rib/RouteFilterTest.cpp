@@ -1,9 +1,9 @@
-// Which routes the filters let through, and which texts they are made of.
-#include "tools/bgp-communities/RouteFilter.h"
+// Parsing of filter criteria, and which prefixes pass.
+#include "tools/bgp-communities/rib/RouteFilter.h"
 
 #include <gtest/gtest.h>
 
-#include "tools/bgp-communities/AddressText.h"
+#include "tools/bgp-communities/bgp/AddressText.h"
 
 namespace CommTool {
 namespace {
@@ -21,6 +21,17 @@ TEST(RouteFilter, ReadsPrefixes) {
        {"", "/8", "10/8", "10.0.0.0/", "10.0.0.0/33", "10.0.0.0/-1", "10.0.0.0/+8", "10.0.0.0/8 ",
         "10.0.0.0/256", "10.0.0.1/8", "192.0.2.128/24", "::/129", "2001:db8::/16", "x::/0"}) {
     EXPECT_FALSE(readPrefixText(text)) << text;
+  }
+}
+
+TEST(RouteFilter, SaysWhyATextIsNoPrefix) {
+  EXPECT_EQ(prefixTextProblem("10.0.0.1/8"),
+            "10.0.0.1/8: host bits are set beyond /8 (10.0.0.0/8?)");
+  EXPECT_EQ(prefixTextProblem("2001:db8::/16"),
+            "2001:db8::/16: host bits are set beyond /16 (2001::/16?)");
+  for (const char* text : {"", "10/8", "10.0.0.0/33", "x::/0"}) {
+    EXPECT_EQ(prefixTextProblem(text),
+              std::string(text) + " is not a prefix such as 192.0.2.0/24 or 2001:db8::/32");
   }
 }
 

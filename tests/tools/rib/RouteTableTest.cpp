@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/RouteTable.h"
+#include "tools/bgp-communities/rib/RouteTable.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 namespace CommTool {
 namespace {
 
-// A model that is right by looks: a map, with a list for each of its values.
+// A simple model of the table: a map, with one list for each value.
 TEST(RouteTable, HoldsWhatAMapHolds) {
   using Routing::Bgp::CommList;
   std::mt19937 random(1);
@@ -28,7 +28,7 @@ TEST(RouteTable, HoldsWhatAMapHolds) {
   RouteTable table;
   std::map<U64, const CommList*> model;
   for (U32 step = 0; step < 200'000; ++step) {
-    // Up to thousands of routes, then down to few, again and again.
+    // Grows to thousands of routes and shrinks to a few, several times.
     const bool isGrowing = step / 20'000 % 2 == 0;
     const RouteKey key = keyOf(static_cast<U32>(random() % 6000));
     if (random() % 8 < (isGrowing ? 6U : 1U)) {

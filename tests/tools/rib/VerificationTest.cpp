@@ -1,10 +1,10 @@
-// That a list which lost something is found out.
-#include "tools/bgp-communities/Verification.h"
+// Verification must notice every list that differs from its attribute.
+#include "tools/bgp-communities/rib/Verification.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/tools/MrtBytes.h"
-#include "tools/bgp-communities/CommunityTables.h"
+#include "tools/bgp-communities/rib/CommunityTables.h"
 
 namespace CommTool {
 namespace {
@@ -26,7 +26,7 @@ class VerificationTest : public testing::Test {
 
   const Bytes standard = Bytes().u32(2).u32(1).u32(2);
   const Bytes large = Bytes().u32(9).u32(2).u32(3).u32(1).u32(2).u32(3);
-  // Non-transitive members, two link bandwidths, one of them no valid one.
+  // Non-transitive communities: two link bandwidths, one of which is invalid.
   const Bytes extended = Bytes()
                              .u32(0x40040001)
                              .u32(0x7FC00000)
@@ -48,7 +48,7 @@ TEST_F(VerificationTest, OrderAndRepeatsAreNoDifference) {
   EXPECT_EQ(findings(), "");
 }
 
-// Long enough for two octets of length.
+// Long enough for the flag Extended Length.
 TEST_F(VerificationTest, ReadsExtendedLength) {
   Bytes many;
   for (U32 i = 0; i < 16383; ++i) many.u32(i);
@@ -78,14 +78,17 @@ TEST_F(VerificationTest, FindsWhatDiffers) {
         lists.ip6Extended = others.ip6Extended;
         break;
     }
-    EXPECT_EQ(findings().find(std::string(row.attribute) + " of "), 0U) << findings();
+    EXPECT_EQ(findings().find(std::string(row.attribute) + ": "), 0U) << findings();
   }
 }
 
 TEST_F(VerificationTest, FindsAListThatIsNotThere) {
   lists = tables.intern(received);
   lists.large = nullptr;
-  EXPECT_EQ(findings(), "LARGE_COMMUNITY without a list, or the other way round");
+  EXPECT_EQ(findings(), "LARGE_COMMUNITY without a list");
+  lists = tables.intern(received);
+  received[CommunityKind::large].reset();
+  EXPECT_EQ(findings(), "list without LARGE_COMMUNITY");
 }
 
 }  // namespace

@@ -1,21 +1,22 @@
-// Addresses and prefixes as people write them.
-#ifndef TOOLS_BGP_COMMUNITIES_ADDRESS_TEXT_H
-#define TOOLS_BGP_COMMUNITIES_ADDRESS_TEXT_H
+// The text of addresses and prefixes.
+#ifndef TOOLS_BGP_COMMUNITIES_BGP_ADDRESS_TEXT_H
+#define TOOLS_BGP_COMMUNITIES_BGP_ADDRESS_TEXT_H
 
 #include <string_view>
 
-#include "tools/bgp-communities/Route.h"
+#include "tools/bgp-communities/bgp/Route.h"
 
 namespace CommTool {
 
-// Text in place: short enough that nothing is allocated for it.
+// A text that is stored within the object, because all texts are short. Nothing is allocated.
 class AddressText {
  public:
-  // Dotted decimal, or the canonical text of RFC 5952.
+  // Dotted decimal for IPv4, the canonical text of RFC 5952 for IPv6.
   explicit AddressText(const Address& address);
-  // The same, and the length behind a slash.
+  // The text of the network, a slash and the length.
   explicit AddressText(const Prefix& prefix);
 
+  // The text, which is valid as long as this object.
   std::string_view view() const { return {text_, length_}; }
 
  private:

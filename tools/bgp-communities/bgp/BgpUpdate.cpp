@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/BgpUpdate.h"
+#include "tools/bgp-communities/bgp/BgpUpdate.h"
 
 #include <algorithm>
 
@@ -10,12 +10,14 @@ constexpr std::size_t markerLength = 16;
 constexpr std::size_t headerLength = 19;  // marker, length, type
 constexpr U8 updateType = 2;
 
-// The message's type and its body; leaves `reader` behind the message.
+// A message behind its header.
 struct Message {
   U8 type;
   OctetReader body;
 };
 
+// Reads one message (RFC 4271, section 4.1). The marker must be all ones, since authentication by
+// marker is obsolete.
 Message readMessage(OctetReader& reader) {
   const Octets marker = reader.octets(markerLength);
   if (!std::ranges::all_of(marker, [](U8 octet) { return octet == 0xFF; })) {
@@ -31,6 +33,7 @@ Message readMessage(OctetReader& reader) {
 
 }  // namespace
 
+// Messages of other types (OPEN, NOTIFICATION, KEEPALIVE) are counted only.
 void BgpMessageDecoder::decode(Octets octets, const MessageContext& context, Problems& problems) {
   OctetReader reader(octets, "BGP message");
   const Message message = readMessage(reader);
@@ -44,6 +47,9 @@ void BgpMessageDecoder::decode(Octets octets, const MessageContext& context, Pro
   }
 }
 
+// The prefixes before and behind the attributes are IPv4 unicast; all other families are in
+// MP_REACH_NLRI and MP_UNREACH_NLRI. Nothing is delivered before everything is read, because a
+// malformed prefix at the end must keep the whole message from being used.
 void BgpMessageDecoder::decodeUpdate(OctetReader body, const MessageContext& context,
                                      Problems& problems) {
   withdrawn_.clear();
@@ -51,10 +57,12 @@ void BgpMessageDecoder::decodeUpdate(OctetReader body, const MessageContext& con
   const NlriKind kind{Family::ipv4, false, context.addPath};
   readNlri(body.part(body.u16(), "withdrawn routes"), kind, withdrawn_);
   const Octets octets = body.part(body.u16(), "path attributes").rest();
+  // Damaged attributes add to `problems` and do not end the decoding: the prefixes behind them must
+  // be known to be withdrawn.
   const PathAttributes attributes = readPathAttributes(octets, problems);
   readNlri(OctetReader(body.rest(), "announced routes"), kind, announced_);
   if (attributes.repeatedMp) {
-    return;  // reported with the attributes
+    return;  // the problem was added with the attributes
   }
   if (attributes.mpUnreach) {
     readMpUnreach(*attributes.mpUnreach, context.addPath);
@@ -65,15 +73,17 @@ void BgpMessageDecoder::decodeUpdate(OctetReader body, const MessageContext& con
   deliver(context, attributes);
 }
 
+// RFC 4760, section 3. The next hop is of no interest here, but its length must be right.
 void BgpMessageDecoder::readMpReach(Octets value, bool addPath) {
   OctetReader reader(value, "MP_REACH_NLRI");
   const U16 afi = reader.u16();
   const U8 safi = reader.u8();
   reader.octets(reader.u8());  // next hop
-  reader.u8();                 // reserved; to be ignored
+  reader.u8();                 // reserved, to be ignored (RFC 4760, section 3)
   readFamily(reader, afi, safi, addPath, announced_);
 }
 
+// RFC 4760, section 4.
 void BgpMessageDecoder::readMpUnreach(Octets value, bool addPath) {
   OctetReader reader(value, "MP_UNREACH_NLRI");
   const U16 afi = reader.u16();
@@ -81,6 +91,7 @@ void BgpMessageDecoder::readMpUnreach(Octets value, bool addPath) {
   readFamily(reader, afi, safi, addPath, withdrawn_);
 }
 
+// Reads the prefixes of an MP attribute. Families that the tool does not decode are only counted.
 void BgpMessageDecoder::readFamily(OctetReader reader, U16 afi, U8 safi, bool addPath,
                                    std::vector<Nlri>& to) {
   std::optional<NlriKind> kind = nlriKind(afi, safi);
@@ -92,6 +103,7 @@ void BgpMessageDecoder::readFamily(OctetReader reader, U16 afi, U8 safi, bool ad
   readNlri(reader, *kind, to);
 }
 
+// The batches share one object; the second differs in action, attributes and routes.
 void BgpMessageDecoder::deliver(const MessageContext& context, const PathAttributes& attributes) {
   RouteBatch batch{context.seconds, RouteAction::withdraw, context.peer, {}, {}};
   if (attributes.treatAsWithdraw) {

@@ -1,33 +1,38 @@
-// Routes out of BGP messages (RFC 4271, RFC 4760, RFC 7911).
-#ifndef TOOLS_BGP_COMMUNITIES_BGP_UPDATE_H
-#define TOOLS_BGP_COMMUNITIES_BGP_UPDATE_H
+// Decoding of BGP messages into routes (RFC 4271, RFC 4760, RFC 7911).
+#ifndef TOOLS_BGP_COMMUNITIES_BGP_BGP_UPDATE_H
+#define TOOLS_BGP_COMMUNITIES_BGP_BGP_UPDATE_H
 
-#include "tools/bgp-communities/Counts.h"
-#include "tools/bgp-communities/Nlri.h"
-#include "tools/bgp-communities/PathAttributes.h"
+#include "tools/bgp-communities/bgp/Counts.h"
+#include "tools/bgp-communities/bgp/Nlri.h"
+#include "tools/bgp-communities/bgp/PathAttributes.h"
 
 namespace CommTool {
 
-// What a message's frame does not say itself.
+// Facts about a message that the file format knows and the message itself does not contain.
 struct MessageContext {
+  // When the message was recorded, in seconds since 1970 UTC.
   U32 seconds = 0;
+  // The other end of the session.
   Peer peer;
+  // Whether the session uses ADD-PATH, so that a path identifier stands before each prefix. The
+  // encoding is ambiguous without this knowledge.
   bool addPath = false;
 };
 
-// Delivers, for each UPDATE, at most one batch of withdrawn routes and then one
-// of announced routes.  A route in both ends announced (RFC 4271, section 4.3).
+// Delivers at most two batches for each UPDATE message: first the withdrawn routes, then the
+// announced ones. In this order a route that is in both is announced at the end, as RFC 4271,
+// section 4.3, demands.
 //
-// Broken attributes turn the announcements of their UPDATE into withdrawals
-// (see PathAttributes.h).  An UPDATE whose prefixes cannot all be read delivers
-// nothing: RFC 7606, section 5.3, would end the session there, because what the
-// sender meant is unknown.
+// If a path attribute is damaged, the announced routes are delivered as withdrawn (see
+// PathAttributes.h). If a prefix is damaged, the message delivers no route at all: the intention of
+// the sender is unknown, and RFC 7606, section 5.3, would reset the session. Owner thread only.
 class BgpMessageDecoder {
  public:
+  // Delivers routes to `sink` and counts in `counts`. Both must outlive this object.
   BgpMessageDecoder(RouteSink& sink, InputCounts& counts) : sink_(sink), counts_(counts) {}
 
-  // `octets` start with the marker.  Throws Malformed, or adds to `problems`
-  // what did not keep the message from being used.
+  // Decodes one message of any type; `octets` begin with its marker. Throws Malformed if the
+  // message cannot be used. Errors in a message that is used nevertheless are added to `problems`.
   void decode(Octets octets, const MessageContext& context, Problems& problems);
 
  private:
@@ -39,7 +44,8 @@ class BgpMessageDecoder {
 
   RouteSink& sink_;
   InputCounts& counts_;
-  std::vector<Nlri> withdrawn_;  // of the current UPDATE; kept to reuse the memory
+  // The routes of the current UPDATE. Members, so that their memory is reused.
+  std::vector<Nlri> withdrawn_;
   std::vector<Nlri> announced_;
 };
 

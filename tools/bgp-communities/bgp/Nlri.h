@@ -1,36 +1,40 @@
-// Destinations as BGP writes them (RFC 4271, section 4.3; RFC 7911).
-#ifndef TOOLS_BGP_COMMUNITIES_NLRI_H
-#define TOOLS_BGP_COMMUNITIES_NLRI_H
+// Decoding of addresses and prefixes (RFC 4271, section 4.3; RFC 7911).
+#ifndef TOOLS_BGP_COMMUNITIES_BGP_NLRI_H
+#define TOOLS_BGP_COMMUNITIES_BGP_NLRI_H
 
 #include <vector>
 
-#include "tools/bgp-communities/Route.h"
+#include "tools/bgp-communities/bgp/Route.h"
 
 namespace CommTool {
 
-// What the prefixes of one block are.
+// The encoding of the prefixes in one block of NLRI.
 struct NlriKind {
+  // The address family.
   Family family = Family::ipv4;
+  // Whether the SAFI is 2 (multicast) and not 1 (unicast).
   bool multicast = false;
-  bool addPath = false;  // four octets of path identifier before each prefix
+  // Whether a path identifier of four octets stands before each prefix (RFC 7911).
+  bool addPath = false;
 };
 
-// The kind of an address family, without path identifiers, if it is one that
-// the tool decodes: IPv4 and IPv6, unicast and multicast.
+// The encoding that belongs to an AFI and SAFI, with `addPath` false. Nothing for families that the
+// tool does not decode: it decodes unicast and multicast of IPv4 and IPv6.
 std::optional<NlriKind> nlriKind(U16 afi, U8 safi);
 
-// Reads an address of `family`.
+// Reads a full address of `family`. Throws Malformed if the octets do not suffice.
 Address readAddress(OctetReader& reader, Family family);
 
-// Reads a length in bits and just enough octets for it.  Throws Malformed for a
-// length that the family does not have.
+// Reads a prefix: a length in bits, and as many octets as hold that many bits. Throws Malformed if
+// the length exceeds that of the family's addresses or the octets do not suffice.
 Prefix readPrefix(OctetReader& reader, Family family, bool multicast);
 
-// Appends all that `reader` still holds to `to`; throws Malformed at the first
-// that is broken.
+// Reads prefixes until `reader` is at its end and appends them to `to`. Throws Malformed at the
+// first malformed prefix; the prefixes before it are then in `to`.
 void readNlri(OctetReader reader, NlriKind kind, std::vector<Nlri>& to);
 
-// Makes a prefix of an address given in full, clearing the bits past `length`.
+// Makes a prefix of a full address: clears the bits behind `length`. Throws Malformed if `length`
+// exceeds the address.
 Prefix prefixOf(const Address& address, U8 length, bool multicast);
 
 }  // namespace CommTool

@@ -1,6 +1,6 @@
-// Numbers that a user writes.
-#ifndef TOOLS_BGP_COMMUNITIES_READNUMBER_H
-#define TOOLS_BGP_COMMUNITIES_READNUMBER_H
+// Parsing of numbers in arguments.
+#ifndef TOOLS_BGP_COMMUNITIES_BGP_READ_NUMBER_H
+#define TOOLS_BGP_COMMUNITIES_BGP_READ_NUMBER_H
 
 #include <charconv>
 #include <optional>
@@ -9,7 +9,8 @@
 
 namespace CommTool {
 
-// All of `text`, which must be digits and nothing else.
+// Returns `text` as an unsigned number. Nothing if the text has anything but digits of the base
+// (also no sign and no blanks), if it is empty, or if the number does not fit.
 template <class Number>
 std::optional<Number> readNumber(std::string_view text, int base = 10) {
   Number number = 0;

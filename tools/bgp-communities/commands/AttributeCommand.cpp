@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/AttributeCommand.h"
+#include "tools/bgp-communities/commands/AttributeCommand.h"
 
 #include <algorithm>
 #include <bitset>
@@ -6,13 +6,13 @@
 #include <ostream>
 
 #include "OvBgp/BgpPathAttributeEnums.h"
-#include "tools/bgp-communities/CommunityTables.h"
-#include "tools/bgp-communities/Json.h"
-#include "tools/bgp-communities/ListTexts.h"
-#include "tools/bgp-communities/PathAttributes.h"
-#include "tools/bgp-communities/Report.h"
-#include "tools/bgp-communities/Running.h"
-#include "tools/bgp-communities/Verification.h"
+#include "tools/bgp-communities/bgp/PathAttributes.h"
+#include "tools/bgp-communities/commands/Running.h"
+#include "tools/bgp-communities/output/Json.h"
+#include "tools/bgp-communities/output/ListTexts.h"
+#include "tools/bgp-communities/output/Report.h"
+#include "tools/bgp-communities/rib/CommunityTables.h"
+#include "tools/bgp-communities/rib/Verification.h"
 
 namespace CommTool {
 
@@ -20,6 +20,7 @@ using namespace Routing::Bgp;  // NOLINT(google-build-using-namespace): all of i
 
 namespace {
 
+// The value of a hexadecimal digit.
 std::optional<unsigned> digitOf(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -27,9 +28,11 @@ std::optional<unsigned> digitOf(char c) {
   return std::nullopt;
 }
 
+// Separators that packet dumps and shells put between octets.
 bool isBetweenOctets(char c) { return c == ':' || c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// Nothing if there is anything but whole octets.
+// Parses octets of two digits each. Nothing if there is any other character or half an octet. The
+// prefix 0x is skipped wherever an octet can begin.
 std::optional<std::vector<U8>> readHexText(std::string_view text) {
   std::vector<U8> octets;
   while (!text.empty()) {
@@ -48,18 +51,20 @@ std::optional<std::vector<U8>> readHexText(std::string_view text) {
   return octets;
 }
 
-// An attribute and where it starts.
+// An attribute and its offset in the input, in octets.
 struct Placed {
   std::size_t offset;
   PathAttribute attribute;
 };
 
+// The octets in hexadecimal without a prefix.
 std::string hexText(Octets octets) {
   std::string text;
   appendHex(text, octets);
   return text;
 }
 
+// The names of the flags that are set. The lower four bits have no names.
 std::vector<std::string> namesOfFlags(U8 flags) {
   struct Row {
     AttributeFlag flag;
@@ -73,11 +78,12 @@ std::vector<std::string> namesOfFlags(U8 flags) {
   return names;
 }
 
+// The name of an attribute type; unknown types get a text with their number.
 std::string displayName(U8 type) {
   return bgpPathAttrTypeShowString(static_cast<BgpPathAttrType>(type));
 }
 
-// Every form that a list of the kind has.
+// The next functions add every text form that a list of the kind has.
 void addTexts(Report& report, const CommList& list) {
   std::string numbers;
   for (const U32 community : *list.commVectorRawPtr()) {
@@ -94,6 +100,7 @@ void addTexts(Report& report, const LargeCommList& list) {
   report.addText("list", listText(list));
   report.addText("asdot", asdot);
 }
+// The forms differ in what stands before the value: nothing, the classification, or a long name.
 template <class Value>
 void addExtendedTexts(Report& report, const auto& list) {
   const auto add = [&](const char* name, typename Value::StrepFormat format) {
@@ -116,30 +123,27 @@ void addTexts(Report& report, const ExtCommIp6List& list) {
   addExtendedTexts<ExtCommIp6>(report, list);
 }
 
+// One run of the command. Everything is read and checked before anything is printed.
 class AttributeRun {
  public:
   AttributeRun(const AttributeOptions& options, std::ostream& errors)
       : options_(options), errors_(errors) {}
 
+  // Prints a report of each attribute.
   ExitStatus run(Octets octets, int out) {
     if (!read(octets)) return ExitStatus::damaged;
     TextOutput output(out);
     for (const Placed& placed : attributes_) {
-      const Report report = reportOf(placed);
-      if (options_.json) {
-        report.printJson(output);
-      } else {
-        report.print(output);
-      }
+      reportOf(placed).print(output, options_.json);
     }
     output.flush();
     return sound_ ? ExitStatus::fine : ExitStatus::damaged;
   }
 
  private:
-  // False, and said why, if an attribute is malformed.
+  // Returns false after a report on `errors_` if an attribute is malformed.
   bool read(Octets octets) {
-    std::bitset<256> seen;
+    std::bitset<256> seen;  // by attribute type
     OctetReader reader(octets, "path attribute");
     while (!reader.atEnd()) {
       const std::size_t offset = octets.size() - reader.left();
@@ -148,6 +152,7 @@ class AttributeRun {
         const CommunityKindRow* const row = communityKindOf(attribute.type);
         const std::string defect = row != nullptr ? defectOf(attribute, *row) : std::string();
         if (!defect.empty()) throw Malformed(defect);
+        // A repeated attribute is an error, but the others can be explained nevertheless.
         if (seen.test(attribute.type)) {
           complain(offset, "path attribute " + std::to_string(attribute.type) + " repeated");
         } else {
@@ -162,11 +167,13 @@ class AttributeRun {
     return true;
   }
 
+  // Reports an error and remembers it for the exit status.
   void complain(std::size_t offset, const std::string& what) {
     sound_ = false;
-    errors_ << programPrefix << "attribute at octet " << offset << ": " << what << std::endl;
+    printError(errors_, "attribute at octet " + std::to_string(offset) + ": " + what);
   }
 
+  // The header fields and the value; for community attributes also their list.
   Report reportOf(const Placed& placed) {
     const PathAttribute& attribute = placed.attribute;
     const std::string name = displayName(attribute.type);
@@ -184,6 +191,8 @@ class AttributeRun {
     return report;
   }
 
+  // Adds the communities of an attribute, its list's text forms, and the result of the
+  // verification.
   void addList(Report& report, const Placed& placed, const CommunityKindRow& row) {
     const PathAttribute& attribute = placed.attribute;
     std::vector<std::string> members;
@@ -192,6 +201,7 @@ class AttributeRun {
     }
     report.add("kind", row.member);
     report.add("members", members);
+    // The attribute is interned and verified as if it came in an UPDATE message.
     CommunityAttributes received;
     received[row.kind] = attribute.value;
     const RouteCommunities lists = tables_.intern(received);
@@ -211,13 +221,13 @@ class AttributeRun {
 
 }  // namespace
 
+// The arguments are joined with blanks, so an octet cannot be split over two of them.
 ExitStatus runAttribute(const AttributeOptions& options, int out, std::ostream& errors) {
   std::string text;
   for (const std::string& part : options.octets) text.append(part).append(" ");
   const auto octets = readHexText(text);
   if (!octets || octets->empty()) {
-    errors << programPrefix << "expected octets of path attributes, two hexadecimal digits each"
-           << std::endl;
+    printError(errors, "expected path attributes as octets of two hexadecimal digits each");
     return ExitStatus::wrongUsage;
   }
   return writing(errors, [&] { return AttributeRun(options, errors).run(*octets, out); });

@@ -1,29 +1,31 @@
-// `bgp-communities attribute`: path attributes in hexadecimal, explained.
-#ifndef TOOLS_BGP_COMMUNITIES_ATTRIBUTE_COMMAND_H
-#define TOOLS_BGP_COMMUNITIES_ATTRIBUTE_COMMAND_H
+// `bgp-communities attribute`: explains path attributes given in hexadecimal.
+#ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_ATTRIBUTE_COMMAND_H
+#define TOOLS_BGP_COMMUNITIES_COMMANDS_ATTRIBUTE_COMMAND_H
 
 #include <iosfwd>
 #include <string>
 #include <vector>
 
-#include "tools/bgp-communities/ExitStatus.h"
+#include "tools/bgp-communities/commands/ExitStatus.h"
 
 namespace CommTool {
 
+// The arguments of the command.
 struct AttributeOptions {
-  // Together one attribute or a run of them (RFC 4271, section 4.3), headers and
-  // all. Blanks, colons and 0x may stand between octets.
+  // Together one path attribute or several (RFC 4271, section 4.3) with their headers, in
+  // hexadecimal. Blanks, colons and 0x are allowed between octets.
   std::vector<std::string> octets;
-  bool json = false;  // JSON Lines, an object an attribute
+  // Print JSON Lines with one object for each attribute.
+  bool json = false;
 };
 
-// Prints each attribute's type, flags, length and value; of those that carry
-// communities the members as well, in every form that their lists have, and
-// compares what the list serializes to with the attribute.
+// Prints type, flags, length and value of each attribute to the descriptor `out`. For community
+// attributes it also prints the communities and all text forms of their list, and verifies that the
+// list serializes to the same communities.
 //
-// Malformed input is named on `errors`, with the octet where it starts; then nothing
-// is printed.  Only of an attribute that is there twice the first counts, as in
-// updates, and the other one is named.
+// If an attribute is malformed, it is reported on `errors` with its offset and nothing is printed.
+// A repeated attribute is only reported: the first one counts, as in UPDATE messages. In both cases
+// the status is `damaged`.
 ExitStatus runAttribute(const AttributeOptions& options, int out, std::ostream& errors);
 
 }  // namespace CommTool

@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/CommunityArgument.h"
+#include "tools/bgp-communities/commands/CommunityArgument.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "Ovnet/Ip6Addr.h"
-#include "tools/bgp-communities/ReadNumber.h"
+#include "tools/bgp-communities/bgp/ReadNumber.h"
 
 namespace CommTool {
 
@@ -16,6 +16,7 @@ using Routing::Bgp::ExtCommIp6Content;
 
 namespace {
 
+// Octets of two hexadecimal digits each; the number of digits must be even.
 std::optional<std::vector<U8>> readOctets(std::string_view digits) {
   std::vector<U8> octets;
   for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
@@ -26,6 +27,7 @@ std::optional<std::vector<U8>> readOctets(std::string_view digits) {
   return octets;
 }
 
+// 20 octets as on the wire (RFC 5701): type, subtype, address, local administrator.
 std::optional<CommunityArgument> readIp6(std::string_view digits) {
   const auto octets = readOctets(digits);
   if (!octets) return std::nullopt;
@@ -35,6 +37,7 @@ std::optional<CommunityArgument> readIp6(std::string_view digits) {
                            static_cast<U16>((*octets)[18] << 8 | (*octets)[19]));
 }
 
+// The number of digits decides the kind. Large communities have no hexadecimal form.
 std::optional<CommunityArgument> readHex(std::string_view digits) {
   switch (digits.size()) {
     case 8:
@@ -50,16 +53,19 @@ std::optional<CommunityArgument> readHex(std::string_view digits) {
   }
 }
 
+// Decimal numbers with colons: two for a standard community, three for a large one.
 std::optional<CommunityArgument> readParts(std::string_view text) {
   const std::size_t first = text.find(':');
   const std::size_t last = text.rfind(':');
   if (first == std::string_view::npos) return std::nullopt;
+  // One colon: 16 bits each. The values beyond have no standard community.
   if (first == last) {
     const auto as = readNumber<U16>(text.substr(0, first));
     const auto local = readNumber<U16>(text.substr(first + 1));
     if (!as || !local) return std::nullopt;
     return StandardCommunity{U32{*as} << 16 | *local};
   }
+  // With more than two colons, the middle part is no number.
   const auto admin = readNumber<U32>(text.substr(0, first));
   const auto data1 = readNumber<U32>(text.substr(first + 1, last - first - 1));
   const auto data2 = readNumber<U32>(text.substr(last + 1));
@@ -67,8 +73,8 @@ std::optional<CommunityArgument> readParts(std::string_view text) {
   return Acl::CommunityValue(*admin, *data1, *data2);
 }
 
-// The names of the registry of well-known communities (RFC 1997, RFC 3765, RFC 7611,
-// RFC 7999, RFC 8326, RFC 9494), which are not always those of policies.
+// The IANA registry of well-known communities (RFC 1997, RFC 3765, RFC 7611, RFC 7999, RFC 8326,
+// RFC 9494). Policies use other names for some of them.
 struct RegisteredName {
   std::string_view name;
   U32 value;
@@ -86,6 +92,7 @@ constexpr RegisteredName registeredNames[] = {
     {"internet", 0},
 };
 
+// Lower case, with - for _.
 std::string normalized(std::string_view name) {
   std::string text(name);
   std::ranges::transform(text, text.begin(), [](unsigned char c) {
@@ -94,7 +101,7 @@ std::string normalized(std::string_view name) {
   return text;
 }
 
-// What is printed can be read again: policies' names count, too.
+// The names that policies use are accepted as well, because the tool prints them.
 std::optional<CommunityArgument> readName(std::string_view text) {
   const std::string name = normalized(text);
   for (const RegisteredName& row : registeredNames) {
@@ -108,6 +115,7 @@ std::optional<CommunityArgument> readName(std::string_view text) {
 
 }  // namespace
 
+// The forms exclude each other: names have letters and no colon, hexadecimal begins with 0x.
 std::optional<CommunityArgument> readCommunity(std::string_view text) {
   if (const auto named = readName(text)) return named;
   if (text.starts_with("0x") || text.starts_with("0X")) return readHex(text.substr(2));

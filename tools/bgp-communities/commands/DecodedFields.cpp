@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/DecodedFields.h"
+#include "tools/bgp-communities/commands/DecodedFields.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@
 #include "OvBgp/Value/ExtCommAsNumber.h"
 #include "OvBgp/Value/ExtCommIpv4Address.h"
 #include "Rpki/OriginValidationState.h"
-#include "tools/bgp-communities/AddressText.h"
+#include "tools/bgp-communities/bgp/AddressText.h"
 
 namespace CommTool {
 
@@ -18,6 +18,7 @@ using namespace Routing::Bgp;  // NOLINT(google-build-using-namespace): all of i
 
 namespace {
 
+// One overload for each class that decodes fields.
 void add(Report& report, const ExtCommLinkBandwidth& community) {
   report.add("as_number", community.asNumber());
   report.add("bandwidth", double{community.linkBandwidth().bytesPerSecond()});
@@ -26,6 +27,7 @@ void add(Report& report, const ExtCommAsNumber& community) {
   report.add("as_number", community.asNumber());
   report.add("local_administrator", community.localAdmin());
 }
+// The address is a number in host byte order.
 void add(Report& report, const ExtCommIpv4Address& community) {
   Address address;
   for (unsigned i = 0; i < 4; ++i) {
@@ -34,10 +36,12 @@ void add(Report& report, const ExtCommIpv4Address& community) {
   report.add("address", std::string(AddressText(address).view()));
   report.add("local_administrator", U32{community.localAdmin()});
 }
+// The color and the two CO bits before it.
 void add(Report& report, const ExtCommColor& community) {
   report.add("color", community.color());
   report.add("color_only", U32{community.colorOnly()});
 }
+// Tunnel types without a name are shown by their number only.
 void add(Report& report, const ExtCommTunnelEncap& community) {
   const bool named = community.tunnelType() != tunnelTypeUnknown;
   report.add("tunnel_type", U32{community.tunnelTypeNumber()});
@@ -48,6 +52,7 @@ void add(Report& report, const ExtCommOriginValidationState& community) {
   report.add("validation_state", std::string(Rpki::originValidationStateText(community.state())));
 }
 
+// Adds the fields if the community is of this class or a derived one.
 template <class Class>
 bool addIf(Report& report, const ExtComm& community) {
   const auto* const typed = dynamic_cast<const Class*>(&community);
@@ -55,7 +60,7 @@ bool addIf(Report& report, const ExtComm& community) {
   return typed != nullptr;
 }
 
-// The first class that fits, so derived ones come before their bases.
+// Adds the fields of the first class that fits. Derived classes must be listed before their bases.
 template <class... Classes>
 void addFirst(Report& report, const ExtComm& community) {
   static_cast<void>((addIf<Classes>(report, community) || ...));
@@ -63,11 +68,13 @@ void addFirst(Report& report, const ExtComm& community) {
 
 }  // namespace
 
+// ExtCommLinkBandwidth is an ExtCommAsNumber, so it is listed first.
 void addDecodedFields(Report& report, const ExtComm& community) {
   addFirst<ExtCommLinkBandwidth, ExtCommAsNumber, ExtCommIpv4Address, ExtCommColor,
            ExtCommTunnelEncap, ExtCommOriginValidationState>(report, community);
 }
 
+// All subtypes have the same layout (RFC 5701, section 2).
 void addDecodedFields(Report& report, const ExtCommIp6& community) {
   Address address;
   address.family = Family::ipv6;

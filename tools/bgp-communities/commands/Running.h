@@ -1,26 +1,19 @@
-// How commands end when their output or memory does.
-#ifndef TOOLS_BGP_COMMUNITIES_RUNNING_H
-#define TOOLS_BGP_COMMUNITIES_RUNNING_H
+// Runs a command and turns failures of output and memory into an exit status.
+#ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_RUNNING_H
+#define TOOLS_BGP_COMMUNITIES_COMMANDS_RUNNING_H
 
 #include <new>
 #include <ostream>
-#include <string>
-#include <string_view>
 
-#include "tools/bgp-communities/ExitStatus.h"
-#include "tools/bgp-communities/TextOutput.h"
+#include "tools/bgp-communities/commands/ExitStatus.h"
+#include "tools/bgp-communities/output/ErrorLines.h"
+#include "tools/bgp-communities/output/TextOutput.h"
 
 namespace CommTool {
 
-inline constexpr const char* programPrefix = "bgp-communities: ";
-
-// In one piece, as others may write to the same terminal or log.
-inline void printError(std::ostream& errors, std::string_view text) {
-  errors << std::string(programPrefix).append(text).append("\n") << std::flush;
-}
-
-// Runs `command`, which writes output and returns an ExitStatus. A reader of the
-// output who has gone is no error.
+// Runs `command`, which writes output and returns an ExitStatus. If the reader of the output
+// closes its end of the pipe, as `head` does, that is no error: the status is `fine`. A write
+// error or lack of memory is printed to `errors`, and the status is `impossible`.
 template <class Command>
 ExitStatus writing(std::ostream& errors, const Command& command) {
   try {
@@ -28,8 +21,9 @@ ExitStatus writing(std::ostream& errors, const Command& command) {
   } catch (const ClosedPipe&) {
     return ExitStatus::fine;
   } catch (const CannotWrite& reason) {
-    errors << programPrefix << "cannot write: " << reason.what() << std::endl;
+    printError(errors, std::string("cannot write: ") + reason.what());
   } catch (const std::bad_alloc&) {
+    // Not by printError(), which allocates.
     errors << programPrefix << "out of memory" << std::endl;
   }
   return ExitStatus::impossible;

@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/ShowCommand.h"
+#include "tools/bgp-communities/commands/ShowCommand.h"
 
 #include <ostream>
 #include <sstream>
@@ -8,10 +8,10 @@
 #include "OvBgp/Parse/ExtComm.h"
 #include "OvBgp/Value/LargeCommunityFormatter.h"
 #include "OvBgp/ValueTable/ExtCommDedupTable.h"
-#include "tools/bgp-communities/CommunityArgument.h"
-#include "tools/bgp-communities/DecodedFields.h"
-#include "tools/bgp-communities/Report.h"
-#include "tools/bgp-communities/Running.h"
+#include "tools/bgp-communities/commands/CommunityArgument.h"
+#include "tools/bgp-communities/commands/DecodedFields.h"
+#include "tools/bgp-communities/commands/Running.h"
+#include "tools/bgp-communities/output/Report.h"
 
 namespace CommTool {
 
@@ -19,6 +19,7 @@ using namespace Routing::Bgp;  // NOLINT(google-build-using-namespace): all of i
 
 namespace {
 
+// 0x and `digits` hexadecimal digits.
 std::string hexOf(U64 value, unsigned digits) {
   OvFmt::StackBackedBuffer<18> text;
   text.append("0x");
@@ -26,6 +27,8 @@ std::string hexOf(U64 value, unsigned digits) {
   return text.str();
 }
 
+// 0x and the 20 octets of the community as on the wire: type, subtype, address, local
+// administrator.
 std::string hexOf(const ExtCommIp6Content& content) {
   OvFmt::StackBackedBuffer<42> text;
   text.append("0x");
@@ -36,32 +39,36 @@ std::string hexOf(const ExtCommIp6Content& content) {
   return text.str();
 }
 
-// A type or subtype: its octet, and its name if it has one.
+// The name of a type; null if it has none.
 template <Kiv::RegisteredEnum E>
 Report::Value nameOf(E type) {
   if (!bgpIsValidEnumMember(type)) return nullptr;
   return stringValue(type);
 }
 
+// The name of a subtype, which depends on the type; null if it has none.
 template <class Community>
 Report::Value subtypeNameOf(const Community& community) {
   if (community.pktSubtype().isUnspecified()) return nullptr;
   std::ostringstream name;
-  name.exceptions(std::ios::badbit);  // without memory, rather no text than half of one
+  name.exceptions(
+      std::ios::badbit);  // so that lack of memory throws and does not truncate the name
   community.formatSubtype(name);
   return name.str();
 }
 
-// Turns values into the objects that an agent would make of them, and describes
-// those.
+// Interns each community as a routing agent does, and describes the resulting object. Owns the
+// tables that are needed for this.
 class Describer {
  public:
+  // `options` must outlive this object.
   explicit Describer(const ShowOptions& options)
       : options_(options),
         container_(bgpParseExtCommContainerSmFactory()),
         values_(extCommDedupTableFactory(container_->extCommParser())),
         ip6Values_(extCommIp6DedupTableFactory(container_->extCommParser())) {}
 
+  // A standard community has no object, so its parts are described directly.
   Report operator()(const StandardCommunity& community) const {
     Report report = begun("standard", hexOf(community.value, 8));
     const std::string name = CommList::wellKnownName(community.value);
@@ -73,6 +80,7 @@ class Describer {
     return report;
   }
 
+  // The same holds for a large community.
   Report operator()(const Acl::CommunityValue& community) const {
     Report report = begun("large", "0x" + hexOf(community.globalAdmin(), 8).substr(2) +
                                        hexOf(community.localData1(), 8).substr(2) +
@@ -85,6 +93,7 @@ class Describer {
     return report;
   }
 
+  // An extended community is described by the class that the parser chose for it.
   Report operator()(const ExtCommContent& content) const {
     const ExtComm::PtrConst community = ExtComm::dedupContent(values_.ptr(), content);
     Report report = begun("extended", hexOf(content.value(), 16));
@@ -95,6 +104,7 @@ class Describer {
     return report;
   }
 
+  // An IPv6 extended community. Its text for user interfaces is a variant of the policy text.
   Report operator()(const ExtCommIp6Content& content) const {
     const ExtCommIp6::PtrConst community = ExtCommIp6::dedupContent(ip6Values_.ptr(), content);
     Report report = begun("ipv6_extended", hexOf(content));
@@ -109,6 +119,7 @@ class Describer {
   }
 
  private:
+  // A report that begins with the fields that all kinds have.
   static Report begun(const char* kind, const std::string& hex) {
     Report report(hex);
     report.add("kind", kind);
@@ -116,12 +127,14 @@ class Describer {
     return report;
   }
 
+  // a:b:c, with the AS number in asdot on request.
   static std::string largeText(const Acl::CommunityValue& community, bool asdot) {
     OvFmt::StackBackedBuffer<40> text;
     LargeCommunityFormatter::format(text, community, asdot);
     return text.str();
   }
 
+  // Adds class, classification, type and subtype with their names, and the decoded fields.
   template <class Community, class Content>
   static void addNature(Report& report, const Community& community, const Content& content) {
     report.add("class", std::string(community.fwkType().name()));
@@ -133,11 +146,13 @@ class Describer {
     report.add("transitive", content.transitiveFlag());
     addDecodedFields(report, community);
   }
+  // The two classes of contents name their octets differently.
   static U8 typeOf(const ExtCommContent& content) { return content.typeOctet(); }
   static U8 typeOf(const ExtCommIp6Content& content) { return content.type(); }
   static U8 subtypeOf(const ExtCommContent& content) { return content.subtypeOctet(); }
   static U8 subtypeOf(const ExtCommIp6Content& content) { return content.subtype(); }
 
+  // The text form that the options ask for.
   template <class Format>
   Format formatOf() const {
     Format format;
@@ -147,6 +162,7 @@ class Describer {
     return format;
   }
 
+  // Adds the text forms that both kinds of extended communities have.
   template <class Community>
   void addTexts(Report& report, const Community& community) const {
     auto format = formatOf<typename Community::StrepFormat>();
@@ -162,15 +178,17 @@ class Describer {
   const ExtCommIp6DedupTable::Ptr ip6Values_;
 };
 
-// Nothing if one of the arguments is no community; `errors` then says which.
+// Parses all values. Returns none if one of them is invalid, which is then reported on `errors`.
 std::vector<CommunityArgument> readAll(const std::vector<std::string>& texts,
                                        std::ostream& errors) {
   std::vector<CommunityArgument> communities;
   for (const std::string& text : texts) {
     const auto community = readCommunity(text);
     if (!community) {
-      errors << programPrefix << '"' << text << "\" is no community: expected " << communityForms
-             << std::endl;
+      printError(errors, std::string("\"")
+                             .append(text)
+                             .append("\" is not a community: expected ")
+                             .append(communityForms));
       return {};
     }
     communities.push_back(*community);
@@ -180,6 +198,7 @@ std::vector<CommunityArgument> readAll(const std::vector<std::string>& texts,
 
 }  // namespace
 
+// An empty list of communities means an error, since the command line requires a value.
 ExitStatus runShow(const ShowOptions& options, int out, std::ostream& errors) {
   const std::vector<CommunityArgument> communities = readAll(options.values, errors);
   if (communities.empty()) return ExitStatus::wrongUsage;
@@ -187,12 +206,7 @@ ExitStatus runShow(const ShowOptions& options, int out, std::ostream& errors) {
     TextOutput output(out);
     const Describer describe(options);
     for (const CommunityArgument& community : communities) {
-      const Report report = std::visit(describe, community);
-      if (options.json) {
-        report.printJson(output);
-      } else {
-        report.print(output);
-      }
+      std::visit(describe, community).print(output, options.json);
     }
     output.flush();
     return ExitStatus::fine;

@@ -1,24 +1,30 @@
-// `bgp-communities show`: what single communities are, in every form of text.
-#ifndef TOOLS_BGP_COMMUNITIES_SHOW_COMMAND_H
-#define TOOLS_BGP_COMMUNITIES_SHOW_COMMAND_H
+// `bgp-communities show`: explains single communities and prints all their text forms.
+#ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_SHOW_COMMAND_H
+#define TOOLS_BGP_COMMUNITIES_COMMANDS_SHOW_COMMAND_H
 
 #include <iosfwd>
 #include <string>
 #include <vector>
 
-#include "tools/bgp-communities/ExitStatus.h"
+#include "tools/bgp-communities/commands/ExitStatus.h"
 
 namespace CommTool {
 
+// The arguments of the command.
 struct ShowOptions {
-  std::vector<std::string> values;  // as communityForms says
-  bool asdot = false;               // four-octet AS numbers as two halves
-  bool weighted = false;            // link bandwidth as a weight
-  bool json = false;                // JSON Lines, an object a value
+  // The communities, each in one of the forms of communityForms.
+  std::vector<std::string> values;
+  // Print AS numbers above 65535 in asdot: as two 16-bit numbers with a period between.
+  bool asdot = false;
+  // Print link bandwidth as a weight.
+  bool weighted = false;
+  // Print JSON Lines with one object for each value.
+  bool json = false;
 };
 
-// All values are read before the first is shown; one that cannot be is named on
-// `errors`, and nothing is shown.
+// Prints a report of each value to the descriptor `out`. All values are parsed before the first
+// report is printed: if one is invalid, it is named on `errors`, nothing is printed, and the status
+// is `wrongUsage`.
 ExitStatus runShow(const ShowOptions& options, int out, std::ostream& errors);
 
 }  // namespace CommTool

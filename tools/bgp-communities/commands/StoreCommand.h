@@ -1,6 +1,6 @@
-// `bgp-communities store`: lists kept in shared memory for other processes.
-#ifndef TOOLS_BGP_COMMUNITIES_STORE_COMMAND_H
-#define TOOLS_BGP_COMMUNITIES_STORE_COMMAND_H
+// `bgp-communities store`: shares lists with other processes through a store in shared memory.
+#ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_STORE_COMMAND_H
+#define TOOLS_BGP_COMMUNITIES_COMMANDS_STORE_COMMAND_H
 
 #include <chrono>
 #include <cstddef>
@@ -8,32 +8,45 @@
 #include <string>
 #include <vector>
 
-#include "tools/bgp-communities/ExitStatus.h"
+#include "tools/bgp-communities/commands/ExitStatus.h"
 
 namespace CommTool {
 
+// The arguments of `store write`. The name of a store that has no slash is the name of POSIX shared
+// memory; with a slash it is the path of a file.
 struct StoreWriteOptions {
+  // The name of the store to create.
   std::string name;
-  std::vector<std::string> files;           // MRT files; "-" is standard input
-  std::chrono::seconds churn{0};            // for how long to go on rewriting the lists
-  std::size_t size = std::size_t{1} << 28;  // octets that the store may grow to
+  // MRT files; "-" is standard input.
+  std::vector<std::string> files;
+  // For how long to go on rewriting the lists after all were written.
+  std::chrono::seconds churn{0};
+  // The size that the store may grow to, in octets.
+  std::size_t size = std::size_t{1} << 28;
 };
 
+// The arguments of `store read`.
 struct StoreReadOptions {
+  // The name of the store.
   std::string name;
-  bool lists = false;   // a line a list, rather than the summary alone
-  bool follow = false;  // read again and again, until interrupted
+  // Print a line for each list, and not only the summary.
+  bool lists = false;
+  // Read the store again and again, until interrupted. If the store is removed, wait for a new one
+  // of the same name, and read that one.
+  bool follow = false;
 };
 
-// Text goes to the descriptor `out`, what is wrong to `errors`. A name without a
-// slash is POSIX shared memory's, another a file's.
-
-// Makes a store of the lists of the files, each once, and leaves it behind.
+// Creates a store with each different list of the files once, and leaves it for other processes.
+// Like the next functions it prints its summary to the descriptor `out` and errors to `errors`. The
+// status is `impossible` if there is no such store, or if it is too small for all lists.
 ExitStatus runStoreWrite(const StoreWriteOptions& options, int out, std::ostream& errors);
-// Rebuilds and interns all lists that a store has.
+// Rebuilds and interns all lists of a store and prints how many there are. The status is `damaged`
+// if a correct writer cannot have left the store as it is; `errors` then has the reasons.
 ExitStatus runStoreRead(const StoreReadOptions& options, int out, std::ostream& errors);
-// What the header says, and what there is.
+// Prints the header of a store, and how many images of each kind it has.
 ExitStatus runStoreInfo(const std::string& name, int out, std::ostream& errors);
+// Deletes a store. Processes that have opened it can still read it. The status is `impossible`, and
+// nothing is deleted, if the file does not begin as a store does.
 ExitStatus runStoreRemove(const std::string& name, std::ostream& errors);
 
 }  // namespace CommTool

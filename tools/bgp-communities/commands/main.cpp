@@ -1,4 +1,4 @@
-// The command line of bgp-communities.
+// The command line of bgp-communities: options, help texts and the choice of the command.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,30 +12,34 @@
 #include "Kiv/Exception.h"
 #include "Routing/RouteMap/PosixRegex.h"
 #include "Stash/StoreLayout.h"
-#include "tools/bgp-communities/AttributeCommand.h"
-#include "tools/bgp-communities/CommunityArgument.h"
-#include "tools/bgp-communities/Json.h"
-#include "tools/bgp-communities/MrtCommand.h"
-#include "tools/bgp-communities/Running.h"
-#include "tools/bgp-communities/ShowCommand.h"
-#include "tools/bgp-communities/StoreCommand.h"
+#include "tools/bgp-communities/commands/AttributeCommand.h"
+#include "tools/bgp-communities/commands/CommunityArgument.h"
+#include "tools/bgp-communities/commands/MrtCommand.h"
+#include "tools/bgp-communities/commands/Running.h"
+#include "tools/bgp-communities/commands/ShowCommand.h"
+#include "tools/bgp-communities/commands/StoreCommand.h"
+#include "tools/bgp-communities/output/Json.h"
 
 namespace {
 
 using CommTool::ExitStatus;
 
-// What to run once the command line is read, by the subcommand that was asked for.
+// A subcommand and the function that runs it. The function refers to the options that parsing
+// fills.
 struct Command {
   CLI::App* app;
   std::function<ExitStatus()> run;
 };
 
+// Shown at the end of every help text. See ExitStatus.h.
 constexpr const char* exitStatuses =
-    "Exit status: 0 all fine; 1 nothing matched; 2 wrong usage; 3 some input was damaged,\n"
-    "and all that was good is delivered; 4 nothing could be read, or output not written.";
+    "Exit status: 0 success; 1 no route matched; 2 wrong usage; 3 some input was damaged\n"
+    "(the intact part was processed); 4 no input could be read, or no output written.";
 
-// What ends the program before it begins: help that is asked for, or an error.
+// Handles the exceptions by which the parser ends: a request for help or version, or an error. Help
+// is written through TextOutput, so that a closed pipe is no error here either.
 ExitStatus usageError(const CLI::App& app, const CLI::ParseError& error) {
+  // The parser prints help to `asked`, and errors to standard error.
   std::ostringstream asked;
   const int code = app.exit(error, asked, std::cerr);
   return CommTool::writing(std::cerr, [&] {
@@ -46,8 +50,10 @@ ExitStatus usageError(const CLI::App& app, const CLI::ParseError& error) {
   });
 }
 
+// The matching functions expect UTF-8, and the expression must compile.
 Routing::RouteMap::PosixRegex regexOf(const std::string& text) {
-  if (!CommTool::isUtf8(text)) throw CLI::ValidationError("--match", "not UTF-8 text");
+  if (!CommTool::isUtf8(text))
+    throw CLI::ValidationError("--match", "the expression is not valid UTF-8");
   try {
     return Routing::RouteMap::PosixRegex(text);
   } catch (const Kiv::RangeException& reason) {
@@ -55,21 +61,29 @@ Routing::RouteMap::PosixRegex regexOf(const std::string& text) {
   }
 }
 
-// An option whose text `read` turns into what it assigns to `to`.
-template <class Target, class Read>
+// Adds an option whose text is parsed by `read` and assigned to `to`. If `read` returns nothing,
+// `problem` says why.
+template <class Target, class Read, class Problem>
 void addReadOption(CLI::App& app, const char* name, const char* type, const char* help, Target& to,
-                   Read read) {
+                   Read read, Problem problem) {
   app.add_option_function<std::string>(
          name,
-         [&to, read, name, type](const std::string& text) {
+         [&to, read, problem, name](const std::string& text) {
            auto value = read(text);
-           if (!value) throw CLI::ValidationError(name, text + " is no " + type);
+           if (!value) throw CLI::ValidationError(name, problem(text));
            to = std::move(value);
          },
          help)
       ->type_name(type);
 }
 
+// Why CommTool::readAsText() does not accept a text.
+std::string asTextProblem(const std::string& text) {
+  return text + " is not an AS number such as 65000 or 1.10";
+}
+
+// --kind takes one kind at a time and may be repeated. Otherwise the option would take the files
+// that follow as kinds.
 void addKinds(CLI::App& app, CommTool::RouteFilter& filter) {
   std::vector<std::string> names;
   names.reserve(CommTool::communityKindRows.size());
@@ -85,56 +99,59 @@ void addKinds(CLI::App& app, CommTool::RouteFilter& filter) {
            }
            filter.kinds = kinds;
          },
-         "Only routes with communities of this kind, and no other kinds of these:\n"
-         "standard, large, extended or ipv6; may be repeated")
+         "Keep only routes that carry communities of this kind, and print\n"
+         "only that kind: standard, large, extended or ipv6; may be repeated")
       ->option_text("KIND")
       ->expected(1)
       ->take_all()
       ->check(CLI::IsMember(names));
 }
 
+// The options that select routes.
 void addFilters(CLI::App& app, CommTool::MrtOptions& options) {
   addKinds(app, options.filter);
   app.add_option_function<std::string>(
          "--match", [&options](const std::string& text) { options.match = regexOf(text); },
-         "Only routes of which a list matches, as in a route map: a POSIX\n"
-         "extended expression that sees the list as one line")
+         "Keep only routes with a list that matches, as in a route map: a\n"
+         "POSIX extended regular expression on the text of the whole list")
       ->type_name("REGEX");
-  addReadOption(app, "--prefix", "CIDR", "Only routes to this prefix or a part of it",
-                options.filter.within, CommTool::readPrefixText);
-  addReadOption(app, "--peer", "AS", "Only routes of the peers with this AS number",
-                options.filter.peerAs, CommTool::readAsText);
+  addReadOption(app, "--prefix", "CIDR", "Keep only routes to this prefix or a more specific one",
+                options.filter.within, CommTool::readPrefixText, CommTool::prefixTextProblem);
+  addReadOption(app, "--peer", "AS", "Keep only routes of peers with this AS number",
+                options.filter.peerAs, CommTool::readAsText, asTextProblem);
 }
 
+// The next functions add one command each, with its options, help texts and examples.
 void addMrt(CLI::App& app, std::vector<Command>& commands, CommTool::MrtOptions& options) {
-  CLI::App* mrt = app.add_subcommand("mrt", "Read MRT files, compressed or not, and sum them up");
+  CLI::App* mrt = app.add_subcommand(
+      "mrt", "Read MRT files, compressed or not, and print a summary or their routes");
   mrt->add_option("FILE", options.files, "MRT file; - is standard input")->required();
-  mrt->add_flag("--routes", options.routes, "Print a line a route instead of the summary");
+  mrt->add_flag("--routes", options.routes, "Print one line for each route instead of the summary");
   mrt->add_flag("--json", options.json,
-                "Print JSON Lines: an object a route; with --summary, the\n"
-                "summary alone, as one object");
+                "Print JSON Lines: one object for each route; with --summary,\n"
+                "only the summary, as one object");
   mrt->add_flag("--summary", options.summary,
-                "Print the summary: the default without --routes and --json,\n"
-                "and with --routes what follows the routes");
-  mrt->add_option("--top", options.top, "How many of the lists in most use the summary names")
+                "Print the summary (the default without --routes and --json);\n"
+                "with --routes, print it after the routes");
+  mrt->add_option("--top", options.top, "Number of most used lists that the summary names")
       ->check(CLI::Range(0, 1000000))
       ->option_text("N (5)");
   addFilters(*mrt, options);
   mrt->add_flag("--verify", options.verify,
-                "Compare what each list serializes to with its origin, and\n"
+                "Re-encode each list, compare it with the received attribute, and\n"
                 "count the flags Partial and Extended Length");
   mrt->add_flag_callback(
       "--no-progress", [&options] { options.progress = false; },
-      "Show no progress, which long work does on a terminal");
+      "Do not show the progress line (shown on a terminal by default)");
   mrt->footer(
-      std::string("Fields of a line: seconds|A, W or B (table)|peer|AS|prefix|standard|large|"
-                  "extended|IPv6\n\nExamples:\n"
+      std::string("Fields of a line: seconds|A (announced), W (withdrawn) or B (table)|peer|AS|\n"
+                  "prefix|standard|large|extended|IPv6 extended\n\nExamples:\n"
                   "  bgp-communities mrt updates.gz\n"
                   "  bgp-communities mrt --routes --match '(^| )65000:1' rib.bz2\n"
                   "  bgp-communities mrt --json --kind large --prefix 192.0.2.0/24 -\n\n") +
       exitStatuses);
   commands.push_back({mrt, [&options] {
-                        // Routes on the same terminal show how far it is.
+                        // Routes on the same terminal would be mixed with the progress line.
                         const bool mixed = options.printsRoutes() && ::isatty(STDOUT_FILENO) == 1;
                         options.progress =
                             options.progress && !mixed && ::isatty(STDERR_FILENO) == 1;
@@ -143,11 +160,13 @@ void addMrt(CLI::App& app, std::vector<Command>& commands, CommTool::MrtOptions&
 }
 
 void addShow(CLI::App& app, std::vector<Command>& commands, CommTool::ShowOptions& options) {
-  CLI::App* show = app.add_subcommand("show", "Explain single communities, in every form of text");
+  CLI::App* show =
+      app.add_subcommand("show", "Explain single communities and print all their text forms");
   show->add_option("VALUE", options.values, std::string(CommTool::communityForms))->required();
-  show->add_flag("--asdot", options.asdot, "Print AS numbers above 65535 as two halves");
+  show->add_flag("--asdot", options.asdot,
+                 "Print AS numbers above 65535 as two numbers with a period: 1.10");
   show->add_flag("--weighted", options.weighted, "Print link bandwidth as a weight");
-  show->add_flag("--json", options.json, "Print JSON Lines, an object a value");
+  show->add_flag("--json", options.json, "Print JSON Lines: one object for each value");
   show->footer(std::string("Examples:\n"
                            "  bgp-communities show 65535:65281 graceful-shutdown 4200000000:7:8\n"
                            "  bgp-communities show --json 0x0002fde800000064\n\n") +
@@ -161,10 +180,10 @@ void addAttribute(CLI::App& app, std::vector<Command>& commands,
       app.add_subcommand("attribute", "Explain path attributes given in hexadecimal");
   attribute
       ->add_option("HEX", options.octets,
-                   "Octets of a path attribute or of a run of them, headers and\n"
-                   "all; blanks, colons and 0x may stand between")
+                   "One or more path attributes with their headers, in hexadecimal;\n"
+                   "blanks, colons and 0x are allowed between octets")
       ->required();
-  attribute->add_flag("--json", options.json, "Print JSON Lines, an object an attribute");
+  attribute->add_flag("--json", options.json, "Print JSON Lines: one object for each attribute");
   attribute->footer(std::string("Examples:\n"
                                 "  bgp-communities attribute c0080400010002\n"
                                 "  bgp-communities attribute --json 'c0 08 04 ff:ff:ff:01'\n\n") +
@@ -173,6 +192,7 @@ void addAttribute(CLI::App& app, std::vector<Command>& commands,
       {attribute, [&options] { return runAttribute(options, STDOUT_FILENO, std::cerr); }});
 }
 
+// The options of all commands on stores.
 struct StoreOptions {
   CommTool::StoreWriteOptions write;
   CommTool::StoreReadOptions read;
@@ -180,14 +200,16 @@ struct StoreOptions {
   std::string remove;
 };
 
+// Adds a command on a store, whose first argument is the name of the store.
 CLI::App* addStoreCommand(CLI::App& store, const char* command, const char* text,
                           std::string& name) {
   CLI::App* added = store.add_subcommand(command, text);
-  added->add_option("NAME", name, "Shared memory by its name, or a file by a path with a slash")
+  added->add_option("NAME", name, "Name of POSIX shared memory, or path of a file (with a slash)")
       ->required();
   return added;
 }
 
+// Runs the subcommand that was given. The last one needs no check, since one of them is required.
 ExitStatus runStore(const CLI::App& store, const StoreOptions& options) {
   if (store.got_subcommand("write")) {
     return runStoreWrite(options.write, STDOUT_FILENO, std::cerr);
@@ -200,56 +222,63 @@ ExitStatus runStore(const CLI::App& store, const StoreOptions& options) {
 }
 
 void addStore(CLI::App& app, std::vector<Command>& commands, StoreOptions& options) {
-  CLI::App* store = app.add_subcommand("store", "Share lists with other processes");
+  CLI::App* store = app.add_subcommand("store", "Share lists of communities with other processes");
   store->require_subcommand(1);
-  CLI::App* write =
-      addStoreCommand(*store, "write", "Keep the lists of MRT files", options.write.name);
+  CLI::App* write = addStoreCommand(*store, "write", "Create a store with the lists of MRT files",
+                                    options.write.name);
   write->add_option("FILE", options.write.files, "MRT file; - is standard input")->required();
   write
       ->add_option_function<U32>(
           "--churn",
           [&options](U32 seconds) { options.write.churn = std::chrono::seconds(seconds); },
-          "Go on rewriting the lists for that long, or until interrupted")
+          "Then rewrite lists for this time, or until interrupted")
       ->type_name("SECONDS");
-  write->add_option("--size", options.write.size, "What the store may grow to")
+  write->add_option("--size", options.write.size, "Maximum size of the store")
       ->check(CLI::Range(Stash::storeLengthMin, std::size_t{Stash::storeMaximumLimit}))
       ->option_text("OCTETS");
-  CLI::App* read = addStoreCommand(*store, "read", "Rebuild all lists", options.read.name);
-  read->add_flag("--lists", options.read.lists, "Print a line a list, too");
-  read->add_flag("--follow", options.read.follow, "Read again and again, until interrupted");
-  addStoreCommand(*store, "info", "Show what is in a store", options.info);
+  CLI::App* read = addStoreCommand(*store, "read", "Rebuild all lists of a store and count them",
+                                   options.read.name);
+  read->add_flag("--lists", options.read.lists, "Also print one line for each list");
+  read->add_flag("--follow", options.read.follow,
+                 "Read the store again and again, until interrupted");
+  addStoreCommand(*store, "info", "Show the header of a store and the number of its lists",
+                  options.info);
   addStoreCommand(*store, "remove", "Delete a store", options.remove);
   commands.push_back({store, [store, &options] { return runStore(*store, options); }});
 }
 
-// A standard descriptor that the caller has closed would be the next file's, and if that
-// is a store, it would be written over.  What takes its place fails as one that is
-// closed does: it can be read where one writes, and written where one reads.
-void closedDescriptorsTake() {
+// If the caller has closed descriptor 0, 1 or 2, the next open() would get its number, and output
+// or error messages could overwrite that file, for example a store. So each gap is filled with
+// /dev/null, opened in the wrong direction: reads from standard input and writes to standard output
+// and error still fail, as they do on a closed descriptor.
+void fillClosedDescriptors() {
   for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(fd, F_GETFD) >= 0) continue;
-    // The lowest that is free, which is this one.
+    // open() returns the lowest free descriptor, which is this one.
     (void)::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
 }
 
+// The parser requires exactly one subcommand, so one of them was parsed.
 ExitStatus runAskedFor(const std::vector<Command>& commands) {
   const auto asked =
       std::ranges::find_if(commands, [](const Command& command) { return command.app->parsed(); });
   return asked->run();
 }
 
+// The options live here, as the commands refer to them. Progress is on by default; --no-progress
+// and a standard error that is no terminal turn it off.
 int run(int argc, char** argv) {
   CommTool::MrtOptions mrt;
   mrt.progress = true;
   CommTool::ShowOptions show;
   CommTool::AttributeOptions attribute;
   StoreOptions store;
-  CLI::App app("Shows the BGP communities of routing data, interned as a routing agent does.");
+  CLI::App app(
+      "Shows the BGP communities of routing data and interns them as a routing agent does.");
   app.set_version_flag("--version", "bgp-communities " OVBGP_VERSION);
   app.require_subcommand(1);
-  app.footer(std::string("bgp-communities COMMAND --help tells all of a command.\n\n") +
-             exitStatuses);
+  app.footer(std::string("bgp-communities COMMAND --help explains a command.\n\n") + exitStatuses);
   std::vector<Command> commands;
   addMrt(app, commands, mrt);
   addShow(app, commands, show);
@@ -266,8 +295,8 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that goes away shows as an error of the write.
+  // If the reader of the output closes the pipe, write() must fail and not end the process.
   std::signal(SIGPIPE, SIG_IGN);
-  closedDescriptorsTake();
+  fillClosedDescriptors();
   return run(argc, argv);
 }

@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/ArchiveDecompressor.h"
+#include "tools/bgp-communities/input/ArchiveDecompressor.h"
 
 #include <archive.h>
 
@@ -9,6 +9,8 @@ namespace CommTool {
 
 namespace {
 
+// Called by libarchive for more input. Exceptions must not pass through its C code, so a read error
+// becomes an error of the archive.
 la_ssize_t readPiece(archive* stream, void* file, const void** piece) {
   try {
     const Octets octets = static_cast<RawFile*>(file)->next();
@@ -22,8 +24,8 @@ la_ssize_t readPiece(archive* stream, void* file, const void** piece) {
 
 }  // namespace
 
-// The named filters only.  The set of all filters would also start external
-// programs, or take text for an encoding, on the word of a few magic octets.
+// Only these three filters are enabled. archive_read_support_filter_all() would start external
+// programs, or treat text as uuencoded, if a hostile file begins with the right magic octets.
 ArchiveDecompressor::ArchiveDecompressor(RawFile& file) : file_(file), stream_(archive_read_new()) {
   if (stream_ == nullptr) {
     throw std::bad_alloc();
@@ -37,6 +39,7 @@ ArchiveDecompressor::ArchiveDecompressor(RawFile& file) : file_(file), stream_(a
 
 ArchiveDecompressor::~ArchiveDecompressor() { archive_read_free(stream_); }
 
+// libarchive may return empty blocks before the end, and a warning with valid data.
 Octets ArchiveDecompressor::next() {
   if (!begun_ && !begin()) {
     ended_ = true;
@@ -55,7 +58,7 @@ Octets ArchiveDecompressor::next() {
   return ended_ ? Octets() : Octets(static_cast<const U8*>(data), size);
 }
 
-// Opens the one entry that a raw stream is; false for an empty one.
+// Opens the only entry of a raw stream. Returns false if the stream is empty.
 bool ArchiveDecompressor::begin() {
   begun_ = true;
   if (archive_read_open(stream_, &file_, nullptr, readPiece, nullptr) != ARCHIVE_OK) {
@@ -63,8 +66,8 @@ bool ArchiveDecompressor::begin() {
   }
   archive_entry* entry = nullptr;
   const int result = archive_read_next_header(stream_, &entry);
-  // A stream whose very first octets do not decompress passes for an empty one,
-  // but leaves its error behind.
+  // If the very first octets cannot be decompressed, libarchive reports an empty archive; only the
+  // error number shows that this is damage.
   if (result != ARCHIVE_OK && (result != ARCHIVE_EOF || archive_errno(stream_) != 0)) {
     fail();
   }

@@ -1,23 +1,25 @@
-// Every other compression, by libarchive; and none.
-#ifndef TOOLS_BGP_COMMUNITIES_ARCHIVE_DECOMPRESSOR_H
-#define TOOLS_BGP_COMMUNITIES_ARCHIVE_DECOMPRESSOR_H
+// Decompression by libarchive of everything but gzip.
+#ifndef TOOLS_BGP_COMMUNITIES_INPUT_ARCHIVE_DECOMPRESSOR_H
+#define TOOLS_BGP_COMMUNITIES_INPUT_ARCHIVE_DECOMPRESSOR_H
 
-#include "tools/bgp-communities/Decompressor.h"
+#include "tools/bgp-communities/input/Decompressor.h"
 
 struct archive;
 
 namespace CommTool {
 
-// Bzip2, xz and zstd, recognised by content, and plain files.  What libarchive
-// decompressed last before a damage, less than one of its blocks of 64 or 128 KiB,
-// is lost with it.
+// Decompresses bzip2, xz and zstd, which are recognised by content, and passes other files through.
+// libarchive delivers whole blocks of 64 or 128 KiB only, so at a damage up to one block of intact
+// data is lost.
 class ArchiveDecompressor : public Decompressor {
  public:
+  // Reads from `file`, which must outlive this object. Throws std::bad_alloc.
   explicit ArchiveDecompressor(RawFile& file);
   ~ArchiveDecompressor() override;
   ArchiveDecompressor(const ArchiveDecompressor&) = delete;
   ArchiveDecompressor& operator=(const ArchiveDecompressor&) = delete;
 
+  // See Decompressor.
   Octets next() override;
 
  private:
@@ -26,7 +28,7 @@ class ArchiveDecompressor : public Decompressor {
 
   RawFile& file_;
   archive* stream_;
-  bool begun_ = false;
+  bool begun_ = false;  // the stream is opened by the first next()
   bool ended_ = false;
 };
 

@@ -1,23 +1,26 @@
-// Turns a file's octets into those that were put into it.
-#ifndef TOOLS_BGP_COMMUNITIES_DECOMPRESSOR_H
-#define TOOLS_BGP_COMMUNITIES_DECOMPRESSOR_H
+// The interface of decompression, and its selection by content.
+#ifndef TOOLS_BGP_COMMUNITIES_INPUT_DECOMPRESSOR_H
+#define TOOLS_BGP_COMMUNITIES_INPUT_DECOMPRESSOR_H
 
 #include <memory>
 
-#include "tools/bgp-communities/RawFile.h"
+#include "tools/bgp-communities/input/RawFile.h"
 
 namespace CommTool {
 
+// A stream of decompressed octets. Owner thread only.
 class Decompressor {
  public:
   virtual ~Decompressor() = default;
 
-  // The next octets, valid until the next call; empty at the end.  Throws
-  // Malformed where the compression is broken, after what came before it.
+  // Returns the next octets, which are valid until the next call; none at the end. Throws
+  // Malformed where the compressed data is damaged, after all octets before the damage were
+  // returned.
   virtual Octets next() = 0;
 };
 
-// The one that fits what the file begins with; `file` outlives it.
+// Returns a decompressor for the compression that the first octets of `file` announce; files
+// without a known compression are passed through. `file` must outlive the decompressor.
 std::unique_ptr<Decompressor> decompressorOf(RawFile& file);
 
 }  // namespace CommTool

@@ -1,9 +1,10 @@
-#include "tools/bgp-communities/ErrorCounts.h"
+#include "tools/bgp-communities/input/ErrorCounts.h"
 
 #include <cctype>
 
 namespace CommTool {
 
+// A digit belongs to a number unless a letter stands directly before its run of digits.
 std::string kindOfError(std::string_view text) {
   std::string kind;
   bool inWord = false;
@@ -21,6 +22,7 @@ std::string kindOfError(std::string_view text) {
   return kind;
 }
 
+// Problems keeps only the first texts, so the rest cannot be sorted into kinds.
 void ErrorCounts::add(const Problems& problems) {
   for (const std::string& problem : problems.first()) add(problem);
   if (const std::size_t more = problems.count() - problems.first().size(); more > 0) {

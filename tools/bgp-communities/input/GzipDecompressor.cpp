@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/GzipDecompressor.h"
+#include "tools/bgp-communities/input/GzipDecompressor.h"
 
 #include <new>
 
@@ -6,8 +6,9 @@ namespace CommTool {
 
 namespace {
 
+// The size of a decompressed block: like that of a file block, it fits the second-level cache.
 constexpr std::size_t roomSize = std::size_t{256} * 1024;
-constexpr int gzipOnly = 15 + 16;  // the largest window, and that header
+constexpr int gzipOnly = 15 + 16;  // the largest window (15), gzip headers only (+16)
 
 }  // namespace
 
@@ -19,13 +20,14 @@ GzipDecompressor::GzipDecompressor(RawFile& file) : file_(file), room_(new U8[ro
 
 GzipDecompressor::~GzipDecompressor() { inflateEnd(&stream_); }
 
+// A damage in the middle of a block must not lose the octets before it. Therefore the reason is
+// kept in damage_ and thrown by the next call, which has nothing else to deliver.
 Octets GzipDecompressor::next() {
   stream_.next_out = room_.get();
   stream_.avail_out = roomSize;
   while (!ended_ && stream_.avail_out > 0) {
-    if (!inputIsThere()) {
-      break;
-    }
+    if (!hasInput()) break;
+    // A full output block ends the loop, and so does the end of the file.
     const int result = inflate(&stream_, Z_NO_FLUSH);
     if (result == Z_STREAM_END) {
       memberEnds();
@@ -41,11 +43,10 @@ Octets GzipDecompressor::next() {
   return done;
 }
 
-// Whether inflate has something to work on; notes how the file ends if not.
-bool GzipDecompressor::inputIsThere() {
-  if (stream_.avail_in > 0) {
-    return true;
-  }
+// Reads the next block of the file if zlib has consumed the last one. Returns false at the end of
+// the file; this is damage if a gzip member is incomplete.
+bool GzipDecompressor::hasInput() {
+  if (stream_.avail_in > 0) return true;
   try {
     const Octets piece = file_.next();
     stream_.next_in = const_cast<U8*>(piece.data());  // zlib does not write to it
@@ -61,20 +62,18 @@ bool GzipDecompressor::inputIsThere() {
   return false;
 }
 
-// Another member may follow, or zeros that fill a block of some medium; anything
-// else there is damage.
+// Called after the checksum of a member. Another member may follow, or zeros: tapes and some
+// archivers pad to a block size. Any other octet is damage.
 void GzipDecompressor::memberEnds() {
   inMember_ = false;
-  while (inputIsThere() && stream_.next_in[0] == 0) {
+  while (hasInput() && stream_.next_in[0] == 0) {
     ++stream_.next_in;
     --stream_.avail_in;
   }
-  if (ended_) {
-    return;
-  }
+  if (ended_) return;
   if (stream_.next_in[0] != 0x1F) {
     ended_ = true;
-    damage_ = "octets behind the end of gzip";
+    damage_ = "data after the end of the gzip stream";
     return;
   }
   inflateReset(&stream_);

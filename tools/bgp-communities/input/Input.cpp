@@ -1,10 +1,13 @@
-#include "tools/bgp-communities/Input.h"
+#include "tools/bgp-communities/input/Input.h"
 
 #include <algorithm>
 #include <cstddef>
 
 namespace CommTool {
 
+// Most records lie within one block and are returned in place. A record across a block boundary is
+// gathered piece by piece: resizing to `count` at once would let a header with a false length
+// allocate megabytes.
 Octets Input::take(std::size_t count) {
   while (block_.empty() && nextBlock()) {
   }
@@ -22,6 +25,9 @@ Octets Input::take(std::size_t count) {
   return gathered_;
 }
 
+// Replaces the current block. Returns false at the end of the stream, and keeps the reason if the
+// end is early. The decompressor is created here, since the constructor must not read: reading can
+// fail as damage, which is not a failure to open.
 bool Input::nextBlock() {
   if (ended_) {
     return false;

@@ -1,9 +1,9 @@
-// Reading received octets: the one place where wire and file bytes are fetched.
+// Bounds-checked reading of received octets.
 //
-// Every decoder of the tool reads through OctetReader, so that no count or
-// length found in the data can lead outside what was received.
-#ifndef TOOLS_BGP_COMMUNITIES_OCTETS_H
-#define TOOLS_BGP_COMMUNITIES_OCTETS_H
+// Every decoder of the tool reads through OctetReader. It compares each count with the octets that
+// were received, so a wrong length in the data cannot make a decoder read beyond its buffer.
+#ifndef TOOLS_BGP_COMMUNITIES_INPUT_OCTETS_H
+#define TOOLS_BGP_COMMUNITIES_INPUT_OCTETS_H
 
 #include <span>
 #include <stdexcept>
@@ -13,30 +13,38 @@
 
 namespace CommTool {
 
-// Borrowed octets; whoever delivers them says how long they live.
+// Borrowed octets. The function that delivers them says how long they are valid.
 using Octets = std::span<const U8>;
 
-// Received data that breaks its own format; what() says how.
+// Thrown for received data that violates its format. what() describes the violation on one line.
 class Malformed : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// A cursor over octets, big-endian.  Asking for more than is left throws
-// Malformed, which names the part by `what` (a literal: it is not copied).
-// Owner thread only.
+// A cursor over octets in network byte order. Every read advances it. A read of more octets than
+// are left throws Malformed and leaves the cursor unchanged. Copies are independent cursors over
+// the same octets. Owner thread only.
 class OctetReader {
  public:
+  // Reads `octets`, which must stay valid. `what` names them in error messages; it is not copied
+  // and is therefore usually a literal.
   OctetReader(Octets octets, const char* what) : left_(octets), what_(what) {}
 
+  // The number of octets that have not been read.
   std::size_t left() const { return left_.size(); }
+  // Whether all octets have been read.
   bool atEnd() const { return left_.empty(); }
 
+  // Reads one octet.
   U8 u8() { return octets(1)[0]; }
+  // Reads two octets, the most significant one first.
   U16 u16() { return static_cast<U16>(number(2)); }
+  // Reads four octets, the most significant one first.
   U32 u32() { return number(4); }
 
-  // The next `count` octets, which stay where they are.
+  // Reads `count` octets without copying them: the result points into the octets given to the
+  // constructor.
   Octets octets(std::size_t count) {
     if (count > left_.size()) [[unlikely]] {
       fail(count);
@@ -46,7 +54,9 @@ class OctetReader {
     return taken;
   }
 
+  // Reads `count` octets and returns a reader of them, which is named `what` in error messages.
   OctetReader part(std::size_t count, const char* what) { return OctetReader(octets(count), what); }
+  // Reads all octets that are left.
   Octets rest() { return octets(left()); }
 
  private:
@@ -58,6 +68,7 @@ class OctetReader {
     return value;
   }
 
+  // Out of line, so that the check in octets() costs one comparison and a branch.
   [[noreturn, gnu::cold, gnu::noinline]] void fail(std::size_t wanted) const {
     throw Malformed(std::string(what_) + ": " + std::to_string(wanted) + " octets wanted, " +
                     std::to_string(left()) + " left");

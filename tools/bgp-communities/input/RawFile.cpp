@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/RawFile.h"
+#include "tools/bgp-communities/input/RawFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,9 +12,11 @@ namespace CommTool {
 
 namespace {
 
+// The size of a block, see RawFile.
 constexpr std::size_t readSize = std::size_t{256} * 1024;
 
-// Refuses directories here: they open, and fail only at the first read.
+// Returns the descriptor of `path`. Directories are refused here, because open() accepts them and
+// only the first read() would fail, with the file already counted as opened.
 int opened(const std::string& path) {
   const int fd = path == "-" ? ::dup(STDIN_FILENO) : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) {
@@ -30,13 +32,14 @@ int opened(const std::string& path) {
 
 }  // namespace
 
+// The memory is allocated before the file is opened, so that no exception can leak the descriptor.
 RawFile::RawFile(const std::string& path) : room_(new U8[readSize]) { fd_ = opened(path); }
 
 RawFile::~RawFile() { ::close(fd_); }
 
 Octets RawFile::peek() {
   constexpr std::size_t magicLength = 2;
-  // A pipe may deliver less at a time.
+  // A read from a pipe can return a single octet, so read until there are enough of them.
   for (std::size_t got = 1; got > 0 && peeked_.size() < magicLength;) {
     got = read(peeked_.size());
     peeked_ = Octets(room_.get(), peeked_.size() + got);
@@ -44,12 +47,14 @@ Octets RawFile::peek() {
   return peeked_;
 }
 
+// The first call returns the block that peek() has read, if any.
 Octets RawFile::next() {
   const Octets first = std::exchange(peeked_, {});
   return first.empty() ? Octets(room_.get(), read(0)) : first;
 }
 
-// Reads behind the first `at` octets of the room; returns how many.
+// Reads into the block behind its first `at` octets and returns how many octets were read. A
+// signal handler may interrupt read(); then it is repeated.
 std::size_t RawFile::read(std::size_t at) {
   ssize_t got = 0;
   do {

@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/MrtDecoder.h"
+#include "tools/bgp-communities/mrt/MrtDecoder.h"
 
 #include <algorithm>
 
@@ -6,16 +6,19 @@ namespace CommTool {
 
 namespace {
 
-// BGP4MP subtypes (RFC 6396, section 4.4; RFC 8050, section 3).
+// The format of one BGP4MP subtype (RFC 6396, section 4.4; RFC 8050, section 3).
 struct Bgp4mpRow {
+  // Obsolete subtypes have no specified format (RFC 6396, appendix B), so they are only counted.
   enum Content : U8 { stateChange, message, obsolete };
   U16 subtype;
   Content content;
-  bool longAs;
-  bool local;
-  bool addPath;
+  bool longAs;   // AS numbers of four octets and not of two
+  bool local;    // a message that the collector sent
+  bool addPath;  // a path identifier before each prefix
 };
 
+// The layouts differ in three independent properties, so a table replaces twelve cases. The numbers
+// of the subtypes follow no rule.
 constexpr Bgp4mpRow bgp4mpRows[] = {
     {0, Bgp4mpRow::stateChange, false, false, false},  // STATE_CHANGE
     {1, Bgp4mpRow::message, false, false, false},      // MESSAGE
@@ -31,6 +34,7 @@ constexpr Bgp4mpRow bgp4mpRows[] = {
     {11, Bgp4mpRow::message, true, true, true},        // MESSAGE_AS4_LOCAL_ADDPATH
 };
 
+// The row of a subtype. Throws Malformed for an unknown one.
 const Bgp4mpRow& bgp4mpRow(U16 subtype) {
   const auto* row = std::ranges::find(bgp4mpRows, subtype, &Bgp4mpRow::subtype);
   if (row == std::end(bgp4mpRows)) {
@@ -39,7 +43,7 @@ const Bgp4mpRow& bgp4mpRow(U16 subtype) {
   return *row;
 }
 
-// The head that all BGP4MP records share; leaves `reader` behind it.
+// Reads the fields that all BGP4MP records begin with, up to the message or the states.
 Peer readBgp4mpHead(OctetReader& reader, const Bgp4mpRow& row) {
   Peer peer;
   peer.local = row.local;
@@ -57,8 +61,9 @@ Peer readBgp4mpHead(OctetReader& reader, const Bgp4mpRow& row) {
 
 }  // namespace
 
+// A record without an intact content is counted as well: its header was intact.
 void MrtDecoder::decode(const MrtRecord& record, Problems& problems) {
-  ++counts_.records;
+  counts_.addRecord(record.seconds);
   try {
     dispatch(record, problems);
   } catch (const Malformed& malformed) {
@@ -67,7 +72,10 @@ void MrtDecoder::decode(const MrtRecord& record, Problems& problems) {
   counts_.damaged += problems.empty() ? 0 : 1;
 }
 
+// Known types without BGP routes are skipped. An unknown type is an error, because it more likely
+// means damage than a new type.
 void MrtDecoder::dispatch(const MrtRecord& record, Problems& problems) {
+  // Only BGP4MP records are read with it; tables have readers of their own.
   OctetReader body(record.body, "BGP4MP record");
   switch (record.type) {
     case MrtType::tableDump:
@@ -90,6 +98,7 @@ void MrtDecoder::dispatch(const MrtRecord& record, Problems& problems) {
   throw Malformed("unknown record type " + std::to_string(static_cast<U16>(record.type)));
 }
 
+// State changes have no routes, but their fields are read, so that truncated records are noticed.
 void MrtDecoder::decodeBgp4mp(const MrtRecord& record, OctetReader body, Problems& problems) {
   const Bgp4mpRow& row = bgp4mpRow(record.subtype);
   if (row.content == Bgp4mpRow::obsolete) {

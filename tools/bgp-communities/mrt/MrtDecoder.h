@@ -1,21 +1,23 @@
-// What the records of one file say, delivered as routes.
-#ifndef TOOLS_BGP_COMMUNITIES_MRT_DECODER_H
-#define TOOLS_BGP_COMMUNITIES_MRT_DECODER_H
+// Decodes the MRT records of one file and delivers their routes.
+#ifndef TOOLS_BGP_COMMUNITIES_MRT_MRT_DECODER_H
+#define TOOLS_BGP_COMMUNITIES_MRT_MRT_DECODER_H
 
-#include "tools/bgp-communities/BgpUpdate.h"
-#include "tools/bgp-communities/MrtReader.h"
-#include "tools/bgp-communities/TableDump.h"
+#include "tools/bgp-communities/bgp/BgpUpdate.h"
+#include "tools/bgp-communities/mrt/MrtReader.h"
+#include "tools/bgp-communities/mrt/TableDump.h"
 
 namespace CommTool {
 
-// One for each file: the peers of a table count for their own file only.
+// Serves a single file, because a table's peer index is valid only within its file. Owner thread
+// only.
 class MrtDecoder {
  public:
+  // Delivers routes to `sink` and counts in `counts`. Both must outlive this object.
   MrtDecoder(RouteSink& sink, InputCounts& counts)
       : counts_(counts), messages_(sink, counts), tables_(sink, counts) {}
 
-  // Decodes one record and delivers its routes; never throws Malformed, but
-  // adds to `problems`.
+  // Decodes one record and delivers its routes. Never throws Malformed: errors are added to
+  // `problems`, which must be empty before, and counted as one damaged record.
   void decode(const MrtRecord& record, Problems& problems);
 
  private:

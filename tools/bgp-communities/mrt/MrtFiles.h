@@ -1,56 +1,59 @@
-// The reading of MRT files, whoever takes their routes.
-#ifndef TOOLS_BGP_COMMUNITIES_MRT_FILES_H
-#define TOOLS_BGP_COMMUNITIES_MRT_FILES_H
+// Reads MRT files one after another and delivers their routes to a sink.
+#ifndef TOOLS_BGP_COMMUNITIES_MRT_MRT_FILES_H
+#define TOOLS_BGP_COMMUNITIES_MRT_MRT_FILES_H
 
-#include <iosfwd>
 #include <string>
+#include <vector>
 
-#include "tools/bgp-communities/Counts.h"
-#include "tools/bgp-communities/ErrorCounts.h"
-#include "tools/bgp-communities/ExitStatus.h"
-#include "tools/bgp-communities/MrtReader.h"
-#include "tools/bgp-communities/Problems.h"
-#include "tools/bgp-communities/Progress.h"
-#include "tools/bgp-communities/Route.h"
-#include "tools/bgp-communities/RouteOutput.h"
+#include "tools/bgp-communities/bgp/Counts.h"
+#include "tools/bgp-communities/bgp/Route.h"
+#include "tools/bgp-communities/input/ErrorCounts.h"
+#include "tools/bgp-communities/input/Problems.h"
+#include "tools/bgp-communities/mrt/MrtReader.h"
+#include "tools/bgp-communities/mrt/ReadObserver.h"
 
 namespace CommTool {
 
 class MrtDecoder;
 
-// A line to `errors` for each damage; what is good is delivered all the same.
+// Damaged input is counted and reported to the observers, and never ends the run: the reader
+// continues with the next record, or with the next file where the framing is lost. Owner thread
+// only.
 class MrtFiles {
  public:
-  MrtFiles(RouteSink& sink, std::ostream& errors) : sink_(sink), errors_(errors) {}
+  // `sink` receives the routes of all files. It must live as long as this object.
+  explicit MrtFiles(RouteSink& sink) : sink_(sink) {}
 
-  // Both are told of each record; null tells nobody.
-  void outputIs(RouteOutput* output) { output_ = output; }
-  void progressIs(Progress* progress) { progress_ = progress; }
+  // Adds an observer, which must live as long as this object or until observerDel(). Observers
+  // are notified in the order in which they were added.
+  void observerAdd(ReadObserver& observer) { observers_.push_back(&observer); }
+  // Removes an observer. Must not be called during read().
+  void observerDel(const ReadObserver& observer) { std::erase(observers_, &observer); }
 
-  // "-" is standard input.
+  // Reads a file, or standard input for "-", to its end. Errors of the input are reported to
+  // the observers; exceptions of the sink and of the observers pass through.
   void read(const std::string& path);
 
+  // What was read so far, over all files.
   const InputCounts& counts() const { return counts_; }
+  // How often each kind of error was found so far, over all files.
   const ErrorCounts& errorCounts() const { return errorCounts_; }
-  // Of the record that is being decoded; a sink may add to them.
+  // The problems of the record that is being decoded. The sink may add to them while it handles
+  // a route of that record.
   Problems& problems() { return problems_; }
-  // impossible: no file could be opened; damaged: some could not, or were.
-  ExitStatus status() const;
 
  private:
   void readRecords(Input& input, const std::string& name);
   void decode(const MrtRecord& record, MrtDecoder& decoder, const std::string& name);
-  void complain(const std::string& text);
+  void report(const std::string& text);
   void report(const std::string& name, const MrtRecord& record, const std::string& what);
 
   RouteSink& sink_;
-  std::ostream& errors_;
-  RouteOutput* output_ = nullptr;
-  Progress* progress_ = nullptr;
+  std::vector<ReadObserver*> observers_;
   InputCounts counts_;
   ErrorCounts errorCounts_;
   Problems problems_;
-  U64 bytesBefore_ = 0;  // read from the files before this one
+  U64 bytesBefore_ = 0;  // read from the files before the current one
 };
 
 }  // namespace CommTool

@@ -1,59 +1,76 @@
-// The frame around routing data in files: MRT records (RFC 6396, section 2).
-#ifndef TOOLS_BGP_COMMUNITIES_MRT_READER_H
-#define TOOLS_BGP_COMMUNITIES_MRT_READER_H
+// Reads the framing of MRT files (RFC 6396, section 2): a header and a body for each record.
+#ifndef TOOLS_BGP_COMMUNITIES_MRT_MRT_READER_H
+#define TOOLS_BGP_COMMUNITIES_MRT_MRT_READER_H
 
-#include "tools/bgp-communities/Input.h"
+#include "tools/bgp-communities/input/Input.h"
 
 namespace CommTool {
 
 // Record types of RFC 6396, section 4.
 enum class MrtType : U16 {
+  // OSPFv2; not decoded.
   ospf2 = 11,
+  // A table entry in the old format, with an AS number of two octets.
   tableDump = 12,
+  // A peer index, or the entries of one prefix for all peers.
   tableDumpV2 = 13,
+  // A BGP message or a change of a session's state.
   bgp4mp = 16,
+  // The same content as bgp4mp behind a time in microseconds.
   bgp4mpEt = 17,
+  // IS-IS and OSPFv3; not decoded.
   isis = 32,
   isisEt = 33,
   ospf3 = 48,
   ospf3Et = 49,
 };
 
-// One record as it stands in the stream.  `body` is borrowed from the input.
+// One record and its position. `body` is borrowed from the input.
 struct MrtRecord {
-  U64 number = 0;   // from 1, within its file
-  U64 offset = 0;   // of its first octet in the decompressed stream
-  U32 seconds = 0;  // since 1970, UTC
+  // The position within the file; the first record is number 1.
+  U64 number = 0;
+  // The offset of the header in the decompressed stream, in octets.
+  U64 offset = 0;
+  // The time of the record, in seconds since 1970 UTC.
+  U32 seconds = 0;
+  // May be a value that has no enumerator.
   MrtType type{};
+  // The meaning depends on the type.
   U16 subtype = 0;
+  // The octets behind the header.
   Octets body;
 };
 
-// Cuts a stream into records.  Throws Malformed where the frame itself is
-// broken; nothing can be read from the stream after that, and `position()`
-// still tells which record it was.
+// Splits a stream into records. A record does not end with a mark: only the length in its header
+// says where the next one starts. So after a wrong header nothing more can be read from the stream.
+// Owner thread only.
 class MrtReader {
  public:
-  // The longest record that is believed.  A BGP message has at most 65,535
-  // octets; a table's record has one entry a peer, and 65,535 peers with
-  // attributes of the usual 200 octets still fit.  Longer means lost framing.
+  // The longest body that is accepted. A larger length means that the framing is lost. The limit is
+  // generous: a BGP message has at most 65,535 octets, and a table record with entries of 65,535
+  // peers still fits if each has attributes of the usual 200 octets.
   static constexpr U32 maxLength = 16 * 1024 * 1024;
+  // The size of the header: time, type, subtype and length.
   static constexpr std::size_t headerLength = 12;
 
+  // Reads from `input`, which must outlive this object.
   explicit MrtReader(Input& input) : input_(input) {}
 
-  // The next record, valid until the next call; null at the end of the stream.
+  // Returns the next record, which is valid until the next call; null at the end of the stream.
+  // Throws Malformed if the header is wrong or the record is truncated; position() then tells which
+  // record failed, and no further call is allowed.
   const MrtRecord* next();
 
-  // The record read last, or whose reading failed.
+  // The record that was read last or failed. Only number and offset are set for a failed one.
   const MrtRecord& position() const { return record_; }
 
  private:
+  [[noreturn]] void tooLong(U32 length) const;
   [[noreturn]] void cutShort(const char* what, std::size_t wanted, std::size_t got) const;
 
   Input& input_;
   MrtRecord record_;
-  U64 nextOffset_ = 0;
+  U64 nextOffset_ = 0;  // where the next record starts
 };
 
 }  // namespace CommTool

@@ -1,14 +1,16 @@
-#include "tools/bgp-communities/TableDump.h"
+#include "tools/bgp-communities/mrt/TableDump.h"
 
-#include "tools/bgp-communities/PathAttributes.h"
+#include "tools/bgp-communities/bgp/PathAttributes.h"
 
 namespace CommTool {
 
 namespace {
 
+// Bits of the peer type in a peer index (RFC 6396, section 4.3.1).
 constexpr U8 peerIsIpv6 = 0x01;
 constexpr U8 peerHasLongAs = 0x02;
 
+// Subtypes of TABLE_DUMP_V2 (RFC 6396, section 4.3; RFC 8050, section 4).
 enum V2Subtype : U16 {
   peerIndexTable = 1,
   ribIpv4Unicast = 2,
@@ -16,13 +18,14 @@ enum V2Subtype : U16 {
   ribIpv6Unicast = 4,
   ribIpv6Multicast = 5,
   ribGeneric = 6,
-  geoPeerTable = 7,  // RFC 6397: where the peers are
+  geoPeerTable = 7,  // RFC 6397: locations of the peers
   ribIpv4UnicastAddPath = 8,
   ribIpv6MulticastAddPath = 11,
   ribGenericAddPath = 12,
 };
 
-// The four ADDPATH subtypes follow in the order of the four plain ones.
+// The encoding of a RIB record of one family; nothing for other subtypes. Subtypes 8 to 11 are the
+// ADD-PATH forms of 2 to 5, in the same order.
 std::optional<NlriKind> ribKind(U16 subtype) {
   const bool addPath = subtype >= ribIpv4UnicastAddPath && subtype <= ribIpv6MulticastAddPath;
   const U16 plain = addPath ? static_cast<U16>(subtype - 6) : subtype;
@@ -40,6 +43,7 @@ std::optional<NlriKind> ribKind(U16 subtype) {
   }
 }
 
+// Reads one entry of a peer index.
 Peer readPeer(OctetReader& reader) {
   const U8 type = reader.u8();
   reader.u32();  // BGP identifier
@@ -49,6 +53,7 @@ Peer readPeer(OctetReader& reader) {
   return peer;
 }
 
+// Octets behind the last entry do not spoil the entries, so they are only reported.
 void checkEnd(const OctetReader& reader, Problems& problems) {
   if (!reader.atEnd()) {
     problems.add(std::to_string(reader.left()) + " octets follow the last entry");
@@ -57,6 +62,7 @@ void checkEnd(const OctetReader& reader, Problems& problems) {
 
 }  // namespace
 
+// The subtype is the AFI; the SAFI is always unicast.
 void TableDumpDecoder::decodeV1(const MrtRecord& record, Problems& problems) {
   const std::optional<NlriKind> kind = nlriKind(record.subtype, 1);
   if (!kind) {
@@ -76,6 +82,7 @@ void TableDumpDecoder::decodeV1(const MrtRecord& record, Problems& problems) {
   checkEnd(reader, problems);
 }
 
+// RIB_GENERIC can hold any address family and is hardly used; it is counted, not decoded.
 void TableDumpDecoder::decodeV2(const MrtRecord& record, Problems& problems) {
   if (const std::optional<NlriKind> kind = ribKind(record.subtype)) {
     decodeRib(record, *kind, problems);
@@ -89,9 +96,11 @@ void TableDumpDecoder::decodeV2(const MrtRecord& record, Problems& problems) {
   }
 }
 
-// A broken index leaves no peers: entries would be put down to wrong ones.
+// The old index is removed first: after a damaged index there must be no peers, since entries would
+// be attributed to wrong ones.
 void TableDumpDecoder::readPeerIndex(OctetReader reader) {
   peers_.clear();
+  // Filled completely before it replaces the old index: an exception must not leave half an index.
   std::vector<Peer> peers;
   reader.u32();                 // collector's BGP identifier
   reader.octets(reader.u16());  // name of the view
@@ -101,6 +110,7 @@ void TableDumpDecoder::readPeerIndex(OctetReader reader) {
   peers_ = std::move(peers);
 }
 
+// An entry refers to its peer by index. ADD-PATH entries have a path identifier of their own.
 void TableDumpDecoder::decodeRib(const MrtRecord& record, NlriKind kind, Problems& problems) {
   OctetReader reader(record.body, "RIB record");
   reader.u32();  // sequence number
@@ -112,21 +122,23 @@ void TableDumpDecoder::decodeRib(const MrtRecord& record, NlriKind kind, Problem
       nlri.pathId = reader.u32();
     }
     const Octets attributes = reader.octets(reader.u16());
+    // An entry with an unknown peer is left out, but the entries behind it can be read.
     if (peer < peers_.size()) {
       deliver(record.seconds, peers_[peer], nlri, attributes, problems);
     } else {
-      problems.add("peer " + std::to_string(peer) + " is not in the index of " +
-                   std::to_string(peers_.size()));
+      problems.add("peer " + std::to_string(peer) + " is not in the peer index, which has " +
+                   std::to_string(peers_.size()) + " peers");
     }
   }
   checkEnd(reader, problems);
 }
 
-// MP_REACH_NLRI stands here in the short form of RFC 6396, section 4.3.4, or,
-// from some writers, in full.  Both serve: it could only repeat the prefix.
+// MP_REACH_NLRI is ignored here: the prefix is known from the record, and the attribute could only
+// repeat it. It has the short form of RFC 6396, section 4.3.4; some writers use the full form.
 void TableDumpDecoder::deliver(U32 seconds, const Peer& peer, const Nlri& nlri, Octets octets,
                                Problems& problems) {
   const PathAttributes attributes = readPathAttributes(octets, problems);
+  // Withdrawing makes no sense for a table, so a damaged entry is simply left out.
   if (!attributes.treatAsWithdraw) {
     sink_.handleRoutes(
         {seconds, RouteAction::tableEntry, peer, attributes.communities, {&nlri, 1}});

@@ -1,11 +1,11 @@
-#include "tools/bgp-communities/Figures.h"
+#include "tools/bgp-communities/output/Figures.h"
 
 #include <algorithm>
 #include <unordered_map>
 #include <vector>
 
 #include "Kiv/Type.h"
-#include "tools/bgp-communities/ListTexts.h"
+#include "tools/bgp-communities/output/ListTexts.h"
 
 namespace CommTool {
 
@@ -13,17 +13,21 @@ namespace {
 
 using namespace Routing::Bgp;
 
+// Lists of standard and large communities contain their values; lists of extended ones reference
+// objects.
 template <class List>
 concept Flat = requires(const List& list) {
   list.commVectorRawPtr();
 };
 
-// Objects of a class are of one size, which its type record tells.
+// The size of an object. All objects of a class have the same size, which the allocator's record of
+// the type tells.
 U64 objectBytes(const Kiv::PtrInterface& object) {
   const Kiv::Type& type = object.fwkType();
   return type.bytes() / type.objects();
 }
 
+// The members of a list of any kind.
 const auto& commsOf(const auto& list) {
   if constexpr (Flat<std::decay_t<decltype(list)>>) {
     return *list.commVectorRawPtr();
@@ -32,8 +36,8 @@ const auto& commsOf(const auto& list) {
   }
 }
 
-// Counts one more object, found `references` times in what is interned and
-// `occurrences` times in routes.
+// Adds one object to the statistics. `references` are those from interned objects, `occurrences`
+// those in routes.
 void add(ObjectFigures& figures, U64 references, U64 occurrences, U64 bytes) {
   ++figures.unique;
   figures.references += references;
@@ -42,7 +46,7 @@ void add(ObjectFigures& figures, U64 references, U64 occurrences, U64 bytes) {
   figures.bytesUnshared += occurrences * bytes;
 }
 
-// How often something was found: in distinct lists, and in routes.
+// How often a value or sub-list is used: by how many different lists, and by how many routes.
 struct Uses {
   U64 references = 0;
   U64 occurrences = 0;
@@ -51,6 +55,7 @@ struct Uses {
 template <class Object>
 using UsesOf = std::unordered_map<const Object*, Uses>;
 
+// Adds all interned objects of a class.
 template <class Object>
 void addShared(ObjectFigures& figures, const UsesOf<Object>& uses, const auto& bytesOf) {
   for (const auto& [object, use] : uses) {
@@ -58,14 +63,15 @@ void addShared(ObjectFigures& figures, const UsesOf<Object>& uses, const auto& b
   }
 }
 
-// Values that have no object: sorted, the equal ones stand together.
+// The number of different values. For values without an identity, which can only be compared.
 template <class Value>
 U64 distinct(std::vector<Value>& values) {
   std::sort(values.begin(), values.end());
   return static_cast<U64>(std::unique(values.begin(), values.end()) - values.begin());
 }
 
-// The order among lists that equally many routes hold: that of their members.
+// The order of lists that the same number of routes have, so that the output is the same in each
+// run. Extended communities are compared by content, as their addresses differ in each run.
 bool comesFirst(const auto& list, const auto& other) {
   const auto& one = commsOf(list);
   const auto& two = commsOf(other);
@@ -79,12 +85,14 @@ bool comesFirst(const auto& list, const auto& other) {
                                       });
 }
 
-// The figures of one kind of list, from how many routes hold each.
+// Collects how many routes have each list of a kind, and computes the statistics of the kind.
 template <class List>
 class KindCount {
  public:
+  // Counts one route that has `list`, which must stay alive.
   void addRoute(const List& list) { ++holders_[&list]; }
 
+  // Computes the statistics of all lists counted so far.
   KindFigures figures() const {
     KindFigures figures;
     for (const auto& [list, routes] : holders_) {
@@ -99,6 +107,7 @@ class KindCount {
     return figures;
   }
 
+  // Appends the `count` most used lists of this kind. Only these are formatted and sorted.
   void addTop(std::size_t count, CommunityKind kind, std::vector<ListUse>& to) const {
     using Use = std::pair<const List*, U64>;
     std::vector<Use> uses(std::min(count, holders_.size()));
@@ -111,12 +120,14 @@ class KindCount {
   }
 
  private:
+  // The list with its arrays of members and of sub-lists.
   static U64 listBytes(const List& list) {
     U64 bytes = objectBytes(list) + commsOf(list).storageBytes();
     if constexpr (!Flat<List>) bytes += list.classificationListVector().storageBytes();
     return bytes;
   }
 
+  // A value within its list has no identity, so all values are collected and sorted.
   void addFlatValues(ObjectFigures& figures) const requires Flat<List> {
     std::vector<std::decay_t<decltype(*commsOf(std::declval<const List&>()).data())>> values;
     for (const auto& [list, routes] : holders_) {
@@ -127,6 +138,7 @@ class KindCount {
     figures.unique = distinct(values);
   }
 
+  // Values and sub-lists are interned objects, so each is counted by its address.
   void addExtended(KindFigures& figures) const requires(!Flat<List>) {
     using Value = std::decay_t<decltype(*commsOf(std::declval<const List&>())[0])>;
     using SubList =
@@ -145,6 +157,7 @@ class KindCount {
     });
   }
 
+  // Counts one list that has the object, and the routes of that list.
   static void use(Uses& uses, U64 routes) {
     ++uses.references;
     uses.occurrences += routes;
@@ -156,7 +169,8 @@ class KindCount {
 using KindCounts = std::tuple<KindCount<CommList>, KindCount<LargeCommList>, KindCount<ExtCommList>,
                               KindCount<ExtCommIp6List>>;
 
-// In the order of the kinds where equally many routes hold lists of several.
+// Merges the most used lists of all kinds. The sort is stable, so lists with the same number of
+// routes stay in the order of the kinds.
 std::vector<ListUse> topOf(const KindCounts& counts, std::size_t count) {
   std::vector<ListUse> top;
   std::apply(
@@ -178,6 +192,8 @@ U64 HeldFigures::bytesUnshared() const {
   return unshared;
 }
 
+// One pass over the routes counts the users of each list. All other statistics are derived from the
+// lists, which are far fewer than the routes.
 HeldFigures figuresOf(const HeldRoutes& routes, std::size_t top) {
   KindCounts counts;
   for (const auto& [key, communities] : routes.routes()) {

@@ -1,66 +1,88 @@
-// What the communities of all routes held amount to.
-#ifndef TOOLS_BGP_COMMUNITIES_FIGURES_H
-#define TOOLS_BGP_COMMUNITIES_FIGURES_H
+// Statistics of the communities and lists of all routes that are present, and their memory.
+#ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_FIGURES_H
+#define TOOLS_BGP_COMMUNITIES_OUTPUT_FIGURES_H
 
 #include <array>
 #include <string>
 #include <vector>
 
-#include "tools/bgp-communities/HeldRoutes.h"
+#include "tools/bgp-communities/rib/HeldRoutes.h"
 
 namespace CommTool {
 
-// Of one class of object: values, lists or sub-lists of a kind.
+// The statistics of one class of objects: the values, lists or sub-lists of one kind.
 struct ObjectFigures {
-  U64 occurrences = 0;    // in routes, each counted with every route
-  U64 unique = 0;         // distinct ones: how many are interned
-  U64 references = 0;     // to these, from what holds them: routes or lists
-  U64 bytes = 0;          // of these, with what only they hold; tables apart
-  U64 bytesUnshared = 0;  // had each occurrence its own
+  // How often an object occurs in routes: a list that 10 routes have counts 10 times.
+  U64 occurrences = 0;
+  // How many different objects there are, which is how many are interned.
+  U64 unique = 0;
+  // How many references to these objects exist: from routes to lists, from lists to values.
+  U64 references = 0;
+  // The memory of the different objects, with the arrays that they own, without the tables.
+  U64 bytes = 0;
+  // The memory that would be needed if each occurrence had a copy of its own.
+  U64 bytesUnshared = 0;
 };
 
-// Lists by how many members they have: 1, 2, up to 4, up to 8 and so on; the last
-// class has no bound.
+// The number of classes of list lengths: 1, 2, 3 to 4, 5 to 8 and so on. The last class is
+// unbounded.
 inline constexpr std::size_t lengthClasses = 8;
+// The class of a list with this number of members: class n ends at 2^n.
 constexpr std::size_t lengthClassOf(U64 members) {
   std::size_t found = 0;
   while (found + 1 < lengthClasses && members > U64{1} << found) ++found;
   return found;
 }
 
-// A list that many routes hold.
+// One of the most used lists.
 struct ListUse {
+  // The kind of its communities.
   CommunityKind kind{};
+  // In the form of ListTexts.h.
   std::string text;
-  U64 references = 0;  // routes that hold it
+  // How many routes have the list.
+  U64 references = 0;
 };
 
-// Standard and large values are part of their lists' storage and take no bytes of
-// their own; the kinds without classifications have no sub-lists.
+// The statistics of one kind. Standard and large values are not objects: they are part of their
+// lists, so their memory is counted there. These two kinds also have no sub-lists.
 struct KindFigures {
+  // The communities.
   ObjectFigures values;
+  // The lists.
   ObjectFigures lists;
+  // The sub-lists of one classification.
   ObjectFigures subLists;
-  std::array<U64, lengthClasses> lengths{};  // of distinct lists, by lengthClassOf()
+  // How many different lists have a length of each class, see lengthClassOf().
+  std::array<U64, lengthClasses> lengths{};
 
+  // The memory of values, lists and sub-lists together.
   U64 bytes() const { return values.bytes + lists.bytes + subLists.bytes; }
+  // The memory that they would need without sharing.
   U64 bytesUnshared() const {
     return values.bytesUnshared + lists.bytesUnshared + subLists.bytesUnshared;
   }
 };
 
+// The statistics of all routes that are present.
 struct HeldFigures {
+  // The number of routes, also of those without communities.
   U64 routes = 0;
+  // Indexed by kind.
   std::array<KindFigures, communityKinds> kinds;
-  U64 bytes = 0;             // of all, tables included
-  std::vector<ListUse> top;  // the lists that most routes hold, these first
+  // The memory of all values, lists and tables together.
+  U64 bytes = 0;
+  // The most used lists, those of the most routes first.
+  std::vector<ListUse> top;
 
+  // The statistics of one kind.
   const KindFigures& of(CommunityKind kind) const { return kinds[indexOf(kind)]; }
+  // The memory that the objects of all kinds would need without sharing.
   U64 bytesUnshared() const;
 };
 
-// Walks all routes: for the end of a run.  `top`: how many of the lists in most use
-// are named.
+// Computes the statistics and names the `top` most used lists. Visits every route and every
+// community, so call it once, at the end of a run.
 HeldFigures figuresOf(const HeldRoutes& routes, std::size_t top = 0);
 
 }  // namespace CommTool

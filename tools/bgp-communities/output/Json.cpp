@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/Json.h"
+#include "tools/bgp-communities/output/Json.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,13 +7,16 @@ namespace CommTool {
 
 namespace {
 
+// From here on a double, which many readers use, cannot represent every integer.
 constexpr U64 firstUnsafe = U64{1} << 53;
 
+// ASCII is the usual case and needs no decoding.
 bool isAscii(std::string_view octets) {
   return std::ranges::all_of(octets, [](char c) { return static_cast<U8>(c) < 0x80; });
 }
 
-// Octets as the first 256 characters of Unicode.
+// Each octet as the Unicode character of that number, in UTF-8. Characters from 0x80 on take two
+// octets.
 std::string charactersOf(std::string_view octets) {
   std::string text;
   for (const char c : octets) {
@@ -28,18 +31,19 @@ std::string charactersOf(std::string_view octets) {
   return text;
 }
 
-// How the first octet of a character says what follows it.
+// One form of the first octet of a UTF-8 sequence (RFC 3629, section 3).
 struct Utf8Form {
-  U8 mask;
-  U8 lead;
-  U8 followers;
-  U32 least;  // that needs so many octets
+  U8 mask;       // the bits that identify the form
+  U8 lead;       // their value
+  U8 followers;  // how many octets follow
+  U32 least;     // the smallest character that needs this form; smaller ones are overlong
 };
 
 constexpr Utf8Form utf8Forms[] = {
     {0x80, 0x00, 0, 0}, {0xE0, 0xC0, 1, 0x80}, {0xF0, 0xE0, 2, 0x800}, {0xF8, 0xF0, 3, 0x10000}};
 
-// Octets of the character that `octets` start with; 0 if there is none.
+// The length of the UTF-8 sequence at the beginning of `octets`, or 0 if it is invalid. Surrogates
+// are invalid, since UTF-8 encodes characters and not UTF-16 units.
 std::size_t utf8Length(std::string_view octets) {
   const U8 first = static_cast<U8>(octets[0]);
   const auto* form = std::ranges::find_if(
@@ -58,6 +62,7 @@ std::size_t utf8Length(std::string_view octets) {
 
 }  // namespace
 
+// Decodes character by character, since validity depends on whole sequences.
 bool isUtf8(std::string_view octets) {
   while (!octets.empty()) {
     const std::size_t length = utf8Length(octets);
@@ -67,6 +72,7 @@ bool isUtf8(std::string_view octets) {
   return true;
 }
 
+// Resized once and written in place: raw attribute values are long.
 void appendHex(std::string& to, Octets octets) {
   constexpr const char* digits = "0123456789abcdef";
   const std::size_t before = to.size();
@@ -78,6 +84,7 @@ void appendHex(std::string& to, Octets octets) {
   }
 }
 
+// RapidJSON would copy invalid UTF-8 as it is, so the text is checked first.
 void Json::text(std::string_view octets) {
   const auto put = [this](std::string_view text) {
     writer_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
@@ -89,7 +96,7 @@ void Json::text(std::string_view octets) {
   }
 }
 
-// Digits need no escapes, so they go past the writer's search for such.
+// Hexadecimal digits need no escapes, so they bypass the writer's search for characters to escape.
 void Json::hex(Octets octets) {
   room_.assign(1, '"');
   appendHex(room_, octets);
@@ -105,6 +112,7 @@ void Json::number(U64 value) {
   }
 }
 
+// JSON has no infinity and no NaN.
 void Json::number(double value) {
   if (std::isfinite(value)) {
     writer_.Double(value);

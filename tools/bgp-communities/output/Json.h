@@ -1,6 +1,6 @@
-// JSON that is valid whatever is put into it.
-#ifndef TOOLS_BGP_COMMUNITIES_JSON_H
-#define TOOLS_BGP_COMMUNITIES_JSON_H
+// Writing of JSON (RFC 8259) that is valid whatever values are written.
+#ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_JSON_H
+#define TOOLS_BGP_COMMUNITIES_OUTPUT_JSON_H
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -8,50 +8,65 @@
 #include <string>
 #include <string_view>
 
-#include "tools/bgp-communities/Octets.h"
+#include "tools/bgp-communities/input/Octets.h"
 
 namespace CommTool {
 
-// Text of JSON, written front to back; no document is ever held. What comes out is
-// to be passed on with view() and forgotten with clear(), which keeps the memory.
+// Writes one JSON text from front to back into a buffer. The caller is responsible for the
+// structure: begins and ends must match, and each member needs a key before its value. Take the
+// text with view() and reuse the object after clear(), which keeps the memory.
 //
-// Any octets may be given as text: UTF-8 stays as it is, and in any other text each
-// octet becomes the character of its number. Numbers that readers may not be able
-// to tell from their neighbours (2^53 and above) and those that are not finite
-// become null.
+// Text may be any octets. Valid UTF-8 is kept; in other text each octet becomes the Unicode
+// character of that number (Latin-1). Numbers from 2^53 on cannot be represented exactly by many
+// readers, so they become null, as do numbers that are not finite. Owner thread only.
 class Json {
  public:
+  // Begins an object.
   void objectBegin() { writer_.StartObject(); }
+  // Ends the innermost object.
   void objectEnd() { writer_.EndObject(); }
+  // Begins an array.
   void arrayBegin() { writer_.StartArray(); }
+  // Ends the innermost array.
   void arrayEnd() { writer_.EndArray(); }
-  // Names are ours, and plain ASCII.
+  // Writes the name of the next member. `name` must be ASCII; it is not checked.
   void key(std::string_view name) {
     writer_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
   }
 
+  // Writes a string, see above for octets that are not UTF-8.
   void text(std::string_view octets);
+  // Writes a string of two lower-case hexadecimal digits for each octet.
   void hex(Octets octets);
+  // Writes an integer, or null from 2^53 on.
   void number(U64 value);
+  // Writes a number, or null if it is not finite.
   void number(double value);
+  // Writes true or false.
   void boolean(bool value) { writer_.Bool(value); }
+  // Writes null.
   void null() { writer_.Null(); }
-  // Text of JSON that was written before.
+  // Writes a value that is JSON text already. It is not checked.
   void written(std::string_view value, rapidjson::Type type) {
     writer_.RawValue(value.data(), value.size(), type);
   }
 
+  // Writes a member that is a string.
   void add(std::string_view name, std::string_view octets) {
     key(name);
     text(octets);
   }
+  // Writes a member that is an integer.
   void add(std::string_view name, U64 value) {
     key(name);
     number(value);
   }
 
+  // The text so far, which is valid until the next change.
   std::string_view view() const { return {buffer_.GetString(), buffer_.GetSize()}; }
+  // The length of the text so far, in octets.
   std::size_t size() const { return buffer_.GetSize(); }
+  // Removes the text and keeps its memory.
   void clear() {
     buffer_.Clear();
     writer_.Reset(buffer_);
@@ -60,14 +75,13 @@ class Json {
  private:
   rapidjson::StringBuffer buffer_;
   rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
-  std::string room_;  // of hex(), to reuse the memory
+  std::string room_;  // for hex(), so that its memory is reused
 };
 
-// Two lower-case digits an octet, appended.
+// Appends two lower-case hexadecimal digits for each octet.
 void appendHex(std::string& to, Octets octets);
 
-// Whether the octets are UTF-8 (RFC 3629: neither surrogates nor longer forms than
-// need be).
+// Whether the octets are valid UTF-8 (RFC 3629), so without surrogates and without overlong forms.
 bool isUtf8(std::string_view octets);
 
 }  // namespace CommTool

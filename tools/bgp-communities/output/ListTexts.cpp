@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/ListTexts.h"
+#include "tools/bgp-communities/output/ListTexts.h"
 
 namespace CommTool {
 
@@ -6,6 +6,7 @@ using namespace Routing::Bgp;
 
 namespace {
 
+// The text form of policies, with the classification before each value.
 template <class Value>
 typename Value::StrepFormat withClassification() {
   typename Value::StrepFormat format;
@@ -15,6 +16,7 @@ typename Value::StrepFormat withClassification() {
 
 }  // namespace
 
+// Policies have no text for some types. An empty text would make such a community invisible.
 void appendMemberText(OvFmt::DynamicBufferInterface& to, const ExtComm& member) {
   const std::size_t before = to.size();
   member.appendForPolicy(to, withClassification<ExtComm>());
@@ -27,6 +29,7 @@ void appendMemberText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6& membe
   member.appendForPolicy(to, withClassification<ExtCommIp6>());
 }
 
+// The list writes names of well-known communities by itself.
 void appendListText(OvFmt::DynamicBufferInterface& to, const CommList& list) {
   list.appendText(to);
 }
@@ -35,10 +38,12 @@ void appendListText(OvFmt::DynamicBufferInterface& to, const LargeCommList& list
   list.appendText(to);
 }
 
+// Every IPv6 extended community has a text for policies, so the list's own function suffices.
 void appendListText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6List& list) {
   list.appendPolicyText(to, withClassification<ExtCommIp6>());
 }
 
+// Not list.appendPolicyText(), which writes only a blank for a member without a text.
 void appendListText(OvFmt::DynamicBufferInterface& to, const ExtCommList& list) {
   const char* separator = "";
   for (const ExtComm::PtrConst& member : list.commVector()) {

@@ -1,6 +1,6 @@
-// A list's text, as a route map sees it.
-#ifndef TOOLS_BGP_COMMUNITIES_LIST_TEXTS_H
-#define TOOLS_BGP_COMMUNITIES_LIST_TEXTS_H
+// The text of a list as route maps match it.
+#ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_LIST_TEXTS_H
+#define TOOLS_BGP_COMMUNITIES_OUTPUT_LIST_TEXTS_H
 
 #include <string>
 
@@ -9,19 +9,23 @@
 
 namespace CommTool {
 
-// Append the members with a blank between: names of well-known communities,
-// classifications of extended ones. An extended community that policies have no text
-// for is its 16 hexadecimal digits.
+// Appends the communities of a list with a blank between. Well-known communities are written by
+// name. This one is for standard communities.
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::CommList& list);
+// The same for large communities: a:b:c.
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::LargeCommList& list);
+// Appends the extended communities of a list with their classifications ("RT:65000:100"). A
+// community for which policies have no text is written as 0x and 16 hexadecimal digits.
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtCommList& list);
+// Appends the IPv6 extended communities of a list with their classifications.
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtCommIp6List& list);
 
-// What one member adds to that text.
+// Appends one extended community in that form.
 void appendMemberText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtComm& member);
+// Appends one IPv6 extended community in that form.
 void appendMemberText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::ExtCommIp6& member);
 
-// The text of any of the lists.
+// Returns the text of a list of any kind.
 std::string listText(const auto& list) {
   OvFmt::StackBackedBuffer<1024> text;
   appendListText(text, list);

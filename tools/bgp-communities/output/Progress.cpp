@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/Progress.h"
+#include "tools/bgp-communities/output/Progress.h"
 
 #include <sys/stat.h>
 
@@ -11,8 +11,10 @@ namespace CommTool {
 
 namespace {
 
+// Between updates: often enough to look alive, and too seldom to cost anything.
 constexpr auto interval = std::chrono::milliseconds(200);
 
+// Bytes in units of 10^6, with one decimal place.
 std::string megabytes(U64 bytes) {
   char text[32];
   std::snprintf(text, sizeof text, "%.1f", static_cast<double>(bytes) / 1e6);
@@ -21,9 +23,10 @@ std::string megabytes(U64 bytes) {
 
 }  // namespace
 
+// The estimate needs a known total and at least one byte.
 std::string progressText(U64 bytes, U64 total, U64 records, std::chrono::duration<double> elapsed) {
   const bool known = total > 0;
-  // A file may grow while it is read.
+  // A file may grow while it is read, so limit the result to 100 %.
   const double done =
       known ? std::min(1.0, static_cast<double>(bytes) / static_cast<double>(total)) : 0;
   std::string text = megabytes(bytes);
@@ -38,6 +41,8 @@ std::string progressText(U64 bytes, U64 total, U64 records, std::chrono::duratio
   return text;
 }
 
+// The sizes of pipes, terminals and devices are unknown or meaningless, so one of them makes the
+// whole total unknown.
 U64 bytesOfFiles(const std::vector<std::string>& paths) {
   U64 bytes = 0;
   for (const std::string& path : paths) {
@@ -48,19 +53,21 @@ U64 bytesOfFiles(const std::vector<std::string>& paths) {
   return bytes;
 }
 
+// A shorter text is padded with blanks to overwrite the old one.
 void Progress::show(U64 records) {
   const Clock::time_point now = Clock::now();
   if (now < next_) return;
   next_ = now + interval;
   const std::string text = progressText(bytes_, total_, records, now - start_);
   const std::size_t blanks = width_ > text.size() ? width_ - text.size() : 0;
-  *to_ << '\r' << text << std::string(blanks, ' ') << std::flush;
+  to_ << '\r' << text << std::string(blanks, ' ') << std::flush;
   width_ = text.size();
 }
 
+// Overwrites the line with blanks and returns to its beginning.
 void Progress::erase() {
   if (width_ == 0) return;
-  *to_ << '\r' << std::string(width_, ' ') << '\r' << std::flush;
+  to_ << '\r' << std::string(width_, ' ') << '\r' << std::flush;
   width_ = 0;
 }
 

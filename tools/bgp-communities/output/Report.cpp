@@ -1,21 +1,26 @@
-#include "tools/bgp-communities/Report.h"
+#include "tools/bgp-communities/output/Report.h"
 
 #include <cstdio>
 
-#include "tools/bgp-communities/Json.h"
+#include "tools/bgp-communities/output/Json.h"
 
 namespace CommTool {
 namespace {
 
+// The column of the values. Longer names are followed by a single blank.
 constexpr std::size_t nameWidth = 22;
 
+// The value as text for people. Lists are separated by blanks, and an absent value is a dash.
 std::string plainText(const Report::Value& value) {
+  // One overload for each alternative of Report::Value.
   struct ToText {
     std::string operator()(std::nullptr_t) const { return "-"; }
     std::string operator()(bool is) const { return is ? "yes" : "no"; }
     std::string operator()(U32 number) const { return std::to_string(number); }
     std::string operator()(double number) const {
       char text[32];
+      // Nine digits identify every value of the single precision that link bandwidth has on the
+      // wire.
       std::snprintf(text, sizeof text, "%.9g", number);
       return text;
     }
@@ -29,7 +34,9 @@ std::string plainText(const Report::Value& value) {
   return std::visit(ToText{}, value);
 }
 
+// The value as JSON, with the type that it has.
 void write(Json& json, const Report::Value& value) {
+  // The same alternatives. Numbers and booleans keep their JSON types.
   struct ToJson {
     Json& json;
     void operator()(std::nullptr_t) const { json.null(); }
@@ -46,7 +53,7 @@ void write(Json& json, const Report::Value& value) {
   std::visit(ToJson{json}, value);
 }
 
-// Octets that a terminal would not print as they are become \xNN.
+// Escapes every octet that is not printable ASCII.
 std::string printable(const std::string& octets) {
   std::string text;
   for (const char c : octets) {
@@ -61,6 +68,7 @@ std::string printable(const std::string& octets) {
   return text;
 }
 
+// One line: the name, blanks up to the column of the values, and the value.
 void printField(TextOutput& out, std::string_view name, const std::string& text) {
   out.append("  ");
   out.append(name);
@@ -75,11 +83,12 @@ void Report::add(std::string_view name, Value value) {
   fields_.emplace_back(name, std::move(value));
 }
 
+// An empty text is kept: JSON shows it, the text form leaves it out.
 void Report::addText(std::string_view form, std::string text) {
   texts_.emplace_back(form, std::move(text));
 }
 
-void Report::print(TextOutput& out) const {
+void Report::printText(TextOutput& out) const {
   out.append(title_);
   out.append('\n');
   for (const auto& [name, value] : fields_) printField(out, name, plainText(value));
@@ -88,6 +97,7 @@ void Report::print(TextOutput& out) const {
   }
 }
 
+// "text" is always present, even if it is empty.
 void Report::printJson(TextOutput& out) const {
   Json json;
   json.objectBegin();

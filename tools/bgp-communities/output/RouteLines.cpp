@@ -1,16 +1,17 @@
-#include "tools/bgp-communities/RouteLines.h"
+#include "tools/bgp-communities/output/RouteLines.h"
 
 #include "OvFmt/DynamicBuffer.h"
-#include "tools/bgp-communities/AddressText.h"
-#include "tools/bgp-communities/ListTexts.h"
+#include "tools/bgp-communities/bgp/AddressText.h"
+#include "tools/bgp-communities/output/ListTexts.h"
 
 namespace CommTool {
 
 namespace {
 
-// Room for the lists of nearly all routes; longer ones make the buffer grow.
+// Enough for the lists of nearly all routes. Longer texts are moved to the heap.
 constexpr std::size_t usualTextSize = 1024;
 
+// The fields before the prefix, with the separator behind them.
 std::string headOf(const RouteBatch& batch) {
   const AddressText peer(batch.peer.address);
   std::string head = std::to_string(batch.seconds);
@@ -20,6 +21,8 @@ std::string headOf(const RouteBatch& batch) {
 
 }  // namespace
 
+// Absent lists are not visited, so before each list, and at the end, the missing separators are
+// added.
 void RouteLines::print(const RouteBatch& batch, const RouteCommunities& communities) {
   OvFmt::StackBackedBuffer<usualTextSize> text;
   std::size_t separators = 0;

@@ -1,29 +1,31 @@
-// One line of text for each route.
-#ifndef TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
-#define TOOLS_BGP_COMMUNITIES_ROUTE_LINES_H
+// Prints routes as lines of text.
+#ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_LINES_H
+#define TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_LINES_H
 
 #include "OvBgp/List/PerList.h"
-#include "tools/bgp-communities/RouteOutput.h"
-#include "tools/bgp-communities/TextOutput.h"
+#include "tools/bgp-communities/output/RouteOutput.h"
+#include "tools/bgp-communities/output/TextOutput.h"
 
 namespace CommTool {
 
-// Prints fields with | between them: seconds of the record; A (announced), W
-// (withdrawn) or B (in a table); the peer's address and AS; the prefix; and the
-// route's lists: standard, large, extended, IPv6 extended, each empty where there
-// is none, and as ListTexts.h has them.
+// Prints one line for each route, with | between the fields: the time of the record in seconds
+// since 1970 UTC; A (announced), W (withdrawn) or B (table entry); the peer's address and AS
+// number; the prefix; and the lists: standard, large, extended and IPv6 extended, in the form of
+// ListTexts.h. A list that the route does not have is an empty field.
 //
-// What the routes of a batch share is put together once, and the text of a list is
-// written once for all the routes that have it.
+// The fields that the routes of a batch share are formatted once for the batch. The text of a list
+// is formatted once and cached, since most lists belong to many routes.
 class RouteLines : public RouteOutput {
  public:
+  // Prints to `out`, which must outlive this object.
   explicit RouteLines(TextOutput& out) : out_(out) {}
 
+  // See RouteOutput.
   void print(const RouteBatch& batch, const RouteCommunities& communities) override;
 
  private:
   TextOutput& out_;
-  Routing::Bgp::PerList<std::string> texts_;
+  Routing::Bgp::PerList<std::string> texts_;  // by list
 };
 
 }  // namespace CommTool

@@ -1,11 +1,11 @@
-#include "tools/bgp-communities/RouteObjects.h"
+#include "tools/bgp-communities/output/RouteObjects.h"
 
 #include <algorithm>
 #include <array>
-#include <ctime>
 
-#include "tools/bgp-communities/AddressText.h"
-#include "tools/bgp-communities/ListTexts.h"
+#include "tools/bgp-communities/bgp/AddressText.h"
+#include "tools/bgp-communities/output/ListTexts.h"
+#include "tools/bgp-communities/output/TimeText.h"
 
 namespace CommTool {
 
@@ -13,9 +13,10 @@ using namespace Routing::Bgp;  // NOLINT(google-build-using-namespace): all of i
 
 namespace {
 
-// Larger texts are not worth the memory until the next record.
+// Texts up to this size keep their memory for the next record.
 constexpr std::size_t keptText = std::size_t{64} * 1024;
 
+// The value of "action".
 std::string_view actionText(RouteAction action) {
   switch (action) {
     case RouteAction::announce:
@@ -28,6 +29,7 @@ std::string_view actionText(RouteAction action) {
   return {};
 }
 
+// The next functions write one community as an element of its array.
 void writeMember(Json& json, U32 community) {
   const std::string name = CommList::wellKnownName(community);
   json.text(name.empty() ? CommList::getStringValue(community) : name);
@@ -36,6 +38,7 @@ void writeMember(Json& json, const Acl::CommunityValue& community) {
   json.text(LargeCommList::getStringValue(community));
 }
 
+// An extended community is an object with its text and its octets, since not every one has a text.
 void writeExtended(Json& json, const auto& community, Octets octets) {
   OvFmt::StackBackedBuffer<128> text;
   appendMemberText(text, community);
@@ -61,32 +64,28 @@ void writeMember(Json& json, const ExtCommIp6::PtrConst& community) {
   writeExtended(json, *community, octets);
 }
 
+// The members of a list of any kind, in order.
 const auto& membersOf(const CommList& list) { return *list.commVectorRawPtr(); }
 const auto& membersOf(const LargeCommList& list) { return *list.commVectorRawPtr(); }
 const auto& membersOf(const ExtCommList& list) { return list.commVector(); }
 const auto& membersOf(const ExtCommIp6List& list) { return list.commVector(); }
 
-// Gives back what an unusual record made large.
+// Releases the memory that an unusually large batch has taken.
 void reduce(std::string& text) {
   if (text.capacity() > keptText) text = std::string();
 }
 
 }  // namespace
 
-std::string timeText(U32 seconds) {
-  const auto time = static_cast<std::time_t>(seconds);
-  std::tm parts{};
-  ::gmtime_r(&time, &parts);
-  std::array<char, sizeof "0000-00-00T00:00:00Z"> text{};
-  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
-}
-
+// Routes of a record whose decoding threw an exception are discarded.
 void RouteObjects::recordBegins(const std::string& file, const MrtRecord& record) {
   file_ = &file;
   record_ = &record;
   used_ = 0;
 }
 
+// Head and tail are written into one buffer, as the JSON writer keeps track of the commas. The text
+// is then split where the destination belongs.
 void RouteObjects::print(const RouteBatch& batch, const RouteCommunities& communities) {
   json_.clear();
   json_.objectBegin();
@@ -96,14 +95,17 @@ void RouteObjects::print(const RouteBatch& batch, const RouteCommunities& commun
   Waiting& waiting = nextWaiting();
   waiting.head.assign(json_.view().substr(0, headSize));
   waiting.tail.assign(json_.view().substr(headSize));
+  // `batch` is only borrowed, so its destinations are copied.
   waiting.routes.assign(batch.routes.begin(), batch.routes.end());
 }
 
+// Reuses an element of an earlier record, with the memory of its strings.
 RouteObjects::Waiting& RouteObjects::nextWaiting() {
   if (used_ == waiting_.size()) waiting_.emplace_back();
   return waiting_[used_++];
 }
 
+// The members before the destination.
 void RouteObjects::writeHead(const RouteBatch& batch) {
   json_.add("v", U64{1});
   json_.add("file", *file_);
@@ -118,6 +120,7 @@ void RouteObjects::writeHead(const RouteBatch& batch) {
   json_.objectEnd();
 }
 
+// The members behind the destination, up to "errors".
 void RouteObjects::writeTail(const RouteBatch& batch, const RouteCommunities& communities) {
   writeMembers("communities", communities.standard.ptr());
   writeMembers("large_communities", communities.large.ptr());
@@ -134,9 +137,11 @@ void RouteObjects::writeTail(const RouteBatch& batch, const RouteCommunities& co
   json_.objectEnd();
 }
 
+// The array of a list is written once and cached as text for all routes that have the list.
 template <class List>
 void RouteObjects::writeMembers(std::string_view name, const List* list) {
   json_.key(name);
+  // A route without the attribute has an empty array and not null, so readers can always iterate.
   if (list == nullptr) return json_.written("[]", rapidjson::kArrayType);
   json_.written(members_.of(*list,
                             [this](const List& made) {
@@ -151,6 +156,7 @@ void RouteObjects::writeMembers(std::string_view name, const List* list) {
                 rapidjson::kArrayType);
 }
 
+// The object of a batch is still open: "errors" and the closing brace complete each line.
 void RouteObjects::recordEnds(const Problems& problems) {
   json_.clear();
   json_.arrayBegin();
@@ -168,7 +174,8 @@ void RouteObjects::recordEnds(const Problems& problems) {
   used_ = 0;
 }
 
-// Puts the destination, whose text needs no escapes, into what its batch shares.
+// Inserts the destination between head and tail. Its text needs no escapes, so it is written
+// without the JSON writer.
 void RouteObjects::printRoute(const Waiting& batch, const Nlri& nlri, std::string_view end) {
   out_.append(batch.head);
   out_.append(R"(,"prefix":")");

@@ -1,26 +1,21 @@
-// Where routes are printed.
-#ifndef TOOLS_BGP_COMMUNITIES_ROUTE_OUTPUT_H
-#define TOOLS_BGP_COMMUNITIES_ROUTE_OUTPUT_H
+// The interface of everything that prints routes.
+#ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_OUTPUT_H
+#define TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_OUTPUT_H
 
-#include <string>
-
-#include "tools/bgp-communities/MrtReader.h"
-#include "tools/bgp-communities/Problems.h"
-#include "tools/bgp-communities/Route.h"
-#include "tools/bgp-communities/RouteCommunities.h"
+#include "tools/bgp-communities/bgp/Route.h"
+#include "tools/bgp-communities/mrt/ReadObserver.h"
+#include "tools/bgp-communities/rib/RouteCommunities.h"
 
 namespace CommTool {
 
-// Batches come between the begin and the end of the record that they are from.
-class RouteOutput {
+// Prints routes in one form. As an observer of the reading, an output knows the record that the
+// routes belong to, and the errors of that record.
+class RouteOutput : public ReadObserver {
  public:
-  virtual ~RouteOutput() = default;
-
-  // `file` and `record` live until recordEnds().
-  virtual void recordBegins(const std::string& /*file*/, const MrtRecord& /*record*/) {}
+  // Prints the routes of a batch with their interned lists. Called between recordBegins() and
+  // recordEnds() of the batch's record. Everything in `batch` is borrowed for the call. Throws
+  // as TextOutput does.
   virtual void print(const RouteBatch& batch, const RouteCommunities& communities) = 0;
-  // With all that was wrong with the record.
-  virtual void recordEnds(const Problems& /*problems*/) {}
 };
 
 }  // namespace CommTool

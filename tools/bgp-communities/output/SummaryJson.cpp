@@ -1,12 +1,14 @@
-#include "tools/bgp-communities/SummaryJson.h"
+#include "tools/bgp-communities/output/SummaryJson.h"
 
-#include "tools/bgp-communities/Figures.h"
-#include "tools/bgp-communities/Json.h"
+#include "tools/bgp-communities/output/Figures.h"
+#include "tools/bgp-communities/output/Json.h"
+#include "tools/bgp-communities/output/TimeText.h"
 
 namespace CommTool {
 
 namespace {
 
+// The statistics of the values or the lists of one kind.
 void writeFigures(Json& json, std::string_view name, const ObjectFigures& figures) {
   json.key(name);
   json.objectBegin();
@@ -18,6 +20,8 @@ void writeFigures(Json& json, std::string_view name, const ObjectFigures& figure
   json.objectEnd();
 }
 
+// The kinds of errors are texts from the tool, not names, so they are written as strings and
+// escaped.
 void writeErrors(Json& json, const ErrorCounts& errors) {
   json.key("errors");
   json.objectBegin();
@@ -26,6 +30,16 @@ void writeErrors(Json& json, const ErrorCounts& errors) {
     json.number(count);
   }
   json.objectEnd();
+}
+
+// The time of a record, which does not exist if there are no records.
+void writeTime(Json& json, std::string_view name, const InputCounts& input, U32 seconds) {
+  json.key(name);
+  if (input.records == 0) {
+    json.null();
+  } else {
+    json.text(timeText(seconds));
+  }
 }
 
 void writeTop(Json& json, const std::vector<ListUse>& top) {
@@ -41,6 +55,7 @@ void writeTop(Json& json, const std::vector<ListUse>& top) {
   json.arrayEnd();
 }
 
+// How many attributes of each kind had a flag.
 void writeFlags(Json& json, std::string_view name, const std::array<U64, communityKinds>& counts) {
   json.key(name);
   json.objectBegin();
@@ -52,15 +67,17 @@ void writeFlags(Json& json, std::string_view name, const std::array<U64, communi
 
 }  // namespace
 
-void printSummaryJson(const MrtFiles& files, const FlagCounts& flags, const HeldRoutes& routes,
-                      const MrtOptions& options, TextOutput& out) {
-  const HeldFigures held = figuresOf(routes, options.top);
+// All kinds are written, whatever the filter, so that readers find the same members in each run.
+void printSummaryJson(const SummaryData& data, TextOutput& out) {
+  const HeldFigures held = figuresOf(data.routes, data.top);
   Json json;
   json.objectBegin();
   json.add("v", U64{1});
-  json.add("records", files.counts().records);
+  json.add("records", data.input.records);
+  writeTime(json, "first_record", data.input, data.input.firstSeconds);
+  writeTime(json, "last_record", data.input, data.input.lastSeconds);
   json.add("routes", held.routes);
-  writeErrors(json, files.errorCounts());
+  writeErrors(json, data.errors);
   for (const CommunityKindRow& row : communityKindRows) {
     json.key(row.member);
     json.objectBegin();
@@ -68,12 +85,13 @@ void printSummaryJson(const MrtFiles& files, const FlagCounts& flags, const Held
     writeFigures(json, "lists", held.of(row.kind).lists);
     json.objectEnd();
   }
+  // Members that depend on options come last.
   writeTop(json, held.top);
-  if (options.verify) {
+  if (data.flags != nullptr) {
     json.key("flags");
     json.objectBegin();
-    writeFlags(json, "partial", flags.partial);
-    writeFlags(json, "extended_length", flags.extendedLength);
+    writeFlags(json, "partial", data.flags->partial);
+    writeFlags(json, "extended_length", data.flags->extendedLength);
     json.objectEnd();
   }
   json.objectEnd();

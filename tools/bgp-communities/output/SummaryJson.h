@@ -1,21 +1,21 @@
-// The figures at the end of a run, for a program to read.
-#ifndef TOOLS_BGP_COMMUNITIES_SUMMARY_JSON_H
-#define TOOLS_BGP_COMMUNITIES_SUMMARY_JSON_H
+// The summary at the end of a run, as JSON for programs.
+#ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_SUMMARY_JSON_H
+#define TOOLS_BGP_COMMUNITIES_OUTPUT_SUMMARY_JSON_H
 
-#include "tools/bgp-communities/Counts.h"
-#include "tools/bgp-communities/HeldRoutes.h"
-#include "tools/bgp-communities/MrtCommand.h"
-#include "tools/bgp-communities/MrtFiles.h"
-#include "tools/bgp-communities/TextOutput.h"
+#include "tools/bgp-communities/output/SummaryData.h"
+#include "tools/bgp-communities/output/TextOutput.h"
 
 namespace CommTool {
 
-// One object on one line: "v", the version of this layout; "records" that were read;
-// "routes" that are held at the end; "errors", how many of each kind; an object a
-// kind of community, "values" and "lists"; "top", the lists that most routes hold;
-// and, where lists were verified, "flags".  All is there, whatever was asked for.
-void printSummaryJson(const MrtFiles& files, const FlagCounts& flags, const HeldRoutes& routes,
-                      const MrtOptions& options, TextOutput& out);
+// Prints one object on one line with these members: "v", the version of the layout; "records", how
+// many were read; "first_record" and "last_record", the earliest and the latest time of a record in
+// UTC, null without records; "routes", how many are present at the end; "errors", how many of each
+// kind; an object for each kind of community with "values" and "lists"; "top", the most used lists;
+// and "flags" if lists were verified. All kinds are present, also those that a filter excludes.
+//
+// "v" is increased when a member is removed or changes its meaning. A new member does not change
+// it. Throws as TextOutput does.
+void printSummaryJson(const SummaryData& data, TextOutput& out);
 
 }  // namespace CommTool
 

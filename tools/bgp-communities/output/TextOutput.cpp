@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/TextOutput.h"
+#include "tools/bgp-communities/output/TextOutput.h"
 
 #include <unistd.h>
 
@@ -7,12 +7,15 @@
 
 namespace CommTool {
 
+// The block is given up before it is written, so that nothing is written twice after an exception.
 void TextOutput::flush() {
   const std::string_view text(block_.get(), used_);
   used_ = 0;
   write(text);
 }
 
+// The text does not fit behind the text in the block. A text longer than a whole block is written
+// directly.
 void TextOutput::appendLong(std::string_view text) {
   flush();
   if (text.size() > blockSize) {
@@ -22,6 +25,7 @@ void TextOutput::appendLong(std::string_view text) {
   }
 }
 
+// A write may be partial, for example to a pipe, or interrupted by a signal.
 void TextOutput::write(std::string_view text) const {
   while (!text.empty()) {
     const ssize_t written = ::write(fd_, text.data(), text.size());

@@ -1,4 +1,4 @@
-#include "tools/bgp-communities/CommunityTables.h"
+#include "tools/bgp-communities/rib/CommunityTables.h"
 
 #include <algorithm>
 #include <functional>
@@ -11,12 +11,14 @@ using namespace Routing::Bgp;
 
 namespace {
 
+// The memory of all objects and tables that the allocator counts by type, in bytes.
 U64 bytesAllocated() {
   U64 bytes = 0;
   Kiv::forEachType([&](const Kiv::Type& type) { bytes += type.bytes(); });
   return bytes;
 }
 
+// Whether the members are strictly ascending, so also without duplicates.
 template <class Members, class Content = std::identity>
 bool ascends(const Members& members, const Content& content = {}) {
   return std::adjacent_find(members.begin(), members.end(), [&](const auto& a, const auto& b) {
@@ -24,7 +26,8 @@ bool ascends(const Members& members, const Content& content = {}) {
          }) == members.end();
 }
 
-// To intern a list that says to be sorted would not sort it.
+// dedup() does not sort a list that is marked sorted. If that mark is false, the members are
+// inserted one by one into `another`, an empty list, which sorts them.
 template <class List>
 Kiv::Ptr<const List> internPlain(const Kiv::Ptr<List>& list, const Kiv::Ptr<List>& another,
                                  const typename List::Table& table) {
@@ -35,6 +38,8 @@ Kiv::Ptr<const List> internPlain(const Kiv::Ptr<List>& list, const Kiv::Ptr<List
 
 }  // namespace
 
+// The members are initialized in the order of their declaration, so bytesAtFirst_ includes the
+// tables.
 CommunityTables::CommunityTables()
     : parser_(bgpParseExtCommContainerSmFactory()),
       extComms_(extCommDedupTableFactory(parser_->extCommParser())),
@@ -45,6 +50,8 @@ CommunityTables::CommunityTables()
       extCommIp6Lists_(extCommIp6ListDedupTableFactory()),
       bytesAtFirst_(bytesAllocated()) {}
 
+// dedupAttributeValue() looks a list up by the octets of the attribute, so a list that is interned
+// already is found without being built.
 RouteCommunities CommunityTables::intern(const CommunityAttributes& attributes) const {
   RouteCommunities lists;
   if (const auto& value = attributes[CommunityKind::standard]) {
@@ -71,6 +78,8 @@ LargeCommList::PtrConst CommunityTables::intern(const LargeCommList::Ptr& list) 
   return internPlain(list, largeCommListFactory(), *largeCommLists_);
 }
 
+// Members of extended lists are objects that were rebuilt as well, so they must be interned before
+// the list can be.
 ExtCommList::PtrConst CommunityTables::intern(const ExtCommList::Ptr& list) const {
   return ExtCommList::dedupDestashed(extCommLists_.ptr(), extComms_.ptr(), *list);
 }
@@ -87,7 +96,6 @@ bool inOrder(const LargeCommList& list) {
   return !list.commVectorSorted() || ascends(*list.commVectorRawPtr());
 }
 
-// Was sorted when it was rebuilt.
 bool inOrder(const ExtCommList&) { return true; }
 
 bool inOrder(const ExtCommIp6List& list) {
@@ -95,6 +103,7 @@ bool inOrder(const ExtCommIp6List& list) {
          ascends(list.comms(), [](const auto& comm) { return comm->getContent(); });
 }
 
+// All tables of lists have a common base class.
 U32 CommunityTables::lists(CommunityKind kind) const {
   const CommListDedupTableBase* const tables[communityKinds] = {
       commLists_.ptr(), largeCommLists_.ptr(), extCommLists_.ptr(), extCommIp6Lists_.ptr()};

@@ -1,35 +1,44 @@
-// The interning tables of all kinds of community and list, and the parser that
-// makes the extended ones: what an agent builds when it starts.
-#ifndef TOOLS_BGP_COMMUNITIES_COMMUNITY_TABLES_H
-#define TOOLS_BGP_COMMUNITIES_COMMUNITY_TABLES_H
+// The interning tables of all kinds of values and lists, and the parser of extended communities:
+// the objects that a routing agent creates when it starts.
+#ifndef TOOLS_BGP_COMMUNITIES_RIB_COMMUNITY_TABLES_H
+#define TOOLS_BGP_COMMUNITIES_RIB_COMMUNITY_TABLES_H
 
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgp/Parse/ExtComm.h"
 #include "OvBgp/ValueTable/ExtCommDedupTable.h"
-#include "tools/bgp-communities/RouteCommunities.h"
+#include "tools/bgp-communities/rib/RouteCommunities.h"
 
 namespace CommTool {
 
+// Owns the tables. Lists may outlive it: a table detaches its members when it is destroyed. Owner
+// thread only.
 class CommunityTables {
  public:
+  // Creates the parser with all its rules, and empty tables.
   CommunityTables();
 
-  // The lists of received attributes. Their lengths are those of whole members.
+  // Returns the interned lists of the received attributes. The lengths of the attributes must be
+  // multiples of the member size, or Kiv::RangeException is thrown.
   RouteCommunities intern(const CommunityAttributes& attributes) const;
 
-  // The interned list of one that was rebuilt from a store of any origin. What says
-  // to be in order without being so is put in order (inOrder tells).
+  // The next four return the interned list that equals `list`, which was rebuilt from a store. The
+  // store may come from a hostile writer: a list that is marked sorted but is not (see inOrder())
+  // is sorted first. This one is for standard communities.
   Routing::Bgp::CommList::PtrConst intern(const Routing::Bgp::CommList::Ptr& list) const;
+  // Interns a rebuilt list of large communities, see above.
   Routing::Bgp::LargeCommList::PtrConst intern(const Routing::Bgp::LargeCommList::Ptr& list) const;
+  // Interns a rebuilt list of extended communities, see above.
   Routing::Bgp::ExtCommList::PtrConst intern(const Routing::Bgp::ExtCommList::Ptr& list) const;
+  // Interns a rebuilt list of IPv6 extended communities, see above.
   Routing::Bgp::ExtCommIp6List::PtrConst intern(
       const Routing::Bgp::ExtCommIp6List::Ptr& list) const;
 
-  // Lists of a kind that are interned now.
+  // The number of lists of a kind that are in the table now.
   U32 lists(CommunityKind kind) const;
-  // What the framework's allocator has given out since there are these tables, to
-  // them and all that they intern.
+  // The memory in use by the tables and all objects interned in them, in bytes. Measured as the
+  // growth of the allocator's total since the constructor, so other objects that the process
+  // allocated meanwhile are included.
   U64 bytes() const;
 
  private:
@@ -40,13 +49,17 @@ class CommunityTables {
   const Routing::Bgp::LargeCommListDedupTable::Ptr largeCommLists_;
   const Routing::Bgp::ExtCommListDedupTable::Ptr extCommLists_;
   const Routing::Bgp::ExtCommIp6ListDedupTable::Ptr extCommIp6Lists_;
-  const U64 bytesAtFirst_;  // of the parser and the empty tables
+  const U64 bytesAtFirst_;  // in use after the constructor
 };
 
-// Whether the members are in order, each once, unless the list does not say so.
+// Whether the list is what it claims to be: strictly ascending if it is marked sorted. A list that
+// is not marked sorted is always in order. This one is for standard communities.
 bool inOrder(const Routing::Bgp::CommList& list);
+// Whether a list of large communities is what it claims to be, see above.
 bool inOrder(const Routing::Bgp::LargeCommList& list);
+// Always true: lists of extended communities are sorted when they are rebuilt.
 bool inOrder(const Routing::Bgp::ExtCommList& list);
+// Whether a list of IPv6 extended communities is what it claims to be, see above.
 bool inOrder(const Routing::Bgp::ExtCommIp6List& list);
 
 }  // namespace CommTool

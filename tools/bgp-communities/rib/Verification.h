@@ -1,15 +1,15 @@
-// Whether lists still say what their attributes said.
-#ifndef TOOLS_BGP_COMMUNITIES_VERIFICATION_H
-#define TOOLS_BGP_COMMUNITIES_VERIFICATION_H
+// Verifies that interned lists represent the attributes that they were made of.
+#ifndef TOOLS_BGP_COMMUNITIES_RIB_VERIFICATION_H
+#define TOOLS_BGP_COMMUNITIES_RIB_VERIFICATION_H
 
-#include "tools/bgp-communities/Problems.h"
-#include "tools/bgp-communities/RouteCommunities.h"
+#include "tools/bgp-communities/input/Problems.h"
+#include "tools/bgp-communities/rib/RouteCommunities.h"
 
 namespace CommTool {
 
-// Serializes each of `lists` and compares the members with those of the attribute
-// that it was made of, as sets: a list has dropped the sender's order and repeats.
-// A difference is added to `problems`.
+// Serializes each of `lists` and compares its communities with those of the received attribute.
+// They are compared as sets, because lists are sorted and have no duplicates. Each difference is
+// added to `problems`. Costs several allocations for each list.
 void verify(const CommunityAttributes& received, const RouteCommunities& lists, Problems& problems);
 
 }  // namespace CommTool

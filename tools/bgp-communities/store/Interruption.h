@@ -1,16 +1,19 @@
-// The end of a command that goes on until somebody stops it.
-#ifndef TOOLS_BGP_COMMUNITIES_INTERRUPTION_H
-#define TOOLS_BGP_COMMUNITIES_INTERRUPTION_H
+// Lets a command that runs until it is interrupted end in an orderly way.
+#ifndef TOOLS_BGP_COMMUNITIES_STORE_INTERRUPTION_H
+#define TOOLS_BGP_COMMUNITIES_STORE_INTERRUPTION_H
 
 #include <csignal>
 
 namespace CommTool {
 
-// While there is one, SIGINT and SIGTERM are noted rather than obeyed, so that a
-// command can finish what it is at and print its figures. One at a time.
+// While an object of this class exists, SIGINT and SIGTERM set a flag instead of ending the
+// process, so that a command can finish its current step and print its summary. Signal handlers
+// belong to the process, so there must be at most one such object at a time.
 class Interruption {
  public:
+  // Installs the handlers.
   Interruption() : interrupt_(std::signal(SIGINT, note)), terminate_(std::signal(SIGTERM, note)) {}
+  // Restores the previous handlers and clears the flag.
   ~Interruption() {
     std::signal(SIGINT, interrupt_);
     std::signal(SIGTERM, terminate_);
@@ -19,6 +22,7 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
+  // Whether one of the signals has arrived.
   bool noted() const { return noted_ != 0; }
 
  private:

@@ -1,11 +1,10 @@
-#include "tools/bgp-communities/StoreReading.h"
+#include "tools/bgp-communities/store/StoreReading.h"
 
-#include <chrono>
-#include <thread>
+#include <optional>
 
 #include "OvFmt/DynamicBuffer.h"
 #include "Stash/StoreException.h"
-#include "tools/bgp-communities/ListTexts.h"
+#include "tools/bgp-communities/output/ListTexts.h"
 
 namespace CommTool {
 
@@ -13,12 +12,7 @@ using namespace Routing::Bgp;
 
 namespace {
 
-// A list that is in change so often is waited for, but so many milliseconds a walk in
-// all: its writer may only have lost its processor, or it may have died, or be hostile
-// and leave many lists so.
-constexpr int triesAtOnce = 32;
-constexpr int waitsMax = 500;
-
+// The next functions return the member of RouteCommunities for a type of list.
 CommList::PtrConst& slot(RouteCommunities& of, const CommList*) { return of.standard; }
 LargeCommList::PtrConst& slot(RouteCommunities& of, const LargeCommList*) { return of.large; }
 ExtCommList::PtrConst& slot(RouteCommunities& of, const ExtCommList*) { return of.extended; }
@@ -26,6 +20,7 @@ ExtCommIp6List::PtrConst& slot(RouteCommunities& of, const ExtCommIp6List*) {
   return of.ip6Extended;
 }
 
+// The number of communities of a list of any kind.
 U32 members(const auto& list) {
   if constexpr (requires { list.commVectorRawPtr(); }) {
     return list.comms();
@@ -36,19 +31,33 @@ U32 members(const auto& list) {
 
 }  // namespace
 
-bool StoreReadCounts::sound() const {
-  U64 outOfOrder = 0;
-  for (const Kind& kind : kinds) outOfOrder += kind.outOfOrder;
-  return unsettled + damaged + outOfOrder == 0;
+bool StoreReadCounts::sound() const { return unsettled + damaged + outOfOrder() == 0; }
+
+U64 StoreReadCounts::outOfOrder() const {
+  U64 sum = 0;
+  for (const Kind& kind : kinds) sum += kind.outOfOrder;
+  return sum;
 }
 
 StoreReading::StoreReading(const Stash::StoreName& name, bool lines, TextOutput& out)
-    : manager_(KivStash::storeManagerFactory(name)), lines_(lines), out_(out) {}
+    : name_(name), manager_(KivStash::storeManagerFactory(name)), lines_(lines), out_(out) {}
 
-// A walk goes on behind images of unknown kinds; behind other faults it has ended.
+bool StoreReading::isRemoved() const { return !manager_->store().isNamed(name_); }
+
+bool StoreReading::reopen() {
+  try {
+    manager_ = KivStash::storeManagerFactory(name_);
+    return true;
+  } catch (const Stash::StoreException&) {
+    return false;
+  }
+}
+
+// An image of an unknown kind is skipped. After any other damage the cursor cannot continue, so the
+// walk ends.
 bool StoreReading::walk() {
   held_.clear();
-  waits_ = 0;
+  retried_ = {};
   ++counts_.walks;
   KivStash::StoreCursor cursor(manager_);
   for (;;) {
@@ -65,7 +74,7 @@ bool StoreReading::walk() {
   }
 }
 
-// Values are read with the lists that hold them.
+// Images of single values are skipped here: they are read with the lists that refer to them.
 void StoreReading::readImage(const KivStash::StoredRef& image) {
   switch (image.kind) {
     case Stash::ImageKind::standardList:
@@ -81,11 +90,17 @@ void StoreReading::readImage(const KivStash::StoredRef& image) {
   }
 }
 
+// The image may change, disappear or be replaced by one of another kind at any time. destash()
+// detects all three: it validates what it has read against the list's change counter. The time for
+// retries ends before the list is printed, because the output may be slow.
 template <class List>
 void StoreReading::read(const void* stored, CommunityKind kind) {
-  for (int tries = 0; tries < triesAtOnce || wait(); ++tries) {
+  std::optional<Retries> retries;
+  do {
     try {
-      return take<List>(List::destash(stored, manager_.ptr()), kind);
+      const auto list = List::destash(stored, manager_.ptr());
+      retries.reset();
+      return take<List>(list, kind);
     } catch (const Stash::VersionAnchorException&) {
       ++counts_.retries;
     } catch (const Stash::ImageNotFoundException&) {
@@ -95,17 +110,12 @@ void StoreReading::read(const void* stored, CommunityKind kind) {
       ++counts_.gone;
       return;
     }
-  }
+    if (!retries) retries.emplace(retried_);
+  } while (retries->next());
   ++counts_.unsettled;
 }
 
-bool StoreReading::wait() {
-  if (waits_ == waitsMax) return false;
-  ++waits_;
-  std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  return true;
-}
-
+// The rebuilt list is interned, so lists that the store has twice become one object.
 template <class List>
 void StoreReading::take(const Kiv::Ptr<List>& list, CommunityKind kind) {
   StoreReadCounts::Kind& counts = counts_.kinds[indexOf(kind)];
@@ -117,6 +127,7 @@ void StoreReading::take(const Kiv::Ptr<List>& list, CommunityKind kind) {
   if (lines_) print(*interned, kind);
 }
 
+// Fields of the other kinds are empty.
 template <class List>
 void StoreReading::print(const List& list, CommunityKind kind) {
   OvFmt::StackBackedBuffer<1024> text;
@@ -127,6 +138,7 @@ void StoreReading::print(const List& list, CommunityKind kind) {
   out_.append(text.view());
 }
 
+// Counts a damage and keeps the first description.
 void StoreReading::damaged(const std::string& what) {
   if (counts_.damaged++ == 0) firstDamage_ = what;
 }

@@ -1,14 +1,16 @@
-#include "tools/bgp-communities/StoredLists.h"
+#include "tools/bgp-communities/store/StoredLists.h"
 
 #include "OvBgp/Store/StashLists.h"
 
 namespace CommTool {
 
+// Withdrawals have no communities, so they add nothing.
 void StoredLists::handleRoutes(const RouteBatch& batch) {
   const RouteCommunities communities = tables_.intern(batch.communities);
   communities.forEachList([this](CommunityKind, const auto& list) { take(list); });
 }
 
+// Lists are interned, so a list is new if its address is.
 template <class List>
 void StoredLists::take(const List& list) {
   auto& kept = std::get<Kept<List>>(kept_);
@@ -19,6 +21,7 @@ void StoredLists::put(KivStash::StoreWriter& writer) {
   std::apply([&](auto&... kept) { (put(writer, kept), ...); }, kept_);
 }
 
+// The images get the indexes of their lists.
 template <class List>
 void StoredLists::put(KivStash::StoreWriter& writer, Kept<List>& kept) {
   kept.images.reserve(kept.lists.size());
@@ -31,6 +34,9 @@ U64 StoredLists::churn(KivStash::StoreWriter& writer) {
   return std::apply([&](auto&... kept) { return (U64{rewrite(writer, kept)} + ...); }, kept_);
 }
 
+// After each round over all images the shift grows by one, so that every image gets every list in
+// turn. One image in eight is removed and put again, which makes readers meet freed blocks. The new
+// image is put first: if the store is full, the old one is still there.
 template <class List>
 bool StoredLists::rewrite(KivStash::StoreWriter& writer, Kept<List>& kept) {
   const std::size_t count = kept.images.size();
@@ -51,6 +57,7 @@ bool StoredLists::rewrite(KivStash::StoreWriter& writer, Kept<List>& kept) {
   return true;
 }
 
+// A tuple has no index at run time, hence the array.
 std::size_t StoredLists::lists(CommunityKind kind) const {
   const std::size_t counts[communityKinds] = {
       std::get<0>(kept_).lists.size(), std::get<1>(kept_).lists.size(),

@@ -1,41 +1,46 @@
-// The lists of routing data and their images in a store.
-#ifndef TOOLS_BGP_COMMUNITIES_STORED_LISTS_H
-#define TOOLS_BGP_COMMUNITIES_STORED_LISTS_H
+// Collects the lists of routing data and keeps images of them in a store.
+#ifndef TOOLS_BGP_COMMUNITIES_STORE_STORED_LISTS_H
+#define TOOLS_BGP_COMMUNITIES_STORE_STORED_LISTS_H
 
 #include <tuple>
 #include <unordered_set>
 #include <vector>
 
 #include "KivStash/StoreWriter.h"
-#include "tools/bgp-communities/CommunityTables.h"
-#include "tools/bgp-communities/Route.h"
+#include "tools/bgp-communities/bgp/Route.h"
+#include "tools/bgp-communities/rib/CommunityTables.h"
 
 namespace CommTool {
 
-// Takes each list of the routes once, in the order of the data; then keeps images of
-// them in a store and changes these. Withdrawals take nothing back.
+// As a RouteSink it collects each different list of the routes once, in the order of the data;
+// withdrawals remove nothing. Then it writes images of the lists to a store and can go on rewriting
+// them, so that readers can be tested. Owner thread only.
 class StoredLists : public RouteSink {
  public:
+  // Interns the lists of the batch and keeps the new ones.
   void handleRoutes(const RouteBatch& batch) override;
 
-  // Puts all lists. What KivStash::StoreWriter raises, these do, with as many images
-  // in the store as there was room for.
+  // Writes an image of each list. Throws what KivStash::StoreWriter throws; if the store is full,
+  // the images that fitted stay in it.
   void put(KivStash::StoreWriter& writer);
-  // Rewrites some images: each becomes that of the next list of its kind, and now and
-  // then one is removed and put again. The store has the same lists as before, but for
-  // one that is taken twice while another is left out. Returns how many.
+  // Rewrites one image of each kind that has lists: the image gets the contents of another list of
+  // its kind. Sometimes the image is removed and a new one is put instead. Over a full round the
+  // store has the same lists as before; in between, one list may be present twice and another one
+  // not at all. Returns the number of images that were rewritten. Throws as put() does.
   U64 churn(KivStash::StoreWriter& writer);
 
+  // The number of different lists of a kind that were collected.
   std::size_t lists(CommunityKind kind) const;
 
  private:
+  // The lists of one kind, and the images with the same indexes.
   template <class List>
   struct Kept {
     std::vector<Kiv::Ptr<const List>> lists;
     std::unordered_set<const List*> seen;
     std::vector<KivStash::ImageId> images;
-    std::size_t next = 0;   // the image that is rewritten next
-    std::size_t shift = 1;  // how far image and list are apart after that
+    std::size_t next = 0;   // index of the image that is rewritten next
+    std::size_t shift = 1;  // how far an image and its new list are apart
   };
 
   template <class List>
@@ -45,9 +50,9 @@ class StoredLists : public RouteSink {
   template <class List>
   static bool rewrite(KivStash::StoreWriter& writer, Kept<List>& kept);
 
-  // Before the lists, which leave their tables at the end.
+  // Declared before the lists, so that they are released before the tables are destroyed.
   const CommunityTables tables_;
-  // In the order of the kinds.
+  // One element for each kind, in the order of the kinds.
   std::tuple<Kept<Routing::Bgp::CommList>, Kept<Routing::Bgp::LargeCommList>,
              Kept<Routing::Bgp::ExtCommList>, Kept<Routing::Bgp::ExtCommIp6List>>
       kept_;
