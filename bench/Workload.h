@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "Kiv/Types.h"
-#include "tools/bgp-communities/MrtDecoder.h"
+#include "tools/bgp-communities/mrt/MrtDecoder.h"
 
 namespace Bench {
 

@@ -1,7 +1,7 @@
 // Lists of interned extended communities: value(content) -> value handle, and
 // intern(value handles) -> list handle.
-#ifndef BENCH_EXTLISTPEERS_H
-#define BENCH_EXTLISTPEERS_H
+#ifndef BENCH_PEERS_EXTLISTPEERS_H
+#define BENCH_PEERS_EXTLISTPEERS_H
 
 #include <absl/hash/hash.h>
 
@@ -11,11 +11,11 @@
 #include <new>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "OvBgp/OvBgpCommunityList.h"
-#include "bench/Peers.h"
-#include "bench/ValuePeers.h"
+#include "bench/peers/Peers.h"
+#include "bench/peers/ShortRoom.h"
+#include "bench/peers/ValuePeers.h"
 
 namespace Bench {
 
@@ -50,21 +50,8 @@ struct ExtListNode {
   const U32 length;
 };
 
-// Room for the values of one list, left as it is: only what is read gets written.
-class ExtListRoom {
- public:
-  explicit ExtListRoom(std::size_t count) : large_(count > room_.size() ? count : 0) {
-    values_ = {large_.empty() ? room_.data() : large_.data(), count};
-  }
-  ExtListRoom(const ExtListRoom&) = delete;
-  ExtListRoom& operator=(const ExtListRoom&) = delete;
-  std::span<ExtListNode::Value*> values() const { return values_; }
-
- private:
-  std::array<ExtListNode::Value*, 64> room_;
-  std::vector<ExtListNode::Value*> large_;
-  std::span<ExtListNode::Value*> values_;
-};
+// Memory for the values of one list.
+using ExtListRoom = ShortRoom<ExtListNode::Value*>;
 
 // What ours are, too: the values of each classification are a list of their own, which
 // lists share.
@@ -111,11 +98,11 @@ struct GroupedListNode {
     for (U32 i = 1; i < classifications; ++i) ends[i] += ends[i - 1];
     // From behind, so that the ends become the beginnings.
     for (U32 i = length; i-- > 0;) {
-      room.values()[--ends[classificationOf(key()[i]->value)]] = key()[i];
+      room.all()[--ends[classificationOf(key()[i]->value)]] = key()[i];
     }
     for (U32 i = 0; i < classifications; ++i) {
       const U32 end = i + 1 < classifications ? ends[i + 1] : length;
-      if (end > ends[i]) parts[i] = from.intern(room.values().subspan(ends[i], end - ends[i]));
+      if (end > ends[i]) parts[i] = from.intern(room.all().subspan(ends[i], end - ends[i]));
     }
   }
 
@@ -151,7 +138,7 @@ class ExtListP1 {
 
   Handle intern(std::span<const ValueHandle> values) {
     const ExtListRoom room(values.size());
-    const auto all = room.values();
+    const auto all = room.all();
     bool ascends = true;
     for (std::size_t i = 0; i < all.size(); ++i) {
       all[i] = values[i].get();

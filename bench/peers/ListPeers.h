@@ -1,8 +1,8 @@
 // Standard community lists, interned from the value octets of an attribute by ours
 // and by each library that a good engineer might take:
 // intern(octets) -> handle.
-#ifndef BENCH_LISTPEERS_H
-#define BENCH_LISTPEERS_H
+#ifndef BENCH_PEERS_LISTPEERS_H
+#define BENCH_PEERS_LISTPEERS_H
 
 #include <absl/hash/hash.h>
 #include <absl/types/span.h>
@@ -19,34 +19,29 @@
 #include "Kiv/PtrInterface.h"
 #include "OvBgp/OvBgpCommunityList.h"
 #include "OvBgpGlobals/OvBgpGlobals.h"
-#include "bench/Peers.h"
-#include "bench/SharedPtrSet.h"
+#include "bench/peers/Peers.h"
+#include "bench/peers/SharedPtrSet.h"
+#include "bench/peers/ShortRoom.h"
 
 namespace Bench {
 
-// Sorted and unique, in host order, for the short time of a lookup.
+// The communities of an attribute, in host order, sorted and unique. They live as long
+// as one lookup.
 class DecodedComms {
  public:
-  explicit DecodedComms(std::span<const U8> wire) {
-    const std::size_t count = wire.size() / sizeof(U32);
-    U32* comms = room_.data();
-    if (count > room_.size()) {
-      large_.resize(count);
-      comms = large_.data();
-    }
-    comms_ = {comms, count};
-    // Nearly all lists arrive in order; without a branch, so that it vectorises.
-    bool ascends = true;
-    for (std::size_t i = 0; i < count; ++i) {
+  explicit DecodedComms(std::span<const U8> wire)
+      : room_(wire.size() / sizeof(U32)), comms_(room_.all()) {
+    for (std::size_t i = 0; i < comms_.size(); ++i) {
       U32 word = 0;
       std::memcpy(&word, wire.data() + i * sizeof word, sizeof word);
-      comms[i] = __builtin_bswap32(word);
+      comms_[i] = __builtin_bswap32(word);
     }
-    for (std::size_t i = 1; i < count; ++i) ascends &= comms[i - 1] < comms[i];
+    // Nearly all lists arrive in order. The test has no branch, so that the compiler
+    // vectorises it.
+    bool ascends = true;
+    for (std::size_t i = 1; i < comms_.size(); ++i) ascends &= comms_[i - 1] < comms_[i];
     if (!ascends) sort();
   }
-  DecodedComms(const DecodedComms&) = delete;
-  DecodedComms& operator=(const DecodedComms&) = delete;
 
   std::span<const U32> comms() const { return comms_; }
 
@@ -57,8 +52,7 @@ class DecodedComms {
     comms_ = comms_.first(static_cast<std::size_t>(end - comms_.begin()));
   }
 
-  std::array<U32, 64> room_;  // left as it is: only what is read gets written
-  std::vector<U32> large_;
+  ShortRoom<U32> room_;
   std::span<U32> comms_;
 };
 

@@ -1,8 +1,8 @@
 // What the peers are made of: counted pointers and the two sets that a very good
 // engineer would write, behind one face: intern(key) -> handle; a handle keeps its
 // object, and the last one takes it out of the set.
-#ifndef BENCH_PEERS_H
-#define BENCH_PEERS_H
+#ifndef BENCH_PEERS_PEERS_H
+#define BENCH_PEERS_PEERS_H
 
 #include <absl/container/flat_hash_set.h>
 

@@ -1,7 +1,7 @@
 // P4: an unordered set that owns nothing; the last std::shared_ptr takes its
 // content out.  One thread.
-#ifndef BENCH_SHAREDPTRSET_H
-#define BENCH_SHAREDPTRSET_H
+#ifndef BENCH_PEERS_SHAREDPTRSET_H
+#define BENCH_PEERS_SHAREDPTRSET_H
 
 #include <memory>
 #include <unordered_set>

@@ -1,6 +1,6 @@
 // Extended communities, interned from their eight octets: intern(value) -> handle.
-#ifndef BENCH_VALUEPEERS_H
-#define BENCH_VALUEPEERS_H
+#ifndef BENCH_PEERS_VALUEPEERS_H
+#define BENCH_PEERS_VALUEPEERS_H
 
 #include <absl/container/flat_hash_map.h>
 #include <absl/hash/hash.h>
@@ -11,9 +11,9 @@
 
 #include "OvBgp/Parse/ExtComm.h"
 #include "OvBgp/ValueTable/ExtCommDedupTable.h"
-#include "bench/ListPeers.h"
-#include "bench/Peers.h"
-#include "bench/SharedPtrSet.h"
+#include "bench/peers/ListPeers.h"
+#include "bench/peers/Peers.h"
+#include "bench/peers/SharedPtrSet.h"
 
 namespace Bench {
 

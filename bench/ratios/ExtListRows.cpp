@@ -1,8 +1,8 @@
 #include <random>
 #include <set>
 
-#include "bench/ExtListPeers.h"
 #include "bench/Workload.h"
+#include "bench/peers/ExtListPeers.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
 

@@ -1,5 +1,5 @@
-#include "bench/ListPeers.h"
 #include "bench/Workload.h"
+#include "bench/peers/ListPeers.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
 

@@ -7,7 +7,7 @@
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "Routing/RouteMap/PosixRegex.h"
-#include "bench/Peers.h"
+#include "bench/peers/Peers.h"
 #include "bench/ratios/Rows.h"
 
 namespace Bench {

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <thread>
 
-#include "bench/ListPeers.h"
-#include "bench/ValuePeers.h"
 #include "bench/Workload.h"
+#include "bench/peers/ListPeers.h"
+#include "bench/peers/ValuePeers.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <random>
 
-#include "bench/ValuePeers.h"
 #include "bench/Workload.h"
+#include "bench/peers/ValuePeers.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
 

@@ -10,8 +10,8 @@
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "Routing/RouteMap/PosixRegex.h"
-#include "bench/Peers.h"
 #include "bench/Workload.h"
+#include "bench/peers/Peers.h"
 
 namespace Bench {
 namespace {
