@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
-"""Draws the curves of a run of the benchmarks, one SVG for each.
+"""Draws the series of a benchmark run, one SVG for each series.
 
-usage: plot_bench.py RESULTS FOLDER, where RESULTS is what `./dev bench --json` wrote.
+usage: plot_bench.py RESULTS FOLDER, where RESULTS is the file that `./dev bench --json` wrote.
+
+Both axes are logarithmic.
 """
 
 import collections
@@ -12,9 +14,25 @@ import pathlib
 import re
 import sys
 
-WIDTH, HEIGHT = 640, 400
-LEFT, RIGHT, TOP, BOTTOM = 70, 120, 40, 50
+WIDTH, HEIGHT = 760, 420
+LEFT, RIGHT, TOP, BOTTOM = 70, 240, 40, 70
 COLORS = ["#0b5fa5", "#c0392b", "#d68910", "#7d3c98", "#7f8c8d"]
+
+# The contenders' short names in the results, and the names that docs/performance.md uses.
+NAMES = {
+    "P1": "flat_hash_set of intrusive pointers",
+    "P1 with sub-lists": "flat_hash_set with sub-lists",
+    "P2": "sharded flat_hash_set",
+    "P3": "Boost.Flyweight",
+    "P4": "unordered_set of shared_ptr",
+    "F": "flat_hash_map, find only",
+}
+# A series is named "WORK by QUANTITY".
+QUANTITIES = {
+    "length": "communities in the list",
+    "number held": "values in the table",
+    "threads": "threads",
+}
 
 
 def curves(lines):
@@ -29,7 +47,7 @@ def curves(lines):
 
 
 def ticks(low, high):
-    """The powers of ten about the interval, and 2 and 5 between them if there is room."""
+    """The powers of ten around the interval, with 2 and 5 between them for a short interval."""
     decades = range(math.floor(math.log10(low)), math.ceil(math.log10(high)) + 1)
     steps = (1, 2, 5) if len(decades) <= 4 else (1,)
     return [step * 10**decade for decade in decades for step in steps]
@@ -81,12 +99,20 @@ def curve(name, points, color, across, up):
         yield f'<circle cx="{x:.1f}" cy="{y:.1f}" r="3" fill="{color}"/>'
 
 
+def axis_titles(series):
+    quantity = series.rpartition(" by ")[2]
+    x, y = (LEFT + WIDTH - RIGHT) / 2, (TOP + HEIGHT - BOTTOM) / 2
+    yield text(x, HEIGHT - BOTTOM + 46, f"{QUANTITIES.get(quantity, quantity)} (logarithmic scale)")
+    title = text(0, 0, "time per operation in ns (logarithmic scale)")
+    yield f'<g transform="translate(18 {y:.1f}) rotate(-90)">{title}</g>'
+
+
 def legend(names, up):
-    """The names at the ends of their curves, moved apart where they would touch."""
+    """The names at the ends of their curves, moved apart where they would overlap."""
     last = -math.inf
     for name, value, color in sorted(names, key=lambda entry: -entry[1]):
         last = max(up.at(value) + 4, last + 14)
-        yield text(WIDTH - RIGHT + 10, last, name, "start", 12, color)
+        yield text(WIDTH - RIGHT + 10, last, NAMES.get(name, name), "start", 12, color)
 
 
 def drawing(series, contenders):
@@ -101,7 +127,7 @@ def drawing(series, contenders):
     )
     yield f'<rect width="{WIDTH}" height="{HEIGHT}" fill="white"/>'
     yield text(WIDTH / 2, 22, series, size=15)
-    yield text(LEFT - 8, TOP - 10, "ns", "end")
+    yield from axis_titles(series)
     yield from grid(across, up)
     for name, points in contenders.items():
         yield from curve(name, sorted(points), colors[name], across, up)
@@ -118,7 +144,7 @@ def main():
     if not found:
         sys.exit(f"{results}: no curve in it")
     for series, contenders in found.items():
-        # One contender that stands for a single point makes no curve.
+        # A single point makes no curve.
         contenders = {name: points for name, points in contenders.items() if len(points) > 1}
         if not contenders:
             continue

@@ -1,5 +1,4 @@
-// The least that shows the point: two routes with the same communities share one
-// list.
+// The smallest example of interning: two routes with the same communities share one list.
 #include <iostream>
 
 // [embedding]
@@ -9,8 +8,8 @@ using namespace Routing::Bgp;
 
 CommList::PtrConst listOf(const CommListDedupTable::Ptr& table, std::initializer_list<U32> values) {
   const CommList::Ptr list = commListFactory();
-  for (const U32 value : values) list->commIs(value);  // any order, repeats allowed
-  return list->dedup(table.ptr());                     // from now on shared, read-only
+  for (const U32 value : values) list->commIs(value);  // any order, duplicates allowed
+  return list->dedup(table.ptr());                     // shared and read-only from now on
 }
 // [/embedding]
 

@@ -1,5 +1,5 @@
-// Which routes a policy takes: by a member, by a set, and by an expression on the
-// list's text.
+// A policy that selects routes by a community, by the sub-list of route targets, and by a regular
+// expression on the text of the list.
 #include <array>
 #include <iostream>
 #include <string_view>
@@ -30,8 +30,8 @@ void standard() {
   // [standard]
   const auto list = CommList::dedupAttributeValue(table.ptr(), octets);
   const bool toCustomers = list->comm(31424u << 16 | 1260);  // a binary search
-  const bool keep = list->noExport();                        // noted when interned
-  const PosixRegex anyOfOurs("(^| )31424:[0-9]+( |$)");      // compiled once a policy
+  const bool keep = list->noExport();                        // stored when interned
+  const PosixRegex anyOfOurs("(^| )31424:[0-9]+( |$)");      // compiled once per policy
   const bool ours = list->matchCommunitiesRegex(&anyOfOurs);
   const PosixRegex byName("no-export");
   const bool named = list->matchCommunitiesRegex(&byName);
@@ -43,7 +43,7 @@ void standard() {
   check("has no-export by name", named);
 }
 
-// A policy that is asked for each route, and an expression that runs once a list.
+// A policy that is called for each route, with an expression that runs only once per list.
 void manyRoutes() {
   const auto table = commListDedupTableFactory();
   const std::array<U8, 8> ours{0x7A, 0xC0, 0x04, 0xEC, 0x7A, 0xC0, 0x00, 0x01};
@@ -53,7 +53,7 @@ void manyRoutes() {
   const PosixRegex expression("(^| )31424:[0-9]+( |$)");
   int asked = 0;
   // [answers]
-  PerList<bool> answers;  // one policy's, for lists of any kind
+  PerList<bool> answers;  // of one policy, for lists of any kind
   const auto matches = [&](const CommList& list) {
     return answers.of(list, [&](const CommList& unknown) {
       ++asked;
@@ -79,7 +79,8 @@ void extended() {
   const auto list = ExtCommList::dedupAttributeValue(table.ptr(), values.ptr(), octets);
   const PosixRegex target("RT:65000:100|65000:100");
   const bool imported = list->matchCommunitiesRegex(&target);
-  // Routes that differ in their colors share this part, and it is compared as a word.
+  // Routes that differ only in their colors share this sub-list. Comparing two of them compares
+  // their pointers.
   const auto targets = list->classificationList(extCommClassificationRouteTarget);
   // [/extended]
   std::cout << list->toStrep() << "\n";

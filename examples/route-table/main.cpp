@@ -1,5 +1,5 @@
-// A table of routes that interns the communities of paths as they come, and lets go
-// of them as paths are replaced and withdrawn.
+// A table of routes that interns the communities of received paths, and releases them when paths
+// are replaced or withdrawn.
 #include <iostream>
 #include <map>
 #include <span>
@@ -15,7 +15,7 @@ namespace {
 using namespace Routing::Bgp;
 
 // [tables]
-// One of these a process.  The tables of lists and values are all that is shared.
+// The tables of one process. Everything that routes share is in them.
 struct CommunityTables {
   BgpParseExtCommContainerSm::Ptr parser = bgpParseExtCommContainerSmFactory();
   ExtCommDedupTable::Ptr values = extCommDedupTableFactory(parser->extCommParser());
@@ -23,7 +23,7 @@ struct CommunityTables {
   CommListDedupTable::Ptr standard = commListDedupTableFactory();
 };
 
-// What a path keeps: a word for each kind of list, null if it has none.
+// A path keeps one pointer for each kind of list; null means that the path has no such list.
 struct Path {
   CommList::PtrConst communities;
   ExtCommList::PtrConst extended;
@@ -33,8 +33,8 @@ struct Path {
 using Octets = std::vector<U8>;
 
 // [received]
-// The path of an UPDATE with these attribute values, as they came from the wire.
-// Throws Kiv::RangeException for a value that is no whole number of communities.
+// Makes the path of an UPDATE with these attribute values, in wire order. Throws
+// Kiv::RangeException for a value whose length is no multiple of the size of a community.
 Path received(const CommunityTables& tables, std::span<const U8> communities,
               std::span<const U8> extended) {
   Path path;
@@ -72,12 +72,12 @@ int main() {
   std::cout << "one of them: " << routes.begin()->second.communities->toStrep() << ", "
             << routes.begin()->second.extended->toStrep() << "\n";
 
-  // A route that is announced again drops what it held.
+  // A route that is announced again releases its former lists.
   routes["10.0.0.0/24"] = received(tables, blackhole, {});
   show("one replaced", tables);
   const bool replaced = tables.standard->size() == 2;
 
-  // And with the last route of a list, the list goes.
+  // The release of the last route of a list destroys the list.
   routes.clear();
   show("all withdrawn", tables);
   const bool gone = tables.standard->size() == 0 && tables.values->size() == 0;

@@ -1,5 +1,5 @@
-// Two processes: an agent that keeps its lists in a store, and a show command that
-// rebuilds them from there, while the agent may go on changing them.
+// Two processes share a store in memory. An agent keeps its lists in the store, and a show command
+// rebuilds them, even while the agent changes them.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,8 +18,8 @@ namespace {
 using namespace Routing::Bgp;
 
 // [reader]
-// What the other process does: walks through the store, prints its standard lists,
-// returns how many there are.
+// Runs in the other process. Walks through the store, prints its standard lists and returns their
+// number.
 int show(const Stash::StoreName& name) {
   int lists = 0;
   const auto manager = KivStash::storeManagerFactory(name);
@@ -31,7 +31,7 @@ int show(const Stash::StoreName& name) {
       std::cout << "process " << ::getpid() << " read " << list->toStrep() << std::endl;
       ++lists;
     } catch (const Stash::StoreException& problem) {
-      // Gone or changed meanwhile; nothing of it is left here.
+      // The list was removed or changed meanwhile. The partly built list is destroyed.
       std::cerr << problem.what() << "\n";
     }
   }
@@ -39,7 +39,7 @@ int show(const Stash::StoreName& name) {
 }
 // [/reader]
 
-// Runs show() in a process of its own; how many lists it saw.
+// Runs show() in a child process and returns the number of lists that it saw.
 int shown(const Stash::StoreName& name) {
   const pid_t child = ::fork();
   if (child == 0) {
@@ -80,7 +80,7 @@ int run(const Stash::StoreName& name) {
 }  // namespace
 
 int main() {
-  // The name of POSIX shared memory; one with a slash would be a file.
+  // A name without a slash means POSIX shared memory; a name with a slash would be a file.
   const Stash::StoreName name("ovbgp-example-" + std::to_string(::getpid()));
   int status = 1;
   try {
