@@ -18,10 +18,11 @@ install(TARGETS ${libraries} EXPORT OvBgpCommunityTargets
                 COMPONENT runtime NAMELINK_COMPONENT development)
 
 set(headers_to "${CMAKE_INSTALL_INCLUDEDIR}/ovbgp")
+# Headers in a folder named Private serve the library's own sources only.
 install(DIRECTORY platform/ DESTINATION "${headers_to}" COMPONENT development
-        FILES_MATCHING PATTERN "*.h")
+        FILES_MATCHING PATTERN "*.h" PATTERN "Private" EXCLUDE)
 install(DIRECTORY OvBgp BgpCommon DESTINATION "${headers_to}" COMPONENT development
-        FILES_MATCHING PATTERN "*.h")
+        FILES_MATCHING PATTERN "*.h" PATTERN "Private" EXCLUDE)
 
 if(TARGET bgp-communities)
   file(RELATIVE_PATH bin_to_lib "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
