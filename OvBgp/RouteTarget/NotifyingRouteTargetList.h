@@ -15,8 +15,9 @@ namespace Routing::Bgp {
 // The set of all interned route targets, if it belongs to an ExtCommDedupTable; users may also keep
 // sets of their own. It is a set without order, although the interface calls it a list.
 //
-// Observers (Kiv/NotifieeList.h) are notified after each change. A notice names rtAttribute and the
-// route target; rtHas tells whether the route target was added or removed.
+// Observers are notified after each change. A notice names rtAttribute and the route target; rtHas
+// tells whether the route target was added or removed. Observers that throw: see the rule in
+// Kiv/NotifieeList.h.
 //
 // Threads: one thread, or several that a lock of the owner admits one at a time; this includes
 // reading. For the set of an ExtCommDedupTable see the comment of that class.
@@ -38,9 +39,10 @@ class OV_EXPORT NotifyingRouteTargetList final : public Kiv::PtrInterface {
   // Whether the set has this route target.
   bool rtHas(const RouteTarget& routeTarget) const { return rt_.has(routeTarget); }
   // Adds the route target. Observers are notified only if it was absent. Throws std::bad_alloc, and
-  // whatever an observer throws; the route target stays in the set in the latter case.
+  // whatever an observer throws; the set then does not have the route target.
   void rtIs(const RouteTarget& routeTarget) { rt_.add(routeTarget); }
-  // Removes the route target and returns whether it was present. Observers are notified only then.
+  // Removes the route target and returns whether it was present. Observers are notified only then;
+  // what they throw is traced.
   bool rtDel(const RouteTarget& routeTarget) { return rt_.del(routeTarget); }
   // Removes all route targets that are present at the beginning, with one notice for each. Those
   // that an observer adds meanwhile stay.

@@ -16,9 +16,9 @@ namespace Routing::Bgp {
 // routes by route target observes this collection instead of every route: the number of different
 // sets of route targets is far smaller than that of routes.
 //
-// Observers (Kiv/NotifieeList.h) are notified after each change. A notice names
-// rtExtCommListAttribute and the notifier; rtExtCommListHas tells whether it was added or removed.
-// Observers may keep the notifier.
+// Observers are notified after each change. A notice names rtExtCommListAttribute and the notifier;
+// rtExtCommListHas tells whether it was added or removed. Observers may keep the notifier.
+// Observers that throw: see the rule in Kiv/NotifieeList.h.
 //
 // Threads: one thread, or several that a lock of the owner admits one at a time; this includes
 // reading. For the collection of an ExtCommListDedupTable see the comment of that class.
@@ -42,12 +42,13 @@ class OV_EXPORT NotifyingRtExtCommListCollection final : public Kiv::PtrInterfac
     return rtExtCommList_.has(notifier);
   }
   // Adds the notifier, which must not be null. Observers are notified only if it was absent. Throws
-  // std::bad_alloc, and whatever an observer throws; the notifier stays in the collection in the
-  // latter case.
+  // std::bad_alloc, and whatever an observer throws; the collection then does not have the
+  // notifier.
   void rtExtCommListIs(const RtExtCommListLifeTimeNotifier::Ptr& notifier) {
     rtExtCommList_.add(notifier);
   }
-  // Removes the notifier and returns whether it was present. Observers are notified only then.
+  // Removes the notifier and returns whether it was present. Observers are notified only then; what
+  // they throw is traced.
   bool rtExtCommListDel(const RtExtCommListLifeTimeNotifier::Ptr& notifier) {
     return rtExtCommList_.del(notifier);
   }

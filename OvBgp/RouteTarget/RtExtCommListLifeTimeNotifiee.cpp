@@ -21,9 +21,8 @@ void traceLifeTime(const char* function, const Dorn::DedupHandle* handle,
             function << " handle: " << handle << " rtExtCommListLifeTimeNotifier: " << notifier);
 }
 
-// Undoes a failed insertion. The cycle of sub-list and notifier is broken before observers are
-// notified, because they could throw again. There is no notifier if an observer has stopped the
-// observation meanwhile.
+// Undoes a failed insertion. The collection has already taken the notifier back, unless an observer
+// inserted it anew. There is no notifier if an observer has stopped the observation meanwhile.
 void withdraw(RtExtCommClassificationList& rtExtCommList,
               NotifyingRtExtCommListCollection& collection) {
   const RtExtCommListLifeTimeNotifier::Ptr notifier = rtExtCommList.lifeTimeNotifier();

@@ -27,8 +27,8 @@ class OV_EXPORT RtExtCommListLifeTimeNotifiee final : public Dorn::DedupHashTabl
   // observer of the collection throws, nothing of it stays, and the member does not stay interned.
   // Stops the process if the sub-list already has a notifier.
   void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override;
-  // Removes the notifier of a member that leaves the table. Stops the process if the sub-list has
-  // none.
+  // Removes the notifier of a member that leaves the table. What observers of the collection throw
+  // is traced. Stops the process if the sub-list has no notifier.
   void handleRemove(Dorn::DedupHandle* handle) override;
   // Removes the notifiers of all members. Allocates nothing.
   void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>& table) override;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Kiv/ObserverFailure.h"
+
 namespace Kiv {
 
 Notifiee::~Notifiee() { notifierIs(nullptr); }
@@ -14,7 +16,8 @@ void Notifiee::notifierIs(NotifieeList* list) {
   list_ = list;
 }
 
-// A running delivery, on the stack of deliver(). Handlers may do almost anything meanwhile:
+// A running delivery, on the stack of the function that delivers. Handlers may do almost anything
+// meanwhile:
 // - An observer is unregistered. Its entry becomes null instead of being erased, because
 //   running deliveries use indexes. The outermost delivery erases these entries when it ends.
 // - A handler changes the object again. The nested delivery is linked to the outer one.
@@ -54,14 +57,36 @@ NotifieeList::~NotifieeList() {
   }
 }
 
-void NotifieeList::deliver(const Change& change) {
+// Observers that register during the delivery are appended behind the present ones and not notified
+// by it. The vector may be reallocated meanwhile, so the loops use indexes. The undoing belongs to
+// the same delivery, because only so do the indexes still name the observers that were notified.
+void NotifieeList::deliverInsertion(const Change& change, UndoCall undo, const void* context) {
   const Delivery delivery(*this);
-  // Observers that register during the delivery are appended behind these and not notified by it.
-  // The vector may be reallocated meanwhile, so the loop goes by index.
   const std::size_t present = notifiees_.size();
-  for (std::size_t i = 0; i < present; ++i) {
-    if (notifiees_[i]) notifiees_[i]->handleChange(change);
-    // From here on `this` may be a dangling pointer.
+  std::size_t notified = 0;
+  try {
+    while (notified < present) {
+      if (Notifiee* const notifiee = notifiees_[notified++]) notifiee->handleChange(change);
+      // From here on `this` may be a dangling pointer.
+      if (delivery.listDestroyed()) return;
+    }
+  } catch (...) {
+    if (!delivery.listDestroyed() && undo(context)) deliverQuietly(delivery, change, notified);
+    throw;
+  }
+}
+
+void NotifieeList::deliverRemoval(const Change& change) noexcept {
+  const Delivery delivery(*this);
+  deliverQuietly(delivery, change, notifiees_.size());
+}
+
+void NotifieeList::deliverQuietly(const Delivery& delivery, const Change& change,
+                                  std::size_t count) noexcept {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (Notifiee* const notifiee = notifiees_[i]) {
+      Kiv::notifyOfRemoval([&] { notifiee->handleChange(change); });
+    }
     if (delivery.listDestroyed()) return;
   }
 }

@@ -3,6 +3,14 @@
 // Notification is synchronous: the thread that changes an attribute runs the handler of every
 // observer before the operation that changes it returns. A list and its observers have no lock of
 // their own. They belong to one thread, or to the lock that guards the observed object.
+//
+// Observers that throw. All collections, tables and parse rules follow one rule:
+// - Insertion, or replacement of a value. The exception ends the notification. The insertion is
+//   undone. The observers that were notified of it, including the one that threw, are notified of
+//   the undoing as of a removal; the others, behind it, hear of neither. Then the exception reaches
+//   the caller that inserted.
+// - Removal. The exception is caught and traced (Kiv/ObserverFailure.h). The removal stands, and
+//   all other observers are notified of it.
 #ifndef KIV_NOTIFIEELIST_H
 #define KIV_NOTIFIEELIST_H
 
@@ -59,8 +67,7 @@ class OV_EXPORT Notifiee {
 
   // Called after each change of the observed object. The handler may change the object again (which
   // causes a nested notification), register and unregister observers, and destroy this observer or
-  // the object. An exception ends the notification: later observers are not notified, the change
-  // remains, and the exception reaches the caller that made the change.
+  // the object. For exceptions see the rule at the top of this file.
   virtual void handleChange(const Change& change) = 0;
 
   // Observes the object with this list, in place of the one observed before; null: observes
@@ -89,11 +96,27 @@ class OV_EXPORT NotifieeList {
   // object.
   ~NotifieeList();
 
-  // Calls handleChange(change) of every observer that is registered when the call begins and still
-  // registered at its turn. An observer that registers meanwhile is notified from the next change
-  // on. Exceptions: see Notifiee::handleChange(). The list may not exist any more on return.
+  // Notifies of an insertion: calls handleChange(change) of every observer that is registered when
+  // the call begins and still registered at its turn. An observer that registers meanwhile is
+  // notified from the next change on. The list may not exist any more on return.
+  //
+  // If an observer throws, calls `undo()`, which takes the insertion back, returns whether it did
+  // so, and does not throw. If it did, notifies the observers up to the one that threw once more.
+  // Then passes the exception on. `undo` is not called if an observer has destroyed the list.
+  template <class Undo>
+  void notifyOfInsertion(const Change& change, const Undo& undo) {
+    if (notifiees_.empty()) return;
+    deliverInsertion(
+        change, [](const void* context) { return (*static_cast<const Undo*>(context))(); }, &undo);
+  }
+  // Notifies of a removal, in the same way. Exceptions of observers are caught and traced.
+  void notifyOfRemoval(const Change& change) noexcept {
+    if (!notifiees_.empty()) deliverRemoval(change);
+  }
+  // Notifies of a change that nobody can undo, such as that of a counter. If an observer throws,
+  // later observers are not notified, the change remains, and the exception reaches the caller.
   void notify(const Change& change) {
-    if (!notifiees_.empty()) deliver(change);
+    notifyOfInsertion(change, [] { return false; });
   }
 
   // The number of observers.
@@ -104,7 +127,13 @@ class OV_EXPORT NotifieeList {
 
   class Delivery;
 
-  void deliver(const Change& change);
+  // Takes back an insertion that `context` describes; returns whether there was anything to undo.
+  using UndoCall = bool (*)(const void* context);
+
+  void deliverInsertion(const Change& change, UndoCall undo, const void* context);
+  void deliverRemoval(const Change& change) noexcept;
+  // Notifies the first `count` observers, and traces what they throw.
+  void deliverQuietly(const Delivery& delivery, const Change& change, std::size_t count) noexcept;
   void add(Notifiee* notifiee) { notifiees_.push_back(notifiee); }
   void remove(const Notifiee* notifiee) noexcept;
 

@@ -20,6 +20,7 @@
 #include <set>
 #include <utility>
 
+#include "Kiv/Detail/RunningInsertions.h"
 #include "Kiv/Export.h"
 #include "Kiv/NotifieeList.h"
 #include "Kiv/PtrInterface.h"
@@ -79,7 +80,7 @@ class OV_EXPORT NotifyingMapMember final : public PtrInterface {
 // After each insertion, each removal and each replacement of a value by an unequal one, the map
 // notifies the observers of the owner, if the owner's notification is active. The Change has the
 // attribute's number and the key. Observers run after the change, so they find the map in its new
-// state. An exception of an observer reaches the caller; the change remains.
+// state. Observers that throw: see the rule in Kiv/NotifieeList.h.
 //
 // Observers may change the map and may destroy the owner. So the map may not exist any more when a
 // changing operation returns, unless the caller holds a reference to the owner.
@@ -153,24 +154,21 @@ class OV_EXPORT NotifyingMap {
 
   // Gives `key` the value `value`; returns whether that changed anything. Observers are notified
   // only in this case. An existing entry stays the same object and gets the new value. Throws
-  // std::bad_alloc, and then changes nothing.
+  // std::bad_alloc, and what an observer throws. In both cases nothing is changed, unless an
+  // observer has changed the entry again; that change stands.
   bool set(const Key& key, Value value) {
-    typename Member::Ptr member = at(members_.find(key));
+    const typename Member::Ptr member = at(members_.find(key));
     if (!member) {
-      member = typename Member::Ptr(new Member(key, std::move(value)));
-      members_.insert(member);
+      insert(typename Member::Ptr(new Member(key, std::move(value))));
     } else if (member->value_ == value) {
       return false;
     } else {
-      // `value` now has the former value, which is destroyed when this function returns: its
-      // destructor may run code that uses the map.
-      std::swap(member->value_, value);
+      replace(member, value);
     }
-    notify(member->key());
     return true;
   }
   // Removes the entry of `key`; returns whether there was one. Observers are notified only in this
-  // case. `key` may be a reference to the key of the entry itself.
+  // case; what they throw is traced. `key` may be a reference to the key of the entry itself.
   bool del(const Key& key) { return erase(members_.find(key)); }
   // Removes the entry at `position`, if this very entry is still in the map; returns whether it
   // was. A newer entry with the same key stays. Observers are notified as above. `position` stays
@@ -179,7 +177,6 @@ class OV_EXPORT NotifyingMap {
   // Removes the entries that are present when the call begins, with one notification for each.
   // Entries that observers insert meanwhile stay. The caller must hold a reference to the owner,
   // because an observer might drop the last one. Throws std::bad_alloc, and then changes nothing.
-  // An exception of an observer ends the call; the entries not reached yet stay.
   void delAll() {
     for (const typename Member::Ptr& member : Members(members_)) erase(find(member));
   }
@@ -221,24 +218,48 @@ class OV_EXPORT NotifyingMap {
   typename Member::Ptr at(typename Members::const_iterator position) const {
     return position == members_.end() ? nullptr : *position;
   }
+  void insert(const typename Member::Ptr& member) {
+    members_.insert(member);
+    notifyOfInsertion(member, [&] { members_.erase(member); });
+  }
+  // `value` then has the former value, which the caller destroys when it returns: the destructor
+  // may run code that uses the map.
+  void replace(const typename Member::Ptr& member, Value& value) {
+    std::swap(member->value_, value);
+    notifyOfInsertion(member, [&] { std::swap(member->value_, value); });
+  }
   // The local reference keeps the entry, and with it the key that the observers receive, until the
   // notification has ended.
-  bool erase(typename Members::const_iterator position) {
+  bool erase(typename Members::const_iterator position) noexcept {
     if (position == members_.end()) return false;
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the entry
     const typename Member::Ptr member = *position;
     members_.erase(position);
-    notify(member->key());
+    insertions_.changed(member);
+    if (owner_.hasNotificationActive()) {
+      owner_.notifieeList()->notifyOfRemoval(Change(attribute_, member->key()));
+    }
     return true;
   }
-  // Last in every operation: `this` may not exist any more afterwards.
-  void notify(const Key& key) const {
-    if (owner_.hasNotificationActive()) owner_.notifieeList()->notify(Change(attribute_, key));
+  // Notifies of an insertion or replacement, which `undo` takes back. Last in its operation: `this`
+  // may not exist any more afterwards. The insertion is recorded even if nobody is notified,
+  // because running ones of the same entry are then out of date.
+  template <class Undo>
+  void notifyOfInsertion(const typename Member::Ptr& member, const Undo& undo) {
+    typename RunningInsertions<typename Member::Ptr>::Running insertion(insertions_, member);
+    if (!owner_.hasNotificationActive()) return;
+    owner_.notifieeList()->notifyOfInsertion(Change(attribute_, member->key()), [&] {
+      if (!insertion.isLatest()) return false;
+      undo();
+      insertion.undone();
+      return true;
+    });
   }
 
   const PtrInterface& owner_;
   const U32 attribute_;
   Members members_;
+  RunningInsertions<typename Member::Ptr> insertions_;
 };
 
 }  // namespace Kiv

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Kiv/Detail/FlatSet.h"
+#include "Kiv/Detail/RunningInsertions.h"
 #include "Kiv/NotifieeList.h"
 #include "Kiv/PtrInterface.h"
 #include "Kiv/Types.h"
@@ -18,7 +19,7 @@ namespace Kiv {
 // After each insertion and each removal of a key, the set notifies the observers of the owner, if
 // the owner's notification is active. The Change has the attribute's number and the key. Observers
 // run after the change, so they find the set in its new state; has() tells whether the key was
-// inserted or removed. An exception of an observer reaches the caller; the change remains.
+// inserted or removed. Observers that throw: see the rule in Kiv/NotifieeList.h.
 //
 // Threads: as the NotifieeList of the owner. Reading counts as use, too (Kiv/Detail/FlatSet.h).
 // Requirements for Key and Hash are those of FlatSet.
@@ -34,18 +35,23 @@ class NotifyingSet {
   NotifyingSet& operator=(const NotifyingSet&) = delete;
 
   // Inserts `key`; returns whether it was absent. Observers are notified only in this case. Throws
-  // std::bad_alloc, and then changes nothing. An observer may destroy the owner, so the set may not
-  // exist any more on return, unless the caller holds a reference to the owner.
+  // std::bad_alloc, and what an observer throws. In both cases nothing is changed, except that the
+  // key stays if an observer has removed it and inserted it anew. An observer may destroy the
+  // owner, so the set may not exist any more on return, unless the caller holds a reference to the
+  // owner.
   bool add(Key key) {
     if (!keys_.add(key)) return false;
-    notify(key);
+    if (owner_.hasNotificationActive()) notifyOfInsertion(key);
     return true;
   }
-  // Removes `key`; returns whether it was present. Observers are notified only in this case. As for
-  // add(), the set may not exist any more on return.
-  bool del(Key key) {
+  // Removes `key`; returns whether it was present. Observers are notified only in this case; what
+  // they throw is traced. As for add(), the set may not exist any more on return.
+  bool del(Key key) noexcept {
     if (!keys_.del(key)) return false;
-    notify(key);
+    insertions_.changed(key);
+    if (owner_.hasNotificationActive()) {
+      owner_.notifieeList()->notifyOfRemoval(Change(attribute_, key));
+    }
     return true;
   }
   // Removes the keys that are present when the call begins, with one notification for each. Keys
@@ -77,14 +83,21 @@ class NotifyingSet {
   std::vector<Key> keys() const { return {keys_.begin(), keys_.end()}; }
 
  private:
-  // Last in every operation: `this` may not exist any more afterwards.
-  void notify(const Key& key) const {
-    if (owner_.hasNotificationActive()) owner_.notifieeList()->notify(Change(attribute_, key));
+  // Last in its operation: `this` may not exist any more afterwards.
+  void notifyOfInsertion(const Key& key) {
+    typename RunningInsertions<Key>::Running insertion(insertions_, key);
+    owner_.notifieeList()->notifyOfInsertion(Change(attribute_, key), [&] {
+      if (!insertion.isLatest()) return false;
+      keys_.del(key);
+      insertion.undone();
+      return true;
+    });
   }
 
   const PtrInterface& owner_;
   const U32 attribute_;
   FlatSet<Key, Hash> keys_;
+  RunningInsertions<Key> insertions_;
 };
 
 }  // namespace Kiv

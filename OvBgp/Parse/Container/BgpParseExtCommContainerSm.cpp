@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Dorn/NotifyingObject.h"
 #include "Kiv/Exception.h"
@@ -51,6 +52,11 @@ BgpParseExtCommContainerSm::Ptr bgpParseExtCommContainerSmFactory() {
   return Dorn::notifyingObject<BgpParseExtCommContainerSm>();
 }
 
+// A destructor of a plugin may append further plugins, hence the loop.
+BgpParseExtCommContainerSm::~BgpParseExtCommContainerSm() {
+  while (!extCommParserSms_.empty()) extCommParserSmsDelAll();
+}
+
 // The plugins exist before the tree, so that each node gets its rules when it is announced. The
 // opposite order would work as well, but the plugins would then have to serve all nodes afterwards.
 void BgpParseExtCommContainerSm::handleInitialized() {
@@ -87,23 +93,30 @@ void BgpParseExtCommContainerSm::extCommParserSmsIs(U32 index, const PluginPtr& 
                               " not allowed");
   }
   if (index == extCommParserSms_.size()) return extCommParserSmsEnq(plugin);
-  extCommParserSms_[index] = needed(plugin);
+  PluginPtr incoming = needed(plugin);
+  // `incoming` releases the previous plugin when the function returns.
+  extCommParserSms_[index].swap(incoming);
 }
 
 BgpParseExtCommContainerSm::PluginPtr BgpParseExtCommContainerSm::extCommParserSmsDeq() {
   if (extCommParserSms_.empty()) return nullptr;
   PluginPtr front = std::move(extCommParserSms_.front());
-  extCommParserSms_.pop_front();
+  extCommParserSms_.erase(extCommParserSms_.begin());
   return front;
 }
 
 bool BgpParseExtCommContainerSm::extCommParserSmsDel(U32 index) {
   if (index >= extCommParserSms_.size()) return false;
-  extCommParserSms_.erase(extCommParserSms_.begin() + static_cast<std::ptrdiff_t>(index));
+  const auto at = extCommParserSms_.begin() + static_cast<std::ptrdiff_t>(index);
+  const PluginPtr gone = std::move(*at);
+  extCommParserSms_.erase(at);
   return true;
 }
 
-void BgpParseExtCommContainerSm::extCommParserSmsDelAll() { extCommParserSms_.clear(); }
+void BgpParseExtCommContainerSm::extCommParserSmsDelAll() {
+  std::vector<PluginPtr> gone;
+  gone.swap(extCommParserSms_);
+}
 
 BgpParseExtCommContainerSm::PluginPtr BgpParseExtCommContainerSm::extCommParserSmsFront() const {
   return extCommParserSms(0);

@@ -9,7 +9,7 @@
 #ifndef OVBGP_PARSE_CONTAINER_BGPPARSEEXTCOMMCONTAINERSM_H
 #define OVBGP_PARSE_CONTAINER_BGPPARSEEXTCOMMCONTAINERSM_H
 
-#include <deque>
+#include <vector>
 
 #include "Kiv/Export.h"
 #include "Kiv/Ptr.h"
@@ -63,8 +63,9 @@ class OV_EXPORT BgpParseExtCommContainerSm final : public Kiv::PtrInterface {
   const Kiv::Ptr<BgpShowCli::ExtCommCache>& extCommCache() const noexcept { return extCommCache_; }
 
   // Appends `plugin` to the queue of plugins. The queue only keeps plugins alive: a plugin that
-  // leaves it is destroyed unless another reference exists, and its rules stay in the tree. Throws
-  // Kiv::NullArgumentException for null.
+  // leaves it is destroyed unless another reference exists, and its rules stay in the tree. All
+  // operations change the queue first and release plugins last, so the destructor of a plugin may
+  // call them. Throws Kiv::NullArgumentException for null.
   void extCommParserSmsEnq(const PluginPtr& plugin);
   // Replaces the plugin at `index`, counted from 0, or appends if `index` is the size of the queue.
   // Throws Kiv::RangeException for a greater index, Kiv::NullArgumentException for null.
@@ -73,7 +74,7 @@ class OV_EXPORT BgpParseExtCommContainerSm final : public Kiv::PtrInterface {
   PluginPtr extCommParserSmsDeq();
   // Removes the plugin at `index`; returns whether there was a plugin.
   bool extCommParserSmsDel(U32 index);
-  // Removes all plugins.
+  // Removes all plugins, then releases them. Plugins that a destructor appends meanwhile stay.
   void extCommParserSmsDelAll();
   // Returns the first plugin; null if the queue is empty.
   PluginPtr extCommParserSmsFront() const;
@@ -85,10 +86,15 @@ class OV_EXPORT BgpParseExtCommContainerSm final : public Kiv::PtrInterface {
   U32 extCommParserSms() const noexcept { return static_cast<U32>(extCommParserSms_.size()); }
 
  private:
+  // Called by the reference count only. Empties the queue before the members are destroyed, because
+  // the destructor of a plugin may use the queue.
+  ~BgpParseExtCommContainerSm() override;
+
   // Creates registry, plugins, root and cache.
   void handleInitialized();
 
-  std::deque<PluginPtr> extCommParserSms_;
+  // A vector, since removing all plugins must not allocate, and the queue is short.
+  std::vector<PluginPtr> extCommParserSms_;
   Kiv::Ptr<BgpParseExtCommRuleCollections> parseExtCommRuleCollections_;
   Kiv::Ptr<BgpParseExtendedCommunityRule> extCommParser_;
   Kiv::Ptr<BgpShowCli::ExtCommCache> extCommCache_;

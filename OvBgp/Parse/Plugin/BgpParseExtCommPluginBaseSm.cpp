@@ -4,6 +4,14 @@ namespace Routing::Bgp {
 
 KIV_OBJECT_DEFINE(BgpParseExtCommPluginBaseSm)
 
+// The call is not virtual here, in the constructor, which is what is wanted: a derived class that
+// overrides it is not constructed yet.
+BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm(
+    const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
+    : ruleCollections_(*this, collections) {
+  PtrInterface::hasNotificationActiveIs(true);
+}
+
 BgpParseExtCommPluginBaseSm::Ptr BgpParseExtCommPluginBaseSmIs(
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
   return bgpParseExtCommPluginIs<BgpParseExtCommPluginBaseSm>(collections);

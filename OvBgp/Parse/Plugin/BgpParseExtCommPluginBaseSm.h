@@ -5,6 +5,8 @@
 #ifndef OVBGP_PARSE_PLUGIN_BGPPARSEEXTCOMMPLUGINBASESM_H
 #define OVBGP_PARSE_PLUGIN_BGPPARSEEXTCOMMPLUGINBASESM_H
 
+#include <type_traits>
+
 #include "Kiv/Assert.h"
 #include "Kiv/Export.h"
 #include "Kiv/NotifieeList.h"
@@ -27,6 +29,7 @@ Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
     const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections) {
   Kiv::Ptr<Plugin> plugin(new Plugin(collections));
   plugin->hasNotificationActiveIs(true);
+  plugin->template servedAre<Plugin>();
   plugin->begin();
   return plugin;
 }
@@ -44,13 +47,23 @@ Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
     KIV_ASSERT(rule, "rule != __null", "OvBgp/Parse/ExtComm");                              \
     key.rule()->subTypeRuleIs(rule);                                                        \
   }                                                                                         \
-  /* Runs the operation for the node of `key`, with the node's own control.             */  \
-  void handle(const Kind::Key& key) const { instantiate(key, key.rule()->parseControl()); } \
+  /* Runs the operation for the node of `key`, with the node's own control. Does not    */  \
+  /* look at the node if the plugin's class does not override the operation.            */  \
+  void handle(const Kind::Key& key) const {                                                 \
+    if (isServed<Kind>()) instantiate(key, key.rule()->parseControl());                     \
+  }                                                                                         \
   /* Runs the operation for each node of this kind that is announced now.               */  \
   void handle() const { handleInstances(Kind{}); }                                          \
                                                                                             \
  private:                                                                                   \
-  void handleInstance(const Kind::Key& key) const { handle(key); }
+  void handleInstance(const Kind::Key& key) const { handle(key); }                          \
+  template <class Plugin>                                                                   \
+  static constexpr bool inherits(Kind) {                                                    \
+    return requires {                                                                       \
+      requires std::is_same_v<decltype(&Plugin::instantiate),                               \
+                              decltype(&BgpParseExtCommPluginBaseSm::instantiate)>;         \
+    };                                                                                      \
+  }
 
 // Observes a registry and serves its nodes. For each kind of node there are four functions:
 //   instantiate...SubRule(key, control)   the operation: builds a rule and adds it to key.rule().
@@ -64,11 +77,17 @@ Kiv::Ptr<Plugin> bgpParseExtCommPluginIs(
 // A plugin does not distinguish announcement and withdrawal. Rules added to a node during its
 // withdrawal are destroyed with it. Rules added earlier live until the node is withdrawn, also
 // after the plugin is destroyed. An exception from an operation aborts the construction of the
-// node; during a withdrawal the exception is swallowed.
+// node; during a withdrawal the exception is traced. Kiv/NotifieeList.h has the rule.
 //
 // Create plugins with bgpParseExtCommPluginIs(), unless the constructor of their class calls
-// constructed(), as the library's plugins do. A plugin is notified only while its own notification
-// is on; after a pause, handleStartup() serves the nodes that it missed.
+// constructed(), as the library's plugins do. In both ways a new plugin has served the nodes that
+// are announced and serves those that will be. A plugin is notified only while its own notification
+// is on, as it is from the beginning; after a pause, handleStartup() serves the nodes that it
+// missed.
+//
+// Operations that the class of a plugin does not override are never called. The class is known to
+// bgpParseExtCommPluginIs() and to constructed<Plugin>(); if a plugin was created in another way,
+// all operations are called, and the default ones do nothing.
 //
 // The plugin holds a reference to the registry, and the registry none to the plugin. The destructor
 // unregisters the plugin. Owner thread only.
@@ -76,11 +95,11 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
   KIV_OBJECT(BgpParseExtCommPluginBaseSm)
 
  public:
-  // Observes `collections`; null observes nothing. Serves no node yet, because the operations are
-  // virtual and the derived class is not constructed.
+  // Observes `collections` from now on, with notification on; null observes nothing. Does not serve
+  // the nodes that are announced already, because the operations are virtual and the derived class
+  // is not constructed.
   explicit BgpParseExtCommPluginBaseSm(
-      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections)
-      : ruleCollections_(*this, collections) {}
+      const Kiv::Ptr<const BgpParseExtCommRuleCollections>& collections);
 
   // Runs the operations for all announced nodes, in the order of the registry's collections. A rule
   // that an earlier run added is replaced by a new one.
@@ -104,9 +123,12 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
     KIV_ASSERT(rule, "__null != rule", "OvBgp/Parse/ExtComm");
     key.rule()->typeRuleIs(rule);
   }
-  // Runs the operation for the root of `key`, with the root's own control.
+  // Runs the operation for the root of `key`, with the root's own control. Does not look at the
+  // root if the plugin's class does not override the operation.
   void handleExtendedCommunityTypeRuleInstance(const BgpParseExtendedCommunityRuleKey& key) const {
-    instantiateExtendedCommunityTypeSubRule(key, key.rule()->parseControl());
+    if (isServed<BgpParseKindRoot>()) {
+      instantiateExtendedCommunityTypeSubRule(key, key.rule()->parseControl());
+    }
   }
   // Runs the operation for each root that is announced now.
   void handleExtendedCommunityTypeRuleInstance() const { handleInstances(BgpParseKindRoot{}); }
@@ -170,9 +192,19 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
                      handleExtCommIp6SubTypeNonTransRuleInstance)
 
  protected:
+  // Called by the reference count only. Unregisters the plugin.
+  ~BgpParseExtCommPluginBaseSm() override = default;
+
   // Serves all announced nodes. Call it at the end of the constructor of a final class, and nowhere
   // else, because it calls virtual functions. bgpParseExtCommPluginIs() then serves no node twice.
   void constructed();
+  // Does the same, and records which operations the final class `Plugin` overrides.
+  template <class Plugin>
+  void constructed() {
+    static_assert(std::is_final_v<Plugin>, "a derived class could override further operations");
+    servedAre<Plugin>();
+    constructed();
+  }
 
  private:
   template <class Plugin>
@@ -181,6 +213,33 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
 
   // Runs handleStartup() unless constructed() has run it.
   void begin();
+
+  // Whether `Plugin` inherits the operation of the kind. Overloads by kind, one here and one for
+  // each type kind above. The type of a pointer to member names the class that declares the member.
+  template <class Plugin>
+  static constexpr bool inherits(BgpParseKindRoot) {
+    return requires {
+      requires std::is_same_v<
+          decltype(&Plugin::instantiateExtendedCommunityTypeSubRule),
+          decltype(&BgpParseExtCommPluginBaseSm::instantiateExtendedCommunityTypeSubRule)>;
+    };
+  }
+  // The bit of `Kind` in served_.
+  template <class Kind>
+  static constexpr U32 servedBit = U32{1} << (Kind::attribute - BgpParseKindRoot::attribute);
+  template <class Plugin, class... Kind>
+  static constexpr U32 servedBy(BgpParseKindList<Kind...>) {
+    return ((inherits<Plugin>(Kind{}) ? U32{0} : servedBit<Kind>) | ...);
+  }
+  // Records the operations that `Plugin`, the class of this object, overrides.
+  template <class Plugin>
+  void servedAre() {
+    served_ = servedBy<Plugin>(BgpParseNodeKinds{});
+  }
+  template <class Kind>
+  bool isServed() const {
+    return (served_ & servedBit<Kind>) != 0;
+  }
 
   // The observer of the registry: a member that forwards each change to the plugin.
   class OV_EXPORT KivRuleCollections final : public Kiv::Notifiee {
@@ -228,6 +287,8 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
   void handleInstances(Kind kind) const;
 
   KivRuleCollections ruleCollections_;
+  // The kinds whose operations the class overrides; all of them until the class is known.
+  U32 served_ = ~U32{0};
   bool hasBegun_ = false;
 };
 #undef SUBTYPE_OPERATIONS
@@ -238,12 +299,16 @@ class OV_EXPORT BgpParseExtCommPluginBaseSm : public Kiv::PtrInterface {
 #define BGP_PARSE_PLUGIN_BODY(Plugin)                                                           \
   KIV_OBJECT(Plugin)                                                                            \
                                                                                                 \
+  /* Called by the reference count only. */                                                     \
+  ~Plugin() override = default;                                                                 \
+                                                                                                \
  public:                                                                                        \
-  /* Observes `collections` and serves all nodes that are announced now; null does nothing.  */ \
+  /* Observes `collections` and serves all nodes, those that are announced now and later;    */ \
+  /* null does nothing.                                                                      */ \
   explicit Plugin(                                                                              \
       const ::Kiv::Ptr<const ::Routing::Bgp::BgpParseExtCommRuleCollections>& collections)      \
       : BgpParseExtCommPluginBaseSm(collections) {                                              \
-    constructed();                                                                              \
+    this->template constructed<Plugin>();                                                       \
   }
 
 // Declares in a plugin class that it serves `Kind`, whose operation is `instantiate`.

@@ -1,8 +1,13 @@
 #include "OvBgp/Parse/Rule/BgpParseExtCommRuleBase.h"
 
 #include "Kiv/Assert.h"
+#include "Kiv/ObserverFailure.h"
 
 namespace Routing::Bgp {
+
+BgpParseExtCommRuleBase::~BgpParseExtCommRuleBase() {
+  KIV_ASSERT(!hasBegun_ || hasEnded_, "!hasBegun_ || hasEnded_", "OvBgp/Parse/ExtComm");
+}
 
 void BgpParseExtCommRuleBase::begin() {
   if (hasBegun_) return;
@@ -26,14 +31,11 @@ void BgpParseExtCommRuleBase::constructed() {
   referenceSubtract();
 }
 
+// The caller only released a reference and could not handle an exception. Exceptions of observers
+// do not arrive here; those of handleDel() itself, of a class of an application, may.
 void BgpParseExtCommRuleBase::handleDelQuietly() noexcept {
-  try {
-    handleDel();
-  } catch (...) {
-    // The exception is an observer's. The key has left the registry before observers are
-    // notified, so the rule's state is consistent. The caller only released a reference and
-    // could not handle the exception.
-  }
+  hasEnded_ = true;
+  Kiv::notifyOfRemoval([this] { handleDel(); });
 }
 
 // Raises the count from zero to one for the duration of handleDel(). Only if it is zero again

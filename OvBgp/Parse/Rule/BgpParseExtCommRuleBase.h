@@ -16,7 +16,13 @@ namespace Routing::Bgp {
 // A rule is announced only when it is fully constructed and somebody owns a reference, because
 // observers call it and may keep a reference. If an observer throws during construction, no
 // observer may keep a reference, because the rule is then destroyed. For the same reason a rule is
-// withdrawn from the registry before its destructor starts.
+// withdrawn from the registry before its destructor starts, when its last reference is released. An
+// observer that throws during a withdrawal does not stop it; Kiv/NotifieeList.h has the rule.
+//
+// Only the reference count destroys rules. The destructors of the library's rules are not public,
+// so that nobody can declare a rule on the stack or in a smart pointer of the standard library: it
+// would be destroyed without being withdrawn, and plugins would use freed memory. A rule class of
+// an application does the same if it calls constructed().
 //
 // Create rules with bgpParseExtCommRuleIs(), or with `new` for a Kiv::Ptr. Any number of threads
 // may parse at the same time as long as no thread changes the tree.
@@ -41,10 +47,14 @@ class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
 
   // Called by the reference count at zero. Runs handleDel() with a temporary reference, so that
   // observers can use the rule. If an observer keeps a reference, the rule survives, but it is not
-  // announced again. Exceptions of handleDel() are swallowed.
+  // announced again. Exceptions of handleDel() are traced.
   void zeroReferencesIs() noexcept final;
 
  protected:
+  // Stops the process if the rule was initialised but not withdrawn, because it was not destroyed
+  // by the reference count. Its key would stay in the registry.
+  ~BgpParseExtCommRuleBase() override;
+
   // Runs handleInitialized() with a temporary reference. Call it at the end of the constructor of
   // a final class, and nowhere else, because it calls virtual functions. If handleInitialized()
   // throws, the rule is withdrawn and the exception passed on.
@@ -69,12 +79,14 @@ class OV_EXPORT BgpParseExtCommRuleBase : public Kiv::PtrInterface {
 
   // Runs handleInitialized() unless it has run before.
   void begin();
-  // Runs handleDel() and swallows exceptions.
+  // Runs handleDel() and traces exceptions.
   void handleDelQuietly() noexcept;
 
   const BgpParseExtCommControl parseControl_;
   // Set before handleInitialized() runs.
   bool hasBegun_ = false;
+  // Set before handleDel() runs.
+  bool hasEnded_ = false;
 };
 
 // Returns a new rule of class `Rule` with notification on, initialised and announced. Throws

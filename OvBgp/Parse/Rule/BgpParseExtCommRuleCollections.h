@@ -52,7 +52,8 @@ class BgpParseExtCommRuleSets<BgpParseKindList<Kind...>> : BgpParseExtCommRuleSe
   /* The keys of the nodes that are announced now, in no particular order. Iterate over a */ \
   /* copy, all().keys(), if nodes may be announced or withdrawn during the loop.          */ \
   const BgpParseExtCommRuleSet<Kind>& all() const noexcept { return keysOf<Kind>(); }        \
-  /* Inserts `key`. Returns false, and notifies nobody, if it is already present. */         \
+  /* Inserts `key`. Returns false, and notifies nobody, if it is already present. Throws  */ \
+  /* std::bad_alloc, and what an observer throws; the key is then absent.                 */ \
   bool addOne(const Kind::Key& key) const { return keysOf<Kind>().add(key); }                \
   /* Removes `key`. Returns false, and notifies nobody, if it is absent. */                  \
   bool delOne(const Kind::Key& key) const { return keysOf<Kind>().del(key); }                \
@@ -71,10 +72,13 @@ class BgpParseExtCommRuleSets<BgpParseKindList<Kind...>> : BgpParseExtCommRuleSe
 //
 // Rules and plugins share a registry and hold it as const. The operations that change the sets are
 // const as well, because announcing a node does not change what the registry is. The registry holds
-// no reference to nodes or observers. Every operation that notifies may throw what an observer
-// throws, after the change. Owner thread only.
+// no reference to nodes or observers. xIs() throws what an observer throws, and then has undone the
+// insertion; xDel() and xDelAll() trace it (the rule is in Kiv/NotifieeList.h). Owner thread only.
 class OV_EXPORT BgpParseExtCommRuleCollections final : public Kiv::PtrInterface {
   KIV_OBJECT(BgpParseExtCommRuleCollections)
+
+  // Called by the reference count only.
+  ~BgpParseExtCommRuleCollections() override = default;
 
  public:
   // Collection 130: root rules.

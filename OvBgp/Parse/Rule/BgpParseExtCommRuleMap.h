@@ -58,6 +58,9 @@ class BgpParseExtCommRuleMap {
     return at < rules_.size() ? rules_[at].ptr() : nullptr;
   }
 
+  // Whether there is a rule for `key`.
+  bool has(Key key) const noexcept { return find(key) != nullptr; }
+
   // Returns the object that the child for `octet` builds of `content`. Returns null if the octet
   // has no name in the enumeration, if it has no rule, or if the rule returns null. Names are
   // checked first, so a rule stored under the marker 256 or under an unnamed octet is never called.

@@ -63,6 +63,9 @@ class BgpParseExtCommLeafRule : public SubtypeRuleBase {
       : public ::Routing::Bgp::BgpParseExtCommLeafRule<SubtypeRuleBase, __VA_ARGS__> { \
     KIV_OBJECT(Class)                                                                  \
                                                                                        \
+    /* Called by the reference count only. */                                          \
+    ~Class() override = default;                                                       \
+                                                                                       \
    public:                                                                             \
     /* Keeps a copy of the control, which is the only argument. */                     \
     using BgpParseExtCommLeafRule::BgpParseExtCommLeafRule;                            \

@@ -92,6 +92,8 @@ class BgpParseExtCommTypeRule : public Kind::TypeRuleBase {
   bool subTypeRuleDel(Subtype subtype) const { return subTypeRule_.del(subtype); }
   // Removes all leaves.
   void subTypeRuleDelAll() const { subTypeRule_.delAll(); }
+  // Returns whether there is a leaf for `subtype`.
+  bool subTypeRuleHas(Subtype subtype) const noexcept { return subTypeRule_.has(subtype); }
   // Returns the leaf of `subtype`; null if there is none.
   SubtypeRulePtr subTypeRule(Subtype subtype) const {
     return SubtypeRulePtr(subTypeRule_.find(subtype));
@@ -127,6 +129,9 @@ class BgpParseExtCommTypeRule : public Kind::TypeRuleBase {
 #define TYPE_RULE(Class, Kind)                                                                 \
   class OV_EXPORT Class final : public BgpParseExtCommTypeRule<Kind> {                         \
     KIV_OBJECT(Class)                                                                          \
+                                                                                               \
+    /* Called by the reference count only. */                                                  \
+    ~Class() override = default;                                                               \
                                                                                                \
    public:                                                                                     \
     /* Announces the rule. Plugins that watch the registry of `control` have added their  */   \

@@ -32,6 +32,9 @@ namespace Routing::Bgp {
 class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRuleBase {
   KIV_OBJECT(BgpParseExtendedCommunityRule)
 
+  // Called by the reference count only.
+  ~BgpParseExtendedCommunityRule() override = default;
+
  public:
   // A counted pointer to a type rule for 8-octet values.
   using TypeRulePtr = Kiv::Ptr<const BgpParseExtendedCommunityTypeRuleBase>;
@@ -62,6 +65,8 @@ class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRule
   bool typeRuleDel(BgpExtCommPktType type) const { return typeRule_.del(type); }
   // Removes all type rules for 8-octet values.
   void typeRuleDelAll() const { typeRule_.delAll(); }
+  // Returns whether there is a rule for `type`.
+  bool typeRuleHas(BgpExtCommPktType type) const noexcept { return typeRule_.has(type); }
   // Returns the rule of `type`; null if there is none.
   TypeRulePtr typeRule(BgpExtCommPktType type) const { return TypeRulePtr(typeRule_.find(type)); }
 
@@ -71,6 +76,8 @@ class OV_EXPORT BgpParseExtendedCommunityRule final : public BgpParseExtCommRule
   bool ip6TypeRuleDel(BgpExtCommIp6PktType type) const { return ip6TypeRule_.del(type); }
   // Removes all type rules for 20-octet values.
   void ip6TypeRuleDelAll() const { ip6TypeRule_.delAll(); }
+  // Returns whether there is a rule for `type` for 20-octet values.
+  bool ip6TypeRuleHas(BgpExtCommIp6PktType type) const noexcept { return ip6TypeRule_.has(type); }
   // Returns the rule of `type` for 20-octet values; null if there is none.
   Ip6TypeRulePtr ip6TypeRule(BgpExtCommIp6PktType type) const {
     return Ip6TypeRulePtr(ip6TypeRule_.find(type));

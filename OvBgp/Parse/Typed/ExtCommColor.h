@@ -32,6 +32,11 @@ class OV_EXPORT ExtCommColor final : public ExtCommSubtyped {
   void formatDerivedType(std::ostream& out) const override;
   // Appends "Color:CO(", the two bits, "):" and the color in decimal, for every `format`.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+
+ private:
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override {
+    appendForPolicy(to, format);
+  }
 };
 
 // Returns a new object with notification on, not interned. The octets of type and subtype are not

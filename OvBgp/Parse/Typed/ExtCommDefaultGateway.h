@@ -24,6 +24,11 @@ class OV_EXPORT ExtCommDefaultGateway final : public ExtCommSubtyped {
   void formatDerivedType(std::ostream& out) const override;
   // Appends "DefaultGateway", for every `format`.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+
+ private:
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override {
+    appendForPolicy(to, format);
+  }
 };
 
 // Returns a new object with notification on, not interned. The octets of type and subtype are not

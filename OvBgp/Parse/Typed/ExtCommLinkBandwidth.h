@@ -42,6 +42,11 @@ class OV_EXPORT ExtCommLinkBandwidth final : public ExtCommAsNumber {
   // Appends a prefix that depends on `format`, the AS number, ":" and the bandwidth, with a
   // unit only in user-interface texts without strepFormatLinkBwWeighted.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+
+ private:
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override {
+    appendForPolicy(to, format);
+  }
 };
 
 // Returns a new object with notification on, not interned. The octets of type and subtype are not

@@ -39,6 +39,11 @@ class OV_EXPORT ExtCommOriginValidationState final : public ExtCommSubtyped {
   // Appends "Origin-Validation-State:" and the state's name to a user-interface text, and nothing
   // to other texts.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+
+ private:
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override {
+    appendForPolicy(to, format);
+  }
 };
 
 // Returns a new object with notification on, not interned. The octets of type and subtype are not

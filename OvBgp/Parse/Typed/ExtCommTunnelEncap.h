@@ -54,6 +54,11 @@ class OV_EXPORT ExtCommTunnelEncap final : public ExtCommSubtyped {
   // Appends "TunnelEncap:" if `format` has strepFormatClassification, and the name of the tunnel
   // type. "-" and the number follow an unknown type.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+
+ private:
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override {
+    appendForPolicy(to, format);
+  }
 };
 
 // Returns a new object with notification on, not interned. The octets of type and subtype are not

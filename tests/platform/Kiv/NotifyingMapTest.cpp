@@ -7,7 +7,6 @@
 #include <memory>
 #include <random>
 #include <stdexcept>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -172,16 +171,43 @@ TEST_F(NotifyingMapTest, AnObserverMayLetGoOfTheObject) {
   letGo([](NumberMap& map) { EXPECT_TRUE(map.set(1, 2)); });
   letGo([](NumberMap& map) { EXPECT_TRUE(map.del(1)); });
   letGo([](NumberMap& map) { EXPECT_TRUE(map.del(map.begin())); });
+  letGo([](NumberMap& map) { map.delAll(); });
   EXPECT_EQ(1U, NumberHost::kivType().objects());
 }
 
-TEST_F(NotifyingMapTest, WhatAnObserverThrowsLeavesTheChange) {
+TEST_F(NotifyingMapTest, WhatAnObserverThrowsUndoesAnInsertionAlone) {
   Observer observer(host_);
-  observer.handler = [](int) { throw std::runtime_error("refused"); };
+  bool isRefused = true;
+  observer.handler = [&](int) {
+    if (isRefused) throw std::runtime_error("refused");
+  };
   EXPECT_THROW(map_.set(1, 10), std::runtime_error);
+  EXPECT_TRUE(map_.empty());
+  isRefused = false;
+  map_.set(1, 10);
+  isRefused = true;
   EXPECT_THROW(map_.set(1, 11), std::runtime_error);
-  EXPECT_EQ((Entries{{1, 11}}), entriesOf(map_));
-  EXPECT_THROW(map_.del(1), std::runtime_error);
+  EXPECT_EQ((Entries{{1, 10}}), entriesOf(map_));
+  // An inner replacement fails, its exception passes through the handler, and both are undone.
+  bool isFirst = true;
+  observer.handler = [&](int) {
+    if (std::exchange(isFirst, false)) map_.set(1, 12);
+    if (map_.find(1)->value() == 12) throw std::runtime_error("refused");
+  };
+  EXPECT_THROW(map_.set(1, 11), std::runtime_error);
+  EXPECT_EQ((Entries{{1, 10}}), entriesOf(map_));
+  // An inner replacement of which all were notified stands.
+  Observer second(host_);
+  observer.handler = [&](int) {
+    if (map_.find(1)->value() == 11) map_.set(1, 13);
+  };
+  second.handler = [&](int) {
+    if (second.heard.size() == 2) throw std::runtime_error("refused");
+  };
+  EXPECT_THROW(map_.set(1, 11), std::runtime_error);
+  EXPECT_EQ((Entries{{1, 13}}), entriesOf(map_));
+  observer.handler = [](int) { throw std::runtime_error("refused"); };
+  EXPECT_TRUE(map_.del(1));
   EXPECT_TRUE(map_.empty());
 }
 

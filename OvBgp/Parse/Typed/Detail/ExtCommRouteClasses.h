@@ -13,10 +13,16 @@
 #include "OvBgp/Value/ExtCommAsNumber.h"
 #include "OvBgp/Value/ExtCommIpv4Address.h"
 
-// Declares the two virtual functions that each of these classes overrides.
-#define EXT_COMM_ROUTE_TEXTS()                              \
-  void formatDerivedType(std::ostream& out) const override; \
-  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+// Declares the virtual functions that each of these classes overrides. Nothing can override their
+// texts again, since the classes are final. The section after the macro is private.
+#define EXT_COMM_ROUTE_TEXTS()                                                                  \
+  void formatDerivedType(std::ostream& out) const override;                                     \
+  void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;   \
+                                                                                                \
+ private:                                                                                       \
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override { \
+    appendForPolicy(to, format);                                                                \
+  }
 
 // Declares the class for AS numbers, `Class`, and `factory`. Objects are immutable and may be used
 // by any thread.

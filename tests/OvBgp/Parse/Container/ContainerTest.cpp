@@ -1,11 +1,14 @@
 // Tests of the container: what it creates, and the operations of its plugin queue.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Kiv/Exception.h"
 #include "OvBgp/Parse/ExtComm.h"
+#include "tests/AllKinds.h"
 
 namespace {
 
@@ -36,14 +39,9 @@ TEST(Container, StartsWithAllItsParts) {
 }
 
 TEST(Container, LeavesNothingBehind) {
+  const U64 before = AllKinds::objectsAlive();
   bgpParseExtCommContainerSmFactory();
-  EXPECT_EQ(0U, BgpParseExtCommContainerSm::kivType().objects());
-  EXPECT_EQ(0U, BgpParseExtCommRuleCollections::kivType().objects());
-  EXPECT_EQ(0U, BgpParseExtendedCommunityRule::kivType().objects());
-  EXPECT_EQ(0U, BgpParseExtCommTransOpaqueRule::kivType().objects());
-  EXPECT_EQ(0U, BgpParseExtComSubTypeTransOpaqueColorRule::kivType().objects());
-  EXPECT_EQ(0U, BgpParseExtCommColorSm::kivType().objects());
-  EXPECT_EQ(0U, BgpShowCli::ExtCommCache::kivType().objects());
+  EXPECT_EQ(before, AllKinds::objectsAlive());
 }
 
 TEST(Container, KeepsTheRootForAnEqualControl) {
@@ -103,6 +101,55 @@ TEST(Container, QueueOfPlugins) {
   EXPECT_TRUE(container->extCommParserSmsDeq() == c);
   EXPECT_TRUE(container->extCommParserSmsDeq() == b);
   EXPECT_EQ(0U, container->extCommParserSms());
+}
+
+// A plugin whose destructor runs a function.
+class LastWordPlugin final : public BgpParseExtCommPluginBaseSm {
+ public:
+  explicit LastWordPlugin(std::function<void()> last)
+      : BgpParseExtCommPluginBaseSm(nullptr), last_(std::move(last)) {}
+  ~LastWordPlugin() override { last_(); }
+
+ private:
+  const std::function<void()> last_;
+};
+
+// Every operation that releases a plugin, with a destructor that empties the queue and appends a
+// plugin.
+TEST(Container, ADestructorOfAPluginMayUseTheQueue) {
+  using Container = BgpParseExtCommContainerSm;
+  const std::vector<std::pair<const char*, std::function<void(Container&)>>> releases = {
+      {"all", [](Container& container) { container.extCommParserSmsDelAll(); }},
+      {"one", [](Container& container) { EXPECT_TRUE(container.extCommParserSmsDel(3)); }},
+      {"the first",
+       [](Container& container) {
+         for (int i = 0; i < 4; ++i) container.extCommParserSmsDeq();
+       }},
+      {"a replaced one",
+       [](Container& container) {
+         container.extCommParserSmsIs(3, BgpParseExtCommPluginBaseSmIs(nullptr));
+       }},
+      {"the container", [](Container&) {}},
+  };
+  for (const auto& [name, release] : releases) {
+    SCOPED_TRACE(name);
+    Container::Ptr container = bgpParseExtCommContainerSmFactory();
+    Container& raw = *container;
+    int destroyed = 0;
+    const auto lastWord = [&raw, &destroyed] {
+      ++destroyed;
+      raw.extCommParserSmsDelAll();
+      raw.extCommParserSmsEnq(BgpParseExtCommPluginBaseSmIs(nullptr));
+    };
+    raw.extCommParserSmsIs(3, Kiv::Ptr<LastWordPlugin>(new LastWordPlugin(lastWord)));
+    release(raw);
+    if (destroyed != 0) {
+      EXPECT_EQ(std::vector<std::string_view>{"BgpParseExtCommPluginBaseSm"}, pluginsOf(raw));
+    }
+    container = nullptr;
+    EXPECT_EQ(1, destroyed);
+    EXPECT_EQ(0U, BgpParseExtCommPluginBaseSm::kivType().objects());
+  }
 }
 
 }  // namespace

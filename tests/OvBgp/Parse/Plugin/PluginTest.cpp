@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "Kiv/NotifieeList.h"
@@ -120,13 +121,47 @@ TEST(Announcing, AnObserverThatThrowsLeavesNothingBehind) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   const BgpParseExtCommControl control(registry);
   Ear ear(*registry);
-  ear.then = [](const Kiv::Change&) { throw 1; };
+  Ear behind(*registry);
+  ear.then = [](const Kiv::Change& change) {
+    if (change.attribute() == 134) throw 1;
+  };
   EXPECT_THROW(bgpParseExtCommRuleIs<BgpParseExtCommTransOpaqueRule>(control), int);
   EXPECT_EQ((Heard{134, 134}), ear.attributes);
+  EXPECT_EQ(Heard{}, behind.attributes) << "neither the announcement nor its undoing";
   EXPECT_THROW(bgpParseExtendedCommunityRuleFactory(control), int);
+  EXPECT_EQ((Heard{131, 132, 133, 131, 132, 133}), behind.attributes);
   EXPECT_EQ(0U, registry->extendedCommSubTypeTransTwoOctetAsRuleInstance().size());
   EXPECT_EQ(0U, BgpParseExtCommTransTwoOctetAsRule::kivType().objects());
   EXPECT_EQ(0U, BgpParseExtendedCommunityRule::kivType().objects());
+  // At a withdrawal the observers behind are notified all the same.
+  ear.then = nullptr;
+  auto root = bgpParseExtendedCommunityRuleFactory(control);
+  ear.then = [](const Kiv::Change&) { throw 1; };
+  behind.attributes.clear();
+  root = nullptr;
+  EXPECT_EQ(13U, behind.attributes.size());
+  EXPECT_EQ(0U, registry->extendedCommSubTypeTransOpaqueRuleInstance().size());
+}
+
+// A rule of an application that initialises itself, and can be declared on the stack.
+class OwnRule final : public BgpParseExtCommRuleBase {
+  KIV_OBJECT(OwnRule)
+
+ public:
+  OwnRule() : BgpParseExtCommRuleBase(BgpParseExtCommControl()) { constructed(); }
+};
+KIV_OBJECT_DEFINE(OwnRule)
+
+// A rule that is destroyed without being withdrawn would leave its key behind.
+TEST(AnnouncingDeathTest, OnlyTheReferenceCountDestroysRules) {
+  static_assert(!std::is_destructible_v<BgpParseExtendedCommunityRule>);
+  static_assert(!std::is_destructible_v<BgpParseExtComSubTypeTransOpaqueColorRule>);
+  static_assert(!std::is_destructible_v<BgpParseExtCommRuleCollections>);
+  static_assert(!std::is_destructible_v<BgpParseExtCommPluginBaseSm>);
+  static_assert(!std::is_destructible_v<BgpParseExtCommColorSm>);
+  static_assert(!std::is_destructible_v<BgpParseExtCommContainerSm>);
+  const Kiv::Ptr<OwnRule> counted(new OwnRule);
+  EXPECT_DEATH(OwnRule(), "!hasBegun_ .. hasEnded_.*OvBgp/Parse/ExtComm");
 }
 
 TEST(Plugin, LeavesGoWithTheirNode) {
@@ -166,32 +201,12 @@ TEST(Plugin, CatchesUpWhenItIsLateAndStopsWhenTold) {
   EXPECT_EQ("ExtCommColor", classOf(*early, pluginColor)) << "its leaves outlive it";
 }
 
-TEST(Plugin, AllOfThemLateHangExactlyTheirLeaves) {
-  const auto container = bgpParseExtCommContainerSmFactory();
-  const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
-  const auto late = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
-  const std::vector<BgpParseExtCommPluginBaseSm::Ptr> plugins = {
-      bgpParseExtCommRouteOriginSmFactory(registry),
-      bgpParseExtCommRouteTargetSmFactory(registry),
-      bgpParseExtCommTunnelEncapSmFactory(registry),
-      bgpParseExtCommDefaultGatewaySmFactory(registry),
-      bgpParseExtCommLinkBandwidthSmFactory(registry),
-      bgpParseExtCommColorSmFactory(registry),
-      bgpParseExtCommOriginValidationStateSmFactory(registry),
-      BgpParseExtCommPluginBaseSmIs(registry),
-      BgpParseExtCommPluginBaseSmIs(nullptr)};
-  for (U64 kind = 0; kind <= 0xffff; ++kind) {
-    const ExtCommContent content(kind << 48);
-    ASSERT_EQ(classOf(*container->extCommParser(), content), classOf(*late, content));
-  }
-}
-
 template <class... Plugin>
 std::vector<BgpParseExtCommPluginBaseSm::Ptr> constructed(const Collections::Ptr& registry) {
   return {Kiv::Ptr<Plugin>(new Plugin(registry))...};
 }
 
-TEST(Plugin, ConstructorsServeNodesThatAreThere) {
+TEST(Plugin, ConstructorsServeNodesOfBeforeAndAfter) {
   const auto container = bgpParseExtCommContainerSmFactory();
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
   const auto early = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
@@ -200,9 +215,12 @@ TEST(Plugin, ConstructorsServeNodesThatAreThere) {
                   BgpParseExtCommTunnelEncapSm, BgpParseExtCommDefaultGatewaySm,
                   BgpParseExtCommLinkBandwidthSm, BgpParseExtCommColorSm,
                   BgpParseExtCommOriginValidationStateSm, BgpParseExtCommPluginBaseSm>(registry);
+  const auto late = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
   for (U64 kind = 0; kind <= 0xffff; ++kind) {
     const ExtCommContent content(kind << 48);
-    ASSERT_EQ(classOf(*container->extCommParser(), content), classOf(*early, content));
+    const std::string_view expected = classOf(*container->extCommParser(), content);
+    ASSERT_EQ(expected, classOf(*early, content));
+    ASSERT_EQ(expected, classOf(*late, content));
   }
 }
 
@@ -276,6 +294,46 @@ class BusyPlugin final : public BgpParseExtCommPluginBaseSm {
   mutable int servedIp6 = 0;
   std::function<void()> then;
 };
+
+// Overrides an operation where &Plugin::operation is not accessible.
+class HiddenPlugin : public BgpParseExtCommPluginBaseSm {
+ public:
+  using BgpParseExtCommPluginBaseSm::BgpParseExtCommPluginBaseSm;
+  mutable int served = 0;
+
+ private:
+  void instantiateExtCommSubTypeTransOpaqueSubRule(const BgpParseExtCommSubTypeTransOpaqueRuleKey&,
+                                                   const BgpParseExtCommControl&) const override {
+    ++served;
+  }
+};
+// Inherits the override.
+class HeirPlugin final : public HiddenPlugin {
+ public:
+  using HiddenPlugin::HiddenPlugin;
+};
+
+// A handler looks at the node of its key only if the plugin overrides the operation. The keys here
+// name no node.
+TEST(Plugin, LooksOnlyAtNodesThatItServes) {
+  const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();
+  const BgpParseExtCommSubTypeTransGenericRuleKey genericKey;
+  const BgpParseExtendedCommunityRuleKey rootKey;
+  registry->extendedCommSubTypeTransGenericRuleInstanceIs(genericKey);
+  const auto heir = bgpParseExtCommPluginIs<HeirPlugin>(registry);
+  const std::vector<BgpParseExtCommPluginBaseSm::Ptr> plugins = {
+      heir, BgpParseExtCommPluginBaseSmIs(registry), bgpParseExtCommColorSmFactory(registry),
+      BgpParseExtCommPluginBaseSm::Ptr(new BgpParseExtCommRouteTargetSm(registry))};
+  for (const auto& plugin : plugins) {
+    plugin->handleStartup();
+    plugin->handleExtCommSubTypeTransGenericRuleInstance(genericKey);
+    plugin->handleExtendedCommunityTypeRuleInstance(rootKey);
+  }
+  registry->extendedCommunityTypeRuleInstanceIs(rootKey);
+  EXPECT_EQ(0, heir->served);
+  const auto root = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl(registry));
+  EXPECT_EQ(1, heir->served);
+}
 
 TEST(Plugin, CallsNoNodeThatWentDuringTheReplay) {
   const Collections::Ptr registry = bgpParseExtCommRuleCollectionsFactory();

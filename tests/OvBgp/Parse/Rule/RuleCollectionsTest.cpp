@@ -73,85 +73,26 @@ void check(U32 attribute, typename CollectionCheck<Kind>::All all,
 }
 
 TEST(BgpParseExtCommRuleCollections, EachCollectionIsItsOwn) {
-  check<BgpParseKindRoot>(130, &Collections::extendedCommunityTypeRuleInstance,
-                          &Collections::extendedCommunityTypeRuleInstanceIs,
-                          &Collections::extendedCommunityTypeRuleInstanceDel,
-                          &Collections::extendedCommunityTypeRuleInstanceDelAll,
-                          &Collections::extendedCommunityTypeRuleInstanceHas);
-  check<BgpParseKindTransTwoOctetAs>(
-      131, &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstance,
-      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceIs,
-      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceDel,
-      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeTransTwoOctetAsRuleInstanceHas);
-  check<BgpParseKindTransIpv4Address>(
-      132, &Collections::extendedCommSubTypeTransIpv4AddressRuleInstance,
-      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceIs,
-      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceDel,
-      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeTransIpv4AddressRuleInstanceHas);
-  check<BgpParseKindTransFourOctetAs>(
-      133, &Collections::extendedCommSubTypeTransFourOctetAsRuleInstance,
-      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceIs,
-      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceDel,
-      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeTransFourOctetAsRuleInstanceHas);
-  check<BgpParseKindTransOpaque>(134, &Collections::extendedCommSubTypeTransOpaqueRuleInstance,
-                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceIs,
-                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceDel,
-                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceDelAll,
-                                 &Collections::extendedCommSubTypeTransOpaqueRuleInstanceHas);
-  check<BgpParseKindTransGeneric>(135, &Collections::extendedCommSubTypeTransGenericRuleInstance,
-                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceIs,
-                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceDel,
-                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceDelAll,
-                                  &Collections::extendedCommSubTypeTransGenericRuleInstanceHas);
-  check<BgpParseKindTransGenericPart2>(
-      136, &Collections::extendedCommSubTypeTransGenericPart2RuleInstance,
-      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceIs,
-      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceDel,
-      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceDelAll,
-      &Collections::extendedCommSubTypeTransGenericPart2RuleInstanceHas);
-  check<BgpParseKindTransGenericPart3>(
-      137, &Collections::extendedCommSubTypeTransGenericPart3RuleInstance,
-      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceIs,
-      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceDel,
-      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceDelAll,
-      &Collections::extendedCommSubTypeTransGenericPart3RuleInstanceHas);
-  check<BgpParseKindNonTransTwoOctetAs>(
-      138, &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstance,
-      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceIs,
-      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceDel,
-      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeNonTransTwoOctetAsRuleInstanceHas);
-  check<BgpParseKindNonTransIpv4Address>(
-      139, &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstance,
-      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceIs,
-      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceDel,
-      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeNonTransIpv4AddressRuleInstanceHas);
-  check<BgpParseKindNonTransFourOctetAs>(
-      140, &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstance,
-      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceIs,
-      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceDel,
-      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeNonTransFourOctetAsRuleInstanceHas);
-  check<BgpParseKindNonTransOpaque>(
-      141, &Collections::extendedCommSubTypeNonTransOpaqueRuleInstance,
-      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceIs,
-      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceDel,
-      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceDelAll,
-      &Collections::extendedCommSubTypeNonTransOpaqueRuleInstanceHas);
-  check<BgpParseKindIp6Trans>(142, &Collections::extendedCommIp6SubTypeTransRuleInstance,
-                              &Collections::extendedCommIp6SubTypeTransRuleInstanceIs,
-                              &Collections::extendedCommIp6SubTypeTransRuleInstanceDel,
-                              &Collections::extendedCommIp6SubTypeTransRuleInstanceDelAll,
-                              &Collections::extendedCommIp6SubTypeTransRuleInstanceHas);
-  check<BgpParseKindIp6NonTrans>(143, &Collections::extendedCommIp6SubTypeNonTransRuleInstance,
-                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceIs,
-                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceDel,
-                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceDelAll,
-                                 &Collections::extendedCommIp6SubTypeNonTransRuleInstanceHas);
+#define CHECK_COLLECTION(Kind, attribute, name)                                        \
+  check<BgpParseKind##Kind>(                                                           \
+      attribute, &Collections::name##RuleInstance, &Collections::name##RuleInstanceIs, \
+      &Collections::name##RuleInstanceDel, &Collections::name##RuleInstanceDelAll,     \
+      &Collections::name##RuleInstanceHas)
+  CHECK_COLLECTION(Root, 130, extendedCommunityType);
+  CHECK_COLLECTION(TransTwoOctetAs, 131, extendedCommSubTypeTransTwoOctetAs);
+  CHECK_COLLECTION(TransIpv4Address, 132, extendedCommSubTypeTransIpv4Address);
+  CHECK_COLLECTION(TransFourOctetAs, 133, extendedCommSubTypeTransFourOctetAs);
+  CHECK_COLLECTION(TransOpaque, 134, extendedCommSubTypeTransOpaque);
+  CHECK_COLLECTION(TransGeneric, 135, extendedCommSubTypeTransGeneric);
+  CHECK_COLLECTION(TransGenericPart2, 136, extendedCommSubTypeTransGenericPart2);
+  CHECK_COLLECTION(TransGenericPart3, 137, extendedCommSubTypeTransGenericPart3);
+  CHECK_COLLECTION(NonTransTwoOctetAs, 138, extendedCommSubTypeNonTransTwoOctetAs);
+  CHECK_COLLECTION(NonTransIpv4Address, 139, extendedCommSubTypeNonTransIpv4Address);
+  CHECK_COLLECTION(NonTransFourOctetAs, 140, extendedCommSubTypeNonTransFourOctetAs);
+  CHECK_COLLECTION(NonTransOpaque, 141, extendedCommSubTypeNonTransOpaque);
+  CHECK_COLLECTION(Ip6Trans, 142, extendedCommIp6SubTypeTrans);
+  CHECK_COLLECTION(Ip6NonTrans, 143, extendedCommIp6SubTypeNonTrans);
+#undef CHECK_COLLECTION
 }
 
 TEST(BgpParseExtCommRuleKey, IsItsPointer) {

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "Kiv/Exception.h"
@@ -184,7 +185,9 @@ TYPED_TEST(TypeRule, ReachesLeavesOfNamedSubtypesOnly) {
     leaf->declines = true;
     ASSERT_EQ(extCommClassificationUnSpecified,
               rule->inhale(contentOf(subtype, object))->classification());
+    ASSERT_TRUE(rule->subTypeRuleHas(Subtype{subtype}));
     ASSERT_TRUE(rule->subTypeRuleDel(Subtype{subtype}));
+    ASSERT_FALSE(rule->subTypeRuleHas(Subtype{subtype}));
     ASSERT_FALSE(rule->subTypeRuleDel(Subtype{subtype}));
   }
 }
@@ -211,6 +214,7 @@ TYPED_TEST(TypeRule, HoldsOneLeafASubtype) {
 TYPED_TEST(TypeRule, AnnouncesItselfOnConstruction) {
   const auto registry = bgpParseExtCommRuleCollectionsFactory();
   using Rule = typename TypeParam::Rule;
+  static_assert(!std::is_destructible_v<Rule>, "only the reference count withdraws and destroys");
   Kiv::Ptr<Rule> rule(new Rule(BgpParseExtCommControl(registry)));
   EXPECT_EQ(TypeParam::announced,
             registry->template keysOf<TypeParam>().has(typename TypeParam::Key(rule.ptr())));
@@ -223,14 +227,18 @@ TEST(RuleTree, RootRefusesNullsAndForgetsRules) {
   const auto root = bgpParseExtendedCommunityRuleFactory(BgpParseExtCommControl());
   EXPECT_THROW(root->typeRuleIs(nullptr), Kiv::NullArgumentException);
   EXPECT_THROW(root->ip6TypeRuleIs(nullptr), Kiv::NullArgumentException);
+  EXPECT_TRUE(root->typeRuleHas(extCommPktTypeTransOpaque));
   EXPECT_TRUE(root->typeRuleDel(extCommPktTypeTransOpaque));
+  EXPECT_FALSE(root->typeRuleHas(extCommPktTypeTransOpaque));
   EXPECT_FALSE(root->typeRuleDel(extCommPktTypeTransOpaque));
   EXPECT_FALSE(root->typeRuleDel(extCommPktTypeTransEvpn));
   EXPECT_EQ("ExtComm", root->parseExtendedCommunity(contentOf(3, 11))->fwkType().name());
   root->typeRuleDelAll();
   EXPECT_EQ("ExtComm", root->parseExtendedCommunity(contentOf(0, 2))->fwkType().name());
   EXPECT_TRUE(root->ip6TypeRule(extCommIp6PktTypeTransIpv6Address));
+  EXPECT_TRUE(root->ip6TypeRuleHas(extCommIp6PktTypeTransIpv6Address));
   EXPECT_TRUE(root->ip6TypeRuleDel(extCommIp6PktTypeTransIpv6Address));
+  EXPECT_FALSE(root->ip6TypeRuleHas(extCommIp6PktTypeTransIpv6Address));
   root->ip6TypeRuleDelAll();
   EXPECT_EQ("ExtCommIp6", root->parseExtendedCommunityIp6({0x40, 2, {}, 0})->fwkType().name());
 }
