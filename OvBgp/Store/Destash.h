@@ -24,6 +24,12 @@
 //   `rebuilt` and can never be interned, so the list is for reading only. Do not call its
 //   `dedup`; ExtCommList::dedupDestashed makes an interned list with the same contents. The
 //   same is true of IPv6 lists.
+// - The members and sub-lists of a rebuilt extended list were never interned, and the attributes
+//   that `dedup` computes are missing. Therefore `fitsAttribute` is false for every selection but
+//   `all`, such as `transitive`, and `serialize` returns an empty string for it.
+//   `classificationList(k)` stops the process; read `classificationListVector()` instead. Rebuilt
+//   and interned link bandwidths must not be in one list, because comparing them stops the process.
+//   ExtCommList::dedupDestashed makes an interned list, to which none of this applies.
 // - A value is an object of the base class, ExtComm or ExtCommIp6, with its stored
 //   classification. The class and classification that the rule tree would choose may differ.
 //

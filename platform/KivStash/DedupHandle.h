@@ -15,7 +15,8 @@ namespace KivStash {
 class OV_EXPORT DedupHandle : public Dorn::DedupHandle {
  protected:
   // Only derived classes are constructed; the object is not yet in a table.
-  DedupHandle() noexcept = default;
+  explicit DedupHandle(U8 ownOctet = 0, bool notable = false) noexcept
+      : Dorn::DedupHandle(ownOctet, notable) {}
 };
 
 }  // namespace KivStash

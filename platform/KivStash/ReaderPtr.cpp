@@ -1,7 +1,6 @@
 #include "KivStash/ReaderPtr.h"
 
 #include <sstream>
-#include <thread>
 
 #include "Stash/StoreException.h"
 
@@ -24,21 +23,19 @@ PavoAnchorTranslatorValidator::PavoAnchorTranslatorValidator(const void* stored,
 //
 // A change takes some nanoseconds, so the first load nearly always suffices. An anchor stays odd
 // for longer only if the writer was descheduled or died in the middle of a change. Hence 100 quick
-// attempts, then a few with sched_yield. On a busy machine each yield can take milliseconds, and a
-// dead or hostile writer may have left many images odd; so only one yield is made per image once
-// waiting was in vain several times (StoreManager::worthWaiting).
+// attempts, then a few that yield the processor before, as long as the manager grants time for it.
 U32 PavoAnchorTranslatorValidator::stillAnchor() const {
   constexpr int quickLooks = 100;
-  const int looks = quickLooks + (manager_->worthWaiting() ? 16 : 1);
-  for (int look = 0; look < looks; ++look) {
+  constexpr int yields = 16;
+  for (int look = 0; look < quickLooks + yields; ++look) {
+    if (look >= quickLooks && !manager_->yieldToWriter()) break;
     const U32 anchor = Stash::sharedLoad(image_->anchor);
-    if (anchor % 2 == 0) {
-      if (look > 0) manager_->waitEnds(true);
-      return anchor;
-    }
-    if (look >= quickLooks) std::this_thread::yield();
+    if (anchor % 2 == 0) return anchor;
   }
-  manager_->waitEnds(false);
+  failInChange();
+}
+
+void PavoAnchorTranslatorValidator::failInChange() const {
   std::ostringstream text;
   text << "version anchor: image " << stored_
        << " is being changed, or its writer died while changing it";

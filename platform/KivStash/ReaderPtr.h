@@ -56,7 +56,8 @@ concept StoredElement = !Storable<T> && std::is_trivially_copyable_v<T>;
 // version. Owns a reference to the manager, so the store stays mapped. One thread.
 //
 // If the writer is changing the image during construction, the constructor waits. The wait is
-// bounded by a number of attempts, because the writer may have died in the middle of the change.
+// bounded by a number of attempts, and by the time that the manager grants to all its readers,
+// because the writer may have died in the middle of the change.
 class OV_EXPORT PavoAnchorTranslatorValidator {
  public:
   // `stored` is the writer's address of the image, for example StoredRef::stored. Raises
@@ -88,6 +89,7 @@ class OV_EXPORT PavoAnchorTranslatorValidator {
 
  private:
   U32 stillAnchor() const;
+  [[noreturn]] void failInChange() const;
   void checkKind(Stash::ImageKind kind) const;
 
   const StoreManager::Ptr manager_;

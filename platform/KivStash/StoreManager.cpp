@@ -1,6 +1,7 @@
 #include "KivStash/StoreManager.h"
 
 #include <sstream>
+#include <string>
 #include <utility>
 
 #include "Stash/StoreException.h"
@@ -16,6 +17,10 @@ KIV_OBJECT_DEFINE(StoreManager)
 
 StoreManager::Ptr storeManagerFactory(const Stash::StoreName& name) {
   return StoreManager::Ptr(new StoreManager(name));
+}
+
+StoreManager::Ptr storeManagerFactory(std::shared_ptr<const Stash::Mapping> writers) {
+  return StoreManager::Ptr(new StoreManager(std::move(writers)));
 }
 
 StoreCursor::StoreCursor(StoreManager::Ptr manager) : manager_(std::move(manager)) {
@@ -51,6 +56,22 @@ bool StoreCursor::blockNext() {
   return true;
 }
 
+// Adds the elements of one list to the sum. A list that is too long for the store is not added,
+// because no reader reads it. The known length of the store is compared first, without a system
+// call; the store may have grown since. The count is read without validation: if the writer is just
+// changing the record, the count is that of one list that was in the record.
+void StoreCursor::elementsAdd(const StoredImage& image, U32 elementSize) {
+  const Stash::StoreBase& store = manager_->store();
+  const U64 octets = U64{Stash::sharedLoad(image.count)} * elementSize;
+  if (octets > store.length() && octets > store.lengthNow()) return;
+  elements_ += octets;
+  if (elements_ / 2 <= store.length() || elements_ / 2 <= store.lengthNow()) return;
+  stored_ = nullptr;
+  throw Stash::CountException("lists share their elements: those met so far have " +
+                              std::to_string(elements_) + " octets, in a store of " +
+                              std::to_string(store.length()));
+}
+
 // index_ advances before anything can throw, so the next call continues behind a faulty record. The
 // kind is read without validation: the reader of the image checks it again.
 std::optional<StoredRef> StoreCursor::next() {
@@ -68,6 +89,7 @@ std::optional<StoredRef> StoreCursor::next() {
       text << "image " << stored << ": unknown kind " << static_cast<U32>(kind);
       throw Stash::WrongKindException(text.str());
     }
+    if (imageKindRow(kind).isList) elementsAdd(image, imageKindRow(kind).size);
     return StoredRef{kind, stored};
   }
   return std::nullopt;

@@ -2,62 +2,62 @@
 #ifndef KIVSTASH_STOREMANAGER_H
 #define KIVSTASH_STOREMANAGER_H
 
-#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "Kiv/Export.h"
 #include "Kiv/PtrInterface.h"
+#include "Kiv/Types.h"
+#include "KivStash/Detail/WaitBudget.h"
 #include "KivStash/PtrInterface.h"
 #include "Stash/StoreBase.h"
 
 namespace KivStash {
 
-// An open store, to be passed to the operations that rebuild objects (`destash`). The object is
-// reference-counted. Threads may share one manager if Kiv::VFPtrInterface::threadSafePointers is
-// set; otherwise each thread opens its own.
+// An open store, to be passed to the operations that rebuild objects (`destash`). Threads may share
+// one manager if Kiv::VFPtrInterface::threadSafePointers is set; otherwise each thread opens its
+// own.
+//
+// The object is reference-counted, and `destash` counts references to the manager that it is given.
+// The last reference deletes the manager. A manager that is a local variable or a member would be
+// deleted, too, so such an object cannot be declared: the destructor is protected, and only
+// storeManagerFactory and StoreWriter::manager create managers.
 class OV_EXPORT StoreManager : public PtrInterface {
   KIV_OBJECT(StoreManager)
 
  public:
-  // Opens the store for reading. Raises the exceptions of Stash::StoreBase's constructor.
-  explicit StoreManager(const Stash::StoreName& name) : store_(name) {}
-  // Reads through the mapping of the writer, in the writer's process.
-  explicit StoreManager(std::shared_ptr<const Stash::Mapping> writers)
-      : store_(std::move(writers)) {}
-
   // The mapped store; valid as long as the manager.
   const Stash::StoreBase& store() const noexcept { return store_; }
 
-  // Whether a reader that finds an image in change should wait long for the writer. False after
-  // four waits in a row ended without a finished change, until a reader sees the writer finish one:
-  // a writer that died, or is hostile, may have left any number of anchors odd, and each wait costs
-  // several time slices on a busy machine. Any thread.
-  bool worthWaiting() const noexcept {
-    return waitsInVain_.load(std::memory_order_relaxed) < waitsInVainMax;
-  }
-  // Records the end of a wait; `writerSeen` if the writer finished its change. Any thread. Lost
-  // updates between threads do no harm, because the count is only a heuristic.
-  void waitEnds(bool writerSeen) noexcept {
-    if (writerSeen) {
-      waitsInVain_.store(0, std::memory_order_relaxed);
-    } else if (worthWaiting()) {
-      waitsInVain_.fetch_add(1, std::memory_order_relaxed);
-    }
-  }
+  // Yields the processor to the writer, for a reader that has found an image in change. Returns
+  // false, and does nothing, if the readers of this manager have waited for 100 ms in the current
+  // second. The bound is one for all images, because a writer that died, or is hostile, may have
+  // left any number of images in change. Any thread.
+  bool yieldToWriter() noexcept { return waits_.yield(); }
+
+ protected:
+  // Called by the last reference only.
+  ~StoreManager() override = default;
 
  private:
-  // One wait in vain may be bad luck on a busy machine; four in a row hardly are.
-  static constexpr U32 waitsInVainMax = 4;
+  friend Ptr storeManagerFactory(const Stash::StoreName& name);
+  friend Ptr storeManagerFactory(std::shared_ptr<const Stash::Mapping> writers);
+
+  template <class Source>
+  explicit StoreManager(Source&& source) : store_(std::forward<Source>(source)) {}
 
   const Stash::StoreBase store_;
-  std::atomic<U32> waitsInVain_{0};  // consecutive waits without a finished change
+  WaitBudget waits_;
 };
 
 // Opens the store of that name for reading. Raises the exceptions of Stash::StoreBase's
 // constructor, and std::bad_alloc.
 OV_EXPORT StoreManager::Ptr storeManagerFactory(const Stash::StoreName& name);
+// A manager that reads through the mapping of the store's own writer, in the writer's process, and
+// shares the ownership of that mapping. Raises StoreAccessException and std::bad_alloc.
+OV_EXPORT StoreManager::Ptr storeManagerFactory(std::shared_ptr<const Stash::Mapping> writers);
 
 // An image that a walk has found. The image may have been replaced or removed since.
 struct StoredRef {
@@ -71,6 +71,13 @@ struct StoredRef {
 // exists from its start to its end exactly once; an image that is added or removed meanwhile may
 // be met or not. Takes no lock, and ends in any store, because directory blocks must ascend. One
 // thread.
+//
+// The walk also bounds what its reader may be made to read. No two lists of a true store share
+// their elements, but a hostile store may have thousands of lists with the same elements. Therefore
+// the walk adds up the octets of the elements of the lists that it meets, and ends when the sum
+// exceeds twice the length of the store. A sum of once the length is not enough, because a writer
+// may move elements ahead of the walk. A writer that is hostile and still alive can give a list
+// more elements after the walk has met it.
 class OV_EXPORT StoreCursor {
  public:
   // Starts before the first image. Raises the exceptions of StoreBase::translate.
@@ -78,19 +85,21 @@ class OV_EXPORT StoreCursor {
 
   // Returns the next image, or nothing at the end. Raises WrongKindException for an image of an
   // unknown kind; the next call then continues behind that image. Raises InvalidStoreException and
-  // the exceptions of StoreBase::translate if the directory is damaged; the walk has then ended,
-  // and the next call returns nothing.
+  // the exceptions of StoreBase::translate if the directory is damaged, and CountException if lists
+  // share elements; the walk has then ended, and the next call returns nothing.
   std::optional<StoredRef> next();
 
  private:
   // Both enter a directory block; see the source file for what an exception leaves behind.
   void blockIs(const void* stored);
   bool blockNext();
+  void elementsAdd(const Stash::StoredImage& image, U32 elementSize);
 
   const StoreManager::Ptr manager_;
   const void* stored_ = nullptr;  // the writer's address of the block; null after the last block
   const Stash::DirectoryBlock* block_ = nullptr;
   std::size_t index_ = 0;  // of the next record in the block
+  U64 elements_ = 0;       // octets of the elements of all lists met so far
 };
 
 }  // namespace KivStash

@@ -1,6 +1,7 @@
 #include "KivStash/StoreWriter.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -50,6 +51,20 @@ void checkSize(const ImageKindRow& row, std::size_t size) {
                                   std::to_string(size));
 }
 
+// Writes the mark of an unfinished store as the first octets of its file, by a system call, because
+// the file has no octets that could be mapped yet.
+void markUnfinished(const Stash::Descriptor& file, const Kiv::String& name) {
+  const auto& mark = Stash::storeMagicUnfinished;
+  ssize_t written = 0;
+  do {
+    written = ::pwrite(file.fd(), mark.data(), sizeof mark, 0);
+  } while (written < 0 && errno == EINTR);
+  if (written == sizeof mark) return;
+  const int error = written < 0 ? errno : ENOSPC;
+  throw Stash::StoreFullException(
+      "store " + name + " cannot have its first octets: " + std::generic_category().message(error));
+}
+
 // reserve() with geometric growth; plain reserve() may allocate exactly, and then every block of
 // records would copy all entries.
 template <class T>
@@ -80,28 +95,38 @@ StoreWriter::StoreWriter(const Stash::StoreName& name, StoreSize size, mode_t mo
       space_(Stash::firstDirectoryBlock, maximum_) {
   Stash::Descriptor file = name_.create(mode);
   try {
+    markUnfinished(file, name_.text());
     mapping_ = std::make_shared<Stash::Mapping>(std::move(file), maximum_,
                                                 Stash::Mapping::Access::readWrite);
-    // New pages are zeros, so only the other fields of the header need to be written. The magic is
-    // last: until it is there, no reader accepts the store.
     lengthIs(std::clamp(size.initial, Stash::storeLengthMin, maximum_));
-    StoreHeader& made = header();
-    made.byteOrder = Stash::storeByteOrder;
-    made.version = Stash::storeVersion;
-    made.wordSize = Stash::wordSize;
-    made.base = reinterpret_cast<Word>(mapping_->data());
-    made.maximum = maximum_;
-    directoryAdd();
-    countsAre();
-    Stash::sharedStore(made.magic[0], Stash::storeMagic[0]);
-    Stash::sharedStore(made.magic[1], Stash::storeMagic[1]);
+    headerIs();
   } catch (...) {
-    try {
-      name_.unlink();
-    } catch (const Stash::StoreAccessException&) {
-      // Somebody else has removed the name. The first exception is the one to report.
-    }
+    nameRelease(mapping_ ? mapping_->file() : file);
     throw;
+  }
+}
+
+// New pages are zeros, so only the other fields of the header need to be written. The second half
+// of the magic number is last: until then, no reader accepts the store.
+void StoreWriter::headerIs() {
+  StoreHeader& made = header();
+  made.byteOrder = Stash::storeByteOrder;
+  made.version = Stash::storeVersion;
+  made.wordSize = Stash::wordSize;
+  made.base = reinterpret_cast<Word>(mapping_->data());
+  made.maximum = maximum_;
+  directoryAdd();
+  countsAre();
+  Stash::sharedStore(made.magic[1], Stash::storeMagic[1]);
+}
+
+// Removes the name after a failed construction. Meanwhile another process may have removed the
+// unfinished store, and yet another one may have created a store of that name, which must stay.
+void StoreWriter::nameRelease(const Stash::Descriptor& file) const noexcept {
+  try {
+    if (name_.refersTo(file)) name_.unlink();
+  } catch (...) {
+    // The exception that made the construction fail is the one to report.
   }
 }
 

@@ -56,7 +56,10 @@ class OV_EXPORT StoreWriter {
   // Creates the store, with permissions `mode` for other users. Raises Kiv::RangeException for a
   // maximum outside the limits, StoreAccessException if the name is in use or the system refuses,
   // and StoreFullException if the system has no memory for the initial length. The name is removed
-  // again on failure.
+  // again on failure, unless it refers to another file by then. A writer that is killed in the
+  // constructor leaves an unfinished store, which readers refuse and Stash::storeRemove removes.
+  // Killed between the creation of the file and its first octets, it leaves an empty file, which
+  // storeRemove refuses.
   explicit StoreWriter(const Stash::StoreName& name, StoreSize size = {}, mode_t mode = 0600);
   // Unmaps the store. The store itself stays: remove it with Stash::storeRemove.
   ~StoreWriter();
@@ -108,7 +111,7 @@ class OV_EXPORT StoreWriter {
 
   // Returns a new manager for reading the store in this process. It shares the writer's mapping and
   // may outlive the writer.
-  StoreManager::Ptr manager() const { return StoreManager::Ptr(new StoreManager(mapping_)); }
+  StoreManager::Ptr manager() const { return storeManagerFactory(mapping_); }
 
  private:
   // A piece of the store with the elements of a list; size 0 for a list without elements.
@@ -138,6 +141,10 @@ class OV_EXPORT StoreWriter {
     std::vector<ImageId> values;  // of a list of values: one for each element
     Values::iterator value;       // of a value
   };
+
+  // The end of construction, and of a construction that fails.
+  void headerIs();
+  void nameRelease(const Stash::Descriptor& file) const noexcept;
 
   // Unchecked: requires an id that this writer has given out.
   Entry& entry(ImageId id) noexcept { return entries_[static_cast<U32>(id)]; }

@@ -36,6 +36,8 @@ void requireMagic(bool holds) {
   if (!holds) throw InvalidStoreException("not a store: bad magic number");
 }
 
+bool isUnfinished(const StoreHeader& header) { return header.magic == storeMagicUnfinished; }
+
 void require(bool holds, const Kiv::String& otherwise) {
   if (!holds) throw InvalidStoreException("cannot read the store: " + otherwise);
 }
@@ -50,6 +52,7 @@ Kiv::String found(const char* what, U64 isHere, U64 expected) {
 // are words of the writer.
 void checkHeader(const RawHeader& raw, U64 fileLength) {
   const StoreHeader& header = raw.header;
+  require(!isUnfinished(header), "its writer is still creating it, or died meanwhile");
   requireMagic(raw.octets >= offsetof(StoreHeader, images) && header.magic == storeMagic);
   require(header.byteOrder == storeByteOrder, "written in another byte order");
   require(header.version == storeVersion, found("layout version", header.version, storeVersion));
@@ -95,6 +98,8 @@ StoreBase::StoreBase(std::shared_ptr<const Mapping> writers)
       base_(reinterpret_cast<Word>(mapping_->data())),
       length_(mapping_->fileLength()) {}
 
+bool StoreBase::isNamed(const StoreName& name) const { return name.refersTo(mapping_->file()); }
+
 StoreHeader StoreBase::header() const { return readHeader(mapping_->file()); }
 
 std::size_t StoreBase::lengthNow() const {
@@ -128,9 +133,7 @@ void StoreBase::findGrowth(const void* stored, std::size_t size) const {
 
 void storeRemove(const StoreName& name) {
   const RawHeader raw(name.open());
-  // The writer writes the magic last. If it died while it created the store, the magic is zeros.
-  const decltype(storeMagic) unfinished = {};
-  requireMagic(raw.header.magic == storeMagic || raw.header.magic == unfinished);
+  requireMagic(raw.header.magic == storeMagic || isUnfinished(raw.header));
   name.unlink();
 }
 

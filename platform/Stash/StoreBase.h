@@ -23,7 +23,7 @@ class OV_EXPORT StoreBase {
  public:
   // Maps the store of that name, whether its writer is running or has ended. Raises
   // StoreAccessException if the system refuses, and InvalidStoreException if the file is not a
-  // store that this process can read.
+  // store that this process can read, or if its writer has not finished creating it.
   explicit StoreBase(const StoreName& name);
   // Reads through the mapping of the store's own writer, in the writer's process, and shares the
   // ownership of that mapping.
@@ -59,6 +59,10 @@ class OV_EXPORT StoreBase {
   // the call may then be zeros that nobody wrote.
   void check() const { mapping_->check(); }
 
+  // Whether `name` still refers to the mapped file. False once the store was removed, also if
+  // another store has its name now. A few system calls.
+  bool isNamed(const StoreName& name) const;
+
   // Reads the header again from the file, with all checks of the constructor and their exceptions.
   StoreHeader header() const;
 
@@ -77,8 +81,13 @@ class OV_EXPORT StoreBase {
 };
 
 // Removes the name of a store. Processes that have the store open keep it. Raises
-// InvalidStoreException, and removes nothing, if the file is not a store; the layout version does
-// not matter. Raises StoreAccessException if the system refuses.
+// StoreAccessException if the system refuses. Raises InvalidStoreException, and removes nothing, if
+// the file does not begin with storeMagic or storeMagicUnfinished. An empty file and a file of
+// zeros are therefore never removed, but the rest that a writer leaves when it dies early is. The
+// layout version does not matter.
+//
+// The check and the removal are two steps. A file that another process puts under the name between
+// them is removed unchecked.
 OV_EXPORT void storeRemove(const StoreName& name);
 
 }  // namespace Stash

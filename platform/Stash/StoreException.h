@@ -43,7 +43,8 @@ struct OV_EXPORT MisalignedException : StoreException {
 };
 
 // A list has more elements than the store could contain, or more octets than a list may have
-// (4 GiB).
+// (4 GiB); or the lists of one walk have more elements than the store could contain, because they
+// share them.
 struct OV_EXPORT CountException : StoreException {
   // Takes the text of what().
   using StoreException::StoreException;

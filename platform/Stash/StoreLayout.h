@@ -102,7 +102,8 @@ constexpr const ImageKindRow& imageKindRow(ImageKind kind) noexcept {
 // The first octets of a store. The fields up to `wordSize` have the same place and size in every
 // layout version; the fields behind it are words of the writer. A reader checks in this order.
 struct StoreHeader {
-  // storeMagic. Written last when a store is created, so an unfinished store has zeros here.
+  // storeMagicUnfinished from the creation of the file until everything else is written, then
+  // storeMagic.
   std::array<U32, 2> magic;
   // storeByteOrder, in the writer's byte order.
   U32 byteOrder;
@@ -125,6 +126,13 @@ struct StoreHeader {
 // The magic number "OvStash\n". As octets, so it is the same in every byte order.
 inline constexpr auto storeMagic =
     std::bit_cast<std::array<U32, 2>>(std::to_array({'O', 'v', 'S', 't', 'a', 's', 'h', '\n'}));
+// The magic number of a store whose writer has not finished creating it, "OvStash?". The writer
+// writes it before anything else. If the writer dies early, the mark tells the rest of a store from
+// a foreign file. It differs from storeMagic in the second half only, so one store of a half-word
+// finishes the store.
+inline constexpr auto storeMagicUnfinished =
+    std::bit_cast<std::array<U32, 2>>(std::to_array({'O', 'v', 'S', 't', 'a', 's', 'h', '?'}));
+static_assert(storeMagic[0] == storeMagicUnfinished[0]);
 // Reads as another number on a machine of another byte order.
 inline constexpr U32 storeByteOrder = 0x01020304;
 // Version of this layout. Increase it with every change of meaning; older versions are not read.

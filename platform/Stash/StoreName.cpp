@@ -19,6 +19,12 @@ namespace {
                              std::generic_category().message(errno));
 }
 
+struct stat statusOf(const Descriptor& file, const Kiv::String& name) {
+  struct stat status;
+  if (::fstat(file.fd(), &status) != 0) failed("examine", name);
+  return status;
+}
+
 }  // namespace
 
 Descriptor::~Descriptor() {
@@ -39,9 +45,7 @@ Descriptor StoreName::open() const {
   Descriptor file(isPath() ? ::open(text_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)
                            : ::shm_open(path_.c_str(), O_RDONLY, 0));
   if (file.fd() < 0) failed("open", text_);
-  struct stat status;
-  if (::fstat(file.fd(), &status) != 0) failed("examine", text_);
-  if (!S_ISREG(status.st_mode)) {
+  if (!S_ISREG(statusOf(file, text_).st_mode)) {
     throw InvalidStoreException(text_ + " is not a store: not a regular file");
   }
   return file;
@@ -55,6 +59,18 @@ Descriptor StoreName::create(mode_t mode) const {
                            : ::shm_open(path_.c_str(), flags, mode));
   if (file.fd() < 0) failed("create", text_);
   return file;
+}
+
+// Both files are open during the comparison, so the system cannot reuse the inode number of either.
+bool StoreName::refersTo(const Descriptor& file) const {
+  try {
+    const Descriptor named = open();
+    const struct stat ours = statusOf(file, text_);
+    const struct stat its = statusOf(named, text_);
+    return ours.st_dev == its.st_dev && ours.st_ino == its.st_ino;
+  } catch (const StoreException&) {
+    return false;
+  }
 }
 
 void StoreName::unlink() const {

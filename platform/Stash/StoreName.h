@@ -47,6 +47,9 @@ class OV_EXPORT StoreName {
   // Creates the file, for reading and writing, with the permissions `mode` (reduced by the umask).
   // The name must not be in use.
   Descriptor create(mode_t mode) const;
+  // Whether the name refers to `file` now. False also if the name refers to nothing, or to a file
+  // that this process may not read.
+  bool refersTo(const Descriptor& file) const;
   // Removes the name. Processes that have the file open keep it until they close it.
   void unlink() const;
 

@@ -57,7 +57,7 @@ Kiv::Ptr<ListType> destashCommList(const void* stored, KivStash::StoreManager* s
   traceDestashing<ListType>();
   const StoredReader<ListType> reader(stored, storeManager);
   auto list = Dorn::notifyingObject<ListType>();
-  list->commVectorSorted_ = reader.sorted();
+  list->commVectorSortedIs(reader.sorted());
   const auto elements = reader.template elements<ElementType>();
   if (elements.count() == 0) return list;
   elements.copyTo(list->commVectorRawPtrNonConst()->resizeForOverwrite(elements.count()));
@@ -65,10 +65,10 @@ Kiv::Ptr<ListType> destashCommList(const void* stored, KivStash::StoreManager* s
   return list;
 }
 
-// The classification with the number `stored`. Lists use it as an index, so a number from a
-// store must be checked. Throws Stash::ContentException.
+// The classification with the number `stored`, which may be one without a name. Lists use it as an
+// index, so a number from a store must be checked. Throws Stash::ContentException.
 inline ExtCommClassification checkedClassification(U32 stored) {
-  if (stored >= static_cast<U32>(extCommClassificationOneBeyondLast)) {
+  if (!isClassification(stored)) {
     throw Stash::ContentException("classification " + std::to_string(stored) +
                                   " of a stored community is none");
   }

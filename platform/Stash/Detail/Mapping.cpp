@@ -128,13 +128,22 @@ class MappingGuard {
   static inline struct sigaction previous_ = {};  // written once, by installHandler
 };
 
-Mapping::Mapping(Descriptor file, std::size_t length, Access access)
-    : file_(std::move(file)), length_(length) {
+namespace {
+
+// Maps the file behind an installed handler. The caller tells the guard about the pages before
+// anybody reads them.
+std::byte* mapped(const Descriptor& file, std::size_t length, Mapping::Access access) {
   MappingGuard::install();
-  const int protection = access == Access::read ? PROT_READ : PROT_READ | PROT_WRITE;
-  void* const data = ::mmap(nullptr, length, protection, MAP_SHARED, file_.fd(), 0);
+  const int protection = access == Mapping::Access::read ? PROT_READ : PROT_READ | PROT_WRITE;
+  void* const data = ::mmap(nullptr, length, protection, MAP_SHARED, file.fd(), 0);
   if (data == MAP_FAILED) failed("map");
-  data_ = static_cast<std::byte*>(data);
+  return static_cast<std::byte*>(data);
+}
+
+}  // namespace
+
+Mapping::Mapping(Descriptor&& file, std::size_t length, Access access)
+    : data_(mapped(file, length, access)), length_(length), file_(std::move(file)) {
   MappingGuard::add(*this);
 }
 

@@ -31,8 +31,8 @@ class OV_EXPORT Mapping {
   enum class Access { read, readWrite };
 
   // Takes over `file` and reserves `length` octets of address space, which may exceed the length
-  // of the file. Raises StoreAccessException if the system refuses.
-  Mapping(Descriptor file, std::size_t length, Access access);
+  // of the file. Raises StoreAccessException if the system refuses; the caller keeps `file` then.
+  Mapping(Descriptor&& file, std::size_t length, Access access);
   // Unmaps the file and closes it.
   ~Mapping();
   // Not copyable, because the signal handler knows each mapping by its address.
@@ -64,9 +64,10 @@ class OV_EXPORT Mapping {
 
   [[noreturn]] static void failLost();
 
-  const Descriptor file_;
+  // Declared, and so initialised, before file_: a failure must leave the caller's file alone.
+  std::byte* const data_;
   const std::size_t length_;
-  std::byte* data_ = nullptr;
+  const Descriptor file_;
   std::atomic<bool> lost_{false};
   // Links of MappingGuard's list, protected by its lock.
   Mapping* next_ = nullptr;

@@ -6,24 +6,19 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <iostream>
 #include <random>
 #include <thread>
 
 #include "tests/OvBgp/Store/DestashKit.h"
 #include "tests/platform/KivStash/StoreChurn.h"
+#include "tests/stress/Stress.h"
 
 namespace Routing::Bgp {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using Stash::ImageKind;
-
-std::chrono::milliseconds stressTime() {
-  const char* const seconds = std::getenv("OVBGP_STRESS_SECONDS");
-  return std::chrono::milliseconds(seconds ? std::atoi(seconds) * 1000 : 2000);
-}
 
 // Everything in a list follows from one number, its seed. So a reader can check that all parts
 // of a list are from one moment.
@@ -137,13 +132,9 @@ bool isWhole(const ExtCommIp6List& list) {
   const bool sorted = list.commVectorSorted();
   return valuesAreWhole(list, &sorted);
 }
-bool isWhole(const ExtComm& comm) {
-  return comm.classification() ==
-         static_cast<ExtCommClassification>(classificationOf(seedOf(comm.getContent())));
-}
-bool isWhole(const ExtCommIp6& comm) {
-  return comm.classification() ==
-         static_cast<ExtCommClassification>(classificationOf(seedOf(comm.getContent())));
+template <class Value>
+bool isWhole(const Value& comm) {
+  return static_cast<U32>(comm.classification()) == classificationOf(seedOf(comm.getContent()));
 }
 
 // The outcomes of a reader.
@@ -278,10 +269,10 @@ TEST(DestashProcess, TwoReadersGetWholeListsOfAThirdProcess) {
   const Child writer = startWriter(name);
   const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
   const Child reader = start([&](int out) {
-    const Count count = readFor(KivStash::storeManagerFactory(name.name()), stressTime());
+    const Count count = readFor(KivStash::storeManagerFactory(name.name()), Stress::time());
     if (::write(out, &count, sizeof count) != sizeof count) ::_exit(1);
   });
-  expectGood("reader 1", readFor(manager, stressTime()));
+  expectGood("reader 1", readFor(manager, Stress::time()));
   Count other;
   EXPECT_TRUE(receive(reader, other));
   expectGood("reader 2", other);

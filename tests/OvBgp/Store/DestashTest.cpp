@@ -2,6 +2,7 @@
 // reader.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <fstream>
 #include <functional>
@@ -135,6 +136,21 @@ TEST_F(Destash, ExtendedListsAreSortedAndGroupedForReading) {
     EXPECT_FALSE(list->everDeduped());
   }
   EXPECT_TRUE(destash<ExtCommList>(putValues<ExtCommList>(writer_, true, {1}, {}))->empty());
+}
+
+// Numbers that a user's own rules give.
+TEST_F(Destash, ClassificationsWithoutANameAreKept) {
+  const auto parser = bgpParseExtCommContainerSmFactory();
+  const auto values = extCommDedupTableFactory(parser->extCommParser());
+  const auto table = extCommListDedupTableFactory();
+  for (const ExtCommClassification own : {ExtCommClassification{11}, ExtCommClassification{63}}) {
+    const std::array comms{Kiv::staticPtrCast<const ExtComm>(
+        values->dedup(extCommFactory(own, ExtCommContent(0x4377'0000'0000'0001))))};
+    const auto list = ExtCommList::dedupComms(table.ptr(), comms);
+    const auto rebuilt = destash<ExtCommList>(stashPut(writer_, *list));
+    EXPECT_EQ(own, rebuilt->commVector()[0]->classification());
+    EXPECT_EQ(list->toStrep(), rebuilt->toStrep());
+  }
 }
 
 TEST_F(Destash, Ipv6ListsAreAsTheyWereStored) {
@@ -303,6 +319,7 @@ TEST(HostileDestash, EndsInAnExceptionThatSaysWhy) {
       {"values nowhere", extended, payload, 0, "outside the store"},
       {"elements askew", ipv6, payload + 0, 1, "not a multiple"},
       {"classification", extendedValue, detail, 10, "classification 10 ", "classification 10 "},
+      {"large classification", ipv6Value, detail, 64, "classification 64 ", "classification 64 "},
       {"huge classification", ipv6Value, detail, 0xFFFFFFFF, "classification 4294967295 ",
        "classification 4294967295 "},
       {"another kind", extendedValue, kind, 1, "a standard list, not", "a standard list, not"},

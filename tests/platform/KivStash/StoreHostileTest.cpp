@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
@@ -12,8 +15,20 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <optional>
+#include <utility>
 
 #include "tests/platform/KivStash/StoreImages.h"
+
+// Replaces the C library's function, which the writer calls in the middle of its constructor. The
+// hook's result is the function's; without a hook the file is extended.
+std::function<int()> fallocateHook;
+extern "C" int posix_fallocate(int fd, off_t offset, off_t size) {
+  if (fallocateHook) return std::exchange(fallocateHook, nullptr)();
+  struct stat status;
+  if (::fstat(fd, &status) != 0) return errno;
+  return status.st_size >= offset + size || ::ftruncate(fd, offset + size) == 0 ? 0 : errno;
+}
 
 namespace StoreTest {
 namespace {
@@ -196,18 +211,94 @@ TEST(HostileStore, MayHaveAnyBitFlipped) {
 }
 
 TEST(HostileStore, IsNoFolderAndNoPipe) {
-  EXPECT_THROW(StoreManager{Stash::StoreName(P_tmpdir "/")}, Stash::InvalidStoreException);
+  EXPECT_THROW(KivStash::storeManagerFactory(Stash::StoreName(P_tmpdir "/")),
+               Stash::InvalidStoreException);
   const TestName name(true);
   ASSERT_EQ(0, ::mkfifo(name.text().c_str(), 0600));
-  EXPECT_THROW(StoreManager{name.name()}, Stash::InvalidStoreException);
+  EXPECT_THROW(KivStash::storeManagerFactory(name.name()), Stash::InvalidStoreException);
   EXPECT_THROW(Stash::storeRemove(name.name()), Stash::StoreException);
 }
 
-TEST(HostileStore, IsNotRemovedIfItIsSomethingElse) {
+Octets contents(const TestName& name) {
+  std::ifstream file(name.text(), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The zeros are the beginning of a file system's image, among others.
+TEST(HostileStore, IsNotOpenedOrRemovedIfItIsSomethingElse) {
+  Octets zerosThenText(8, 0);
+  zerosThenText.push_back('x');
+  for (const Octets& octets : {Octets(100, 'x'), Octets(), Octets(4096, 0), zerosThenText}) {
+    const TestName name(true);
+    write(name, octets);
+    EXPECT_THROW(Stash::storeRemove(name.name()), Stash::InvalidStoreException);
+    EXPECT_THROW(KivStash::storeManagerFactory(name.name()), Stash::InvalidStoreException);
+    EXPECT_THROW(StoreWriter{name.name()}, Stash::StoreAccessException);
+    EXPECT_TRUE(std::ifstream(name.text()).good());
+    EXPECT_EQ(octets, contents(name));
+  }
+}
+
+TEST(HostileStore, CanBeRemovedIfItsWriterDiedEarly) {
+  for (const bool file : {false, true}) {
+    const TestName name(file);
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+      fallocateHook = []() -> int { ::_exit(0); };
+      const StoreWriter dies(name.name());
+      ::_exit(1);
+    }
+    int status = -1;
+    ASSERT_EQ(writer, ::waitpid(writer, &status, 0));
+    ASSERT_EQ(0, status);
+    const std::string error = readAll(name.name()).error;
+    EXPECT_NE(error.npos, error.find("its writer is still creating it")) << error;
+    EXPECT_NO_THROW(Stash::storeRemove(name.name()));
+    EXPECT_THROW(name.name().open(), Stash::StoreAccessException);
+  }
+}
+
+// While a writer is creating its store, the unfinished store is removed and another writer takes
+// the name. Then the first writer fails.
+TEST(HostileStore, KeepsItsNameIfAnEarlierWriterFails) {
+  const TestName name;
+  std::optional<StoreWriter> other;
+  fallocateHook = [&] {
+    Stash::storeRemove(name.name());
+    other.emplace(name.name());
+    return ENOSPC;
+  };
+  EXPECT_THROW(StoreWriter{name.name()}, Stash::StoreFullException);
+  EXPECT_NO_THROW(KivStash::storeManagerFactory(name.name()));
+  const TestName alone;
+  fallocateHook = [] { return ENOSPC; };
+  EXPECT_THROW(StoreWriter{alone.name()}, Stash::StoreFullException);
+  EXPECT_THROW(alone.name().open(), Stash::StoreAccessException);
+}
+
+// Every list of the store gets the elements of the first one, which fill a third of the store.
+// Without a bound a reader would copy them for each list.
+TEST(HostileStore, IsReadUpToTwiceItsLengthIfListsShareElements) {
+  constexpr std::size_t lists = 60;
   const TestName name(true);
-  write(name, Octets(100, 'x'));
-  EXPECT_THROW(Stash::storeRemove(name.name()), Stash::InvalidStoreException);
-  EXPECT_TRUE(std::ifstream(name.text()).good());
+  {
+    StoreWriter writer(name.name(), {0, 8192});
+    writer.putList(standardList, true, std::span<const U32>(std::vector<U32>(700, 7)));
+    for (U32 i = 1; i < lists; ++i) {
+      writer.putList(standardList, true, std::span<const U32>(std::array{i}));
+    }
+  }
+  const Outcome sound = readAll(name.name());
+  EXPECT_EQ("", sound.error);
+  EXPECT_EQ(lists, sound.lists.size());
+  Octets octets = contents(name);
+  for (std::size_t i = 1; i < lists; ++i) {
+    std::memcpy(&octets[recordAt(i)], &octets[recordAt(0)], sizeof(StoredImage));
+  }
+  write(name, octets);
+  const Outcome outcome = readAll(name.name());
+  EXPECT_NE(outcome.error.npos, outcome.error.find("lists share their elements")) << outcome.error;
+  EXPECT_EQ(octets.size() * 2 / (700 * sizeof(U32)), outcome.lists.size());
 }
 
 // The file is shortened while it is mapped, first in part and then completely. The writer notices

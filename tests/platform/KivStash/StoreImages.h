@@ -9,7 +9,6 @@
 #include <array>
 #include <atomic>
 #include <compare>
-#include <span>
 #include <string>
 #include <vector>
 

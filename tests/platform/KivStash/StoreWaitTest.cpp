@@ -9,10 +9,13 @@
 
 #include "tests/platform/KivStash/StoreImages.h"
 
-// Replaces the C library's function, to count how often a reader gives up its processor.
+// Replaces the C library's function, to count how often a reader gives up its processor, and to be
+// as slow as on a busy machine.
 std::atomic<unsigned> processorGivenUp{0};
+std::atomic<bool> machineBusy{false};
 extern "C" int sched_yield() noexcept {
   ++processorGivenUp;
+  if (machineBusy) ::usleep(5000);
   return static_cast<int>(::syscall(SYS_sched_yield));
 }
 
@@ -53,8 +56,8 @@ U32 readable(const StoreManager::Ptr& manager) {
   return count;
 }
 
-// Each yield can take several time slices on a busy machine, so a store full of odd anchors must
-// not cost many of them per image.
+// Each yield can take several time slices on a busy machine. The bound is one for a whole walk: 100
+// ms in each second are 20 yields of 5 ms, fewer than there are images.
 TEST(StoreWait, IsShortIfTheWriterDiedDuringAChange) {
   const TestName name(true);
   writeStore(name);
@@ -62,21 +65,13 @@ TEST(StoreWait, IsShortIfTheWriterDiedDuringAChange) {
   EXPECT_EQ(listCount, readable(manager));
   anchorsAre(name, 5);
   const unsigned before = processorGivenUp;
+  machineBusy = true;
   EXPECT_EQ(0U, readable(manager));
+  machineBusy = false;
   EXPECT_LT(0U, processorGivenUp - before);
-  EXPECT_GT(3 * listCount, processorGivenUp - before);
+  EXPECT_GT(listCount, processorGivenUp - before);
   anchorsAre(name, 6);
   EXPECT_EQ(listCount, readable(manager));
-}
-
-TEST(StoreWait, IsWorthItAgainOnceTheWriterIsSeen) {
-  const TestName name(true);
-  writeStore(name);
-  const auto manager = KivStash::storeManagerFactory(name.name());
-  for (int i = 0; i < 100; ++i) manager->waitEnds(false);
-  EXPECT_FALSE(manager->worthWaiting());
-  manager->waitEnds(true);
-  EXPECT_TRUE(manager->worthWaiting());
 }
 
 }  // namespace

@@ -268,7 +268,7 @@ ExitStatus runAskedFor(const std::vector<Command>& commands) {
 
 // The options live here, as the commands refer to them. Progress is on by default; --no-progress
 // and a standard error that is no terminal turn it off.
-int run(int argc, char** argv) {
+ExitStatus run(int argc, char** argv) {
   CommTool::MrtOptions mrt;
   mrt.progress = true;
   CommTool::ShowOptions show;
@@ -287,16 +287,17 @@ int run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return static_cast<int>(usageError(app, error));
+    return usageError(app, error);
   }
-  return static_cast<int>(runAskedFor(commands));
+  return runAskedFor(commands);
 }
 
 }  // namespace
 
+// Parsing options and compiling an expression need memory too, so they run within writing().
 int main(int argc, char** argv) {
   // If the reader of the output closes the pipe, write() must fail and not end the process.
   std::signal(SIGPIPE, SIG_IGN);
   fillClosedDescriptors();
-  return run(argc, argv);
+  return static_cast<int>(CommTool::writing(std::cerr, [&] { return run(argc, argv); }));
 }

@@ -1,11 +1,8 @@
-// Readers and a writer that work at the same time: in two processes, in two threads, and with a
-// writer that is killed.
+// Readers and a writer that work at the same time, in threads.
+// tests/OvBgp/Store/DestashProcessTest.cpp tests readers and writers in several processes.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <chrono>
-#include <csignal>
-#include <random>
 #include <thread>
 
 #include "tests/platform/KivStash/StoreChurn.h"
@@ -94,68 +91,9 @@ void readOnce(const StoreManager::Ptr& manager, Count& count) {
   }
 }
 
-// Starts a process that changes a new store until it is killed. Returns after the first change,
-// when the store exists.
-pid_t startWriter(const TestName& name) {
-  int ready[2];
-  if (::pipe(ready) != 0) return -1;
-  const pid_t pid = ::fork();
-  if (pid != 0) {
-    ::close(ready[1]);
-    char mark = 0;
-    EXPECT_EQ(1, ::read(ready[0], &mark, 1));
-    ::close(ready[0]);
-    return pid;
-  }
-  StoreWriter writer(name.name(), {0, 1 << 22});
-  Churner churner(writer);
-  churner.step();
-  if (::write(ready[1], "x", 1) != 1) ::_exit(1);
-  for (;;) churner.step();
-}
-
-void end(pid_t pid) {
-  ::kill(pid, SIGKILL);
-  int status = 0;
-  EXPECT_EQ(pid, ::waitpid(pid, &status, 0));
-  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
-}
-
-TEST(StoreProcess, ReaderSeesOnlyWholeListsOfAnotherProcess) {
-  const TestName name;
-  const pid_t writer = startWriter(name);
-  const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
-  Count count;
-  const auto until = Clock::now() + std::chrono::milliseconds(1500);
-  while (Clock::now() < until) readOnce(manager, count);
-  end(writer);
-  EXPECT_EQ(0U, count.broken);
-  EXPECT_GT(count.whole, 1000U);
-  RecordProperty("whole", std::to_string(count.whole));
-  RecordProperty("retries", std::to_string(count.retries));
-}
-
-// A killed writer leaves one image in the middle of a change at most; that one ends in an
-// exception, and all others can be read.
-TEST(StoreProcess, ReaderOutlivesAWriterKilledAtAnyTime) {
-  std::mt19937 random(1);
-  for (int round = 0; round < 30; ++round) {
-    const TestName name;
-    const pid_t writer = startWriter(name);
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 5000));
-    end(writer);
-    const StoreManager::Ptr manager = KivStash::storeManagerFactory(name.name());
-    Count count;
-    readOnce(manager, count);
-    EXPECT_EQ(0U, count.broken);
-    EXPECT_LE(count.retries, 1U);
-    EXPECT_GT(count.whole + count.retries, 0U);
-  }
-}
-
 // Readers in threads of the writer's process, through the same mapping, so that a thread sanitizer
 // can check the accesses.
-TEST(StoreProcess, ThreadsReadWhatOneChanges) {
+TEST(StoreThreads, ThreadsReadWhatOneChanges) {
   const TestName name;
   StoreWriter writer(name.name(), {0, 1 << 22});
   Churner churner(writer);
@@ -181,7 +119,7 @@ TEST(StoreProcess, ThreadsReadWhatOneChanges) {
 
 // The sorted flag and the count of one record always change together. The change takes the writer
 // only a few nanoseconds, so the test repeats it for a while.
-TEST(StoreProcess, FieldsOfARecordChangeTogether) {
+TEST(StoreThreads, FieldsOfARecordChangeTogether) {
   const TestName name;
   StoreWriter writer(name.name());
   const std::array<U32, 2> comms = {1, 2};
