@@ -74,6 +74,9 @@ function(ovbgp_add_shared_library name)
   if(NOT OVBGP_SANITIZE)  # a sanitizer's runtime may be in the program alone
     target_link_options(${name} PRIVATE -Wl,--no-undefined)
   endif()
+  # Handlers of signals, of fork() and of the end of threads stay registered, so dlclose() must not
+  # unload the code.
+  target_link_options(${name} PRIVATE -Wl,-z,nodelete)
   cmake_path(ABSOLUTE_PATH arg_INCLUDE_ROOT BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" NORMALIZE
              OUTPUT_VARIABLE include_root)
   target_include_directories(

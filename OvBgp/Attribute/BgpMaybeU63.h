@@ -56,6 +56,8 @@ class OV_EXPORT BgpMaybeU63 : public Dorn::MaybeU63 {
                "OvBgp/OvBgpMiscTypes");
     return word();
   }
+  // The value, under the name of the attribute. It stops the process like the conversion.
+  U64 value() const { return *this; }
   // The value, or mappedUnspecifiedValue() if it is unspecified.
   U64 valueWithUnspecifiedMapped() const {
     return isUnspecified() ? mappedUnspecifiedValue() : word();

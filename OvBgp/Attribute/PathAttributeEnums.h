@@ -68,13 +68,13 @@ KIV_ENUM(BgpPathAttrType, ENUM_ROWS)
 KIV_ENUM_INSTANCE_BY_POSITION(BgpPathAttrType, BgpPathAttrTypeInstance)
 
 // The flags octet of a path attribute (RFC 4271 section 4.3). The first four members are its bits:
-// optional, transitive, partial, and a length field of two octets. The last two are combinations
-// that have a name of their own.
+// a length field of two octets, partial, transitive, and optional. The last two are combinations
+// that have a name of their own. The rows ascend, because positions count in ascending order.
 #define ENUM_ROWS(enumMember, enumMarker) \
-  enumMember(opt, 0x80)                   \
-  enumMember(transitive, 0x40)            \
-  enumMember(partial, 0x20)               \
   enumMember(extLen, 0x10)                \
+  enumMember(partial, 0x20)               \
+  enumMember(transitive, 0x40)            \
+  enumMember(opt, 0x80)                   \
   enumMember(optionalTransitive, 0xc0)    \
   enumMember(optionalTransitivePartial, 0xe0)
 KIV_ENUM(BgpPathAttrFlag, ENUM_ROWS)

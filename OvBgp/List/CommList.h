@@ -86,6 +86,7 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
 
   // Whether `regex` matches the text of the list. Two texts are tried: all members as
   // numbers, and then, if some member has a name, with names. The whole list is one line.
+  // Throws std::bad_alloc; lack of memory is never answered as "no match".
   bool matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const;
 
   // A copy of the members that belongs to the caller, who may edit and observe it

@@ -26,7 +26,8 @@ class OV_EXPORT CommListDedupTableBase : public Kiv::PtrInterface {
     return dedupTable_->dedup(std::move(handle));
   }
 
-  // The hash table of the lists; never null.
+  // The hash table of the lists; never null. Its lookupByContent() finds a list by the octets of
+  // its attribute (CommListContent), or an extended list by its members (ExtCommListContent).
   const Kiv::Ptr<Dorn::DedupHashTable>& dedupTable() const noexcept { return dedupTable_; }
   // The number of interned lists. While other threads insert, the number is approximate.
   U32 size() const { return dedupTable_->size(); }
@@ -49,6 +50,10 @@ class OV_EXPORT CommListDedupTableBase : public Kiv::PtrInterface {
 // hold; they are no longer interned.
 class OV_EXPORT CommListDedupTable final : public CommListDedupTableBase {
   KIV_OBJECT(CommListDedupTable)
+
+ public:
+  // An empty table. Users call commListDedupTableFactory() instead. Throws std::bad_alloc.
+  CommListDedupTable();
 };
 
 // A new, empty table of standard community lists. Throws std::bad_alloc.
@@ -58,6 +63,10 @@ OV_EXPORT CommListDedupTable::Ptr commListDedupTableFactory();
 // they are no longer interned.
 class OV_EXPORT LargeCommListDedupTable final : public CommListDedupTableBase {
   KIV_OBJECT(LargeCommListDedupTable)
+
+ public:
+  // An empty table. Users call largeCommListDedupTableFactory() instead. Throws std::bad_alloc.
+  LargeCommListDedupTable();
 };
 
 // A new, empty table of large community lists. Throws std::bad_alloc.

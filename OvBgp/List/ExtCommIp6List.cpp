@@ -43,6 +43,7 @@ Kiv::String ExtCommIp6List::serialize(bool includeNonTransitive) const {
 }
 
 bool ExtCommIp6List::fitsAttribute(bool includeNonTransitive) const {
+  if (!includeNonTransitive && !everDeduped()) return false;
   return serializableCommunities(includeNonTransitive) <= maxSerializableComms;
 }
 

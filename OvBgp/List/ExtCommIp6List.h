@@ -54,14 +54,18 @@ class OV_EXPORT ExtCommIp6List final : public ExtCommListBase<ExtCommIp6Family> 
   // always fits. The transitive members are known once the list is interned; before, they
   // count as none. All members require that the list is sorted.
   Kiv::String serialize(bool includeNonTransitive) const;
-  // Whether these members fit in one path attribute. Requires: as serialize.
+  // Whether these members fit in one path attribute. Without `includeNonTransitive`, false for a
+  // list that was never interned, because its transitive members are not counted yet. With it,
+  // the list must be sorted.
   bool fitsAttribute(bool includeNonTransitive) const;
 
   // A copy of members and sub-lists that belongs to the caller, who may edit and observe it.
   Kiv::Ptr<ExtCommIp6ListSnapshot> commSnapshot() const;
 
   // Rebuilds a list from its image at address `stored` of a shared-memory store, for reading
-  // only. dedupDestashed makes an interned list of it. OvBgp/Store/Destash.h.
+  // only. It is sorted if the stored list was. It was never interned and has no sub-lists, so
+  // classificationList() stops the process, and only all members can be written as an
+  // attribute. dedupDestashed makes an interned list of it. OvBgp/Store/Destash.h.
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:

@@ -15,6 +15,13 @@ class OV_EXPORT ExtCommIp6ListDedupTable final : public ExtCommListDedupTableBas
   KIV_OBJECT(ExtCommIp6ListDedupTable)
 
  public:
+  // An empty table. Users call extCommIp6ListDedupTableFactory() instead. Throws std::bad_alloc.
+  ExtCommIp6ListDedupTable() { handleInitialized(); }
+
+  // Makes the hash table of the sub-lists, beside that of the lists, which the base makes. The
+  // constructor calls this function; a later call changes nothing. Throws std::bad_alloc.
+  void handleInitialized();
+
   // The hash table that interns the sub-lists of a classification: here one for all of them.
   Dorn::DedupHashTable& classificationListTable(ExtCommClassification) const noexcept {
     return *extCommClassificationListDedupTable();

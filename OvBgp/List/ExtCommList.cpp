@@ -33,7 +33,7 @@ void appendUIText(OvFmt::DynamicBufferInterface& to, const ExtCommVector<ExtComm
     if (!comm->policyMatchStrepUI()) continue;
     if (!isFirst) to.append(' ');
     isFirst = false;
-    comm->appendForPolicy(to, formatOf(MatchMode::ui));
+    comm->appendPolicyText(to, formatOf(MatchMode::ui));
   }
 }
 
@@ -113,9 +113,11 @@ Kiv::String ExtCommList::serialize(Serialization which) const {
       [which](const ExtComm::PtrConst& comm) { return serializable(comm, which); });
 }
 
-// The counted number assumes a pruned list. Counting the selected members shows whether the
-// list is one.
+// Counts and flags of the members are computed by interning, so before that they would announce no
+// member of a list that has some. The counted number assumes a pruned list. Counting the selected
+// members shows whether the list is one.
 bool ExtCommList::fitsAttribute(Serialization which) const {
+  if (!which.all() && !everDeduped()) return false;
   const U32 announced = serializableCommunities(which);
   if (announced == 0 || which.all()) return announced <= maxSerializableComms;
   const auto written =

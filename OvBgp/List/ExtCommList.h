@@ -132,11 +132,13 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   // be written than the length field says.
   Kiv::String serialize(Serialization which) const;
   // Whether serialize(which) writes as many members as serializableCommunities(which) counts,
-  // and at most maxSerializableComms. Requires: as serializableCommunities.
+  // and at most maxSerializableComms. Without `all`, false for a list that was never interned,
+  // because its members are not counted yet. Requires, of `all`: sorted.
   bool fitsAttribute(Serialization which) const;
 
   // Whether `regex` matches a text of the list. Up to three texts are tried, in the order of
-  // MatchMode; the third only if some member has use for it. The whole list is one line.
+  // MatchMode; the third only if some member has use for it. The whole list is one line. Throws
+  // std::bad_alloc; lack of memory is never answered as "no match".
   bool matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const;
 
   // A copy of members and sub-lists that belongs to the caller, who may edit and observe it.
@@ -145,7 +147,12 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   Kiv::Ptr<ExtCommListSnapshot> snapshot() const;
 
   // Rebuilds a list from its image at address `stored` of a shared-memory store, for reading
-  // only. dedupDestashed makes an interned list of it. OvBgp/Store/Destash.h.
+  // only. The list is sorted and has its texts, and it can be written with Serialization::all.
+  // It was never interned, so classificationList() stops the process, and without `all`
+  // serialize() writes nothing and fitsAttribute() is false. Its members are plain ExtComm
+  // objects, so isBetterThan() of an interned link bandwidth stops the process if given one of
+  // them; do not mix them in one list. dedupDestashed makes an interned list, which has none of
+  // these limits. Errors and threads: OvBgp/Store/Destash.h.
   static Ptr destash(const void* stored, KivStash::StoreManager* storeManager);
 
  private:
@@ -182,7 +189,7 @@ enum class MatchMode : U8 {
 
 // Whether `regex` matches the text of `list` that `matchMode` selects. Requires of
 // MatchMode::ui: ExtCommList::hasPolicyMatchStrepUICommunities; otherwise there is no text,
-// and the process stops.
+// and the process stops. Throws std::bad_alloc; lack of memory is never answered as "no match".
 OV_EXPORT bool matchExtCommList(const ExtCommList* list, MatchMode matchMode,
                                 const RouteMap::PosixRegex* regex);
 

@@ -172,18 +172,21 @@ ExtCommListBase<Family>::~ExtCommListBase() = default;
 
 template <class Family>
 void ExtCommListBase<Family>::append(const ListPtr& other) {
+  ExtCommAssertGrowing(*this);
   if (other) appendAll(commVector_, other->commVector());
 }
 
 template <class Family>
 void ExtCommListBase<Family>::appendClassificationList(const ClassificationListPtr& other) {
+  ExtCommAssertGrowing(*this);
   if (other) appendAll(commVector_, other->commVector());
 }
 
+// The flag is written only if it changes, because other threads may read it in an interned list.
 template <class Family>
 void ExtCommListBase<Family>::sortComms() {
   ExtCommVectorSort(commVector_);
-  self().commVectorSortedIs();
+  if (!self().commVectorSorted()) self().commVectorSortedIs();
 }
 
 // Members are appended to their sub-lists in sorted order, so each sub-list is sorted, too.
@@ -432,7 +435,7 @@ void ExtCommListBase<Family>::appendPolicyText(OvFmt::DynamicBufferInterface& to
   for (const ValuePtr& comm : commVector_) {
     if (!isFirst) to.append(' ');
     isFirst = false;
-    comm->appendForPolicy(to, format);
+    comm->appendPolicyText(to, format);
   }
 }
 

@@ -84,9 +84,12 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   static constexpr U32 maxSerializableComms = 0xFFFF / Family::wireSize;
 
   // Appends the value `comm`, with a new reference; neither sorts nor looks for repeats.
-  // Throws std::bad_alloc. Requires: `comm` is interned and not null. This function and the
-  // five that follow also require that the list was never interned.
-  void commIs(const ValuePtr& comm) { ExtCommVectorAdd(comm, commVector_); }
+  // Throws std::bad_alloc. Stops the process if `comm` is null or was never interned. This
+  // function and the three that follow also stop the process if the list is interned or was.
+  void commIs(const ValuePtr& comm) {
+    ExtCommAssertGrowing(*this);
+    ExtCommVectorAdd(comm, commVector_);
+  }
   // Appends all members of `other`, which may be this list; nothing if it is null. Throws
   // std::bad_alloc, and may have appended some of them then.
   void append(const ListPtr& other);
@@ -94,13 +97,18 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   void appendClassificationList(const ClassificationListPtr& other);
   // Makes room for `count` members in all, so that appending them allocates once. Throws
   // std::bad_alloc.
-  void expectedCommunityCountIs(U32 count) { commVector_.reserve(count); }
-  // Sorts the members ascending by content and drops repeated ones.
+  void expectedCommunityCountIs(U32 count) {
+    ExtCommAssertGrowing(*this);
+    commVector_.reserve(count);
+  }
+  // Sorts the members ascending by content and drops repeated ones. Changes nothing in a list
+  // that is sorted, so also nothing in an interned list.
   void sortComms();
   // Sorts the members and groups them into sub-lists. With `dedupMode`, the list will be
   // interned, and everything that it records about its members is computed. Without it, the
   // list is only for reading: its sub-lists are never interned. Call this once: a second
-  // call appends each member to its sub-list again. Throws std::bad_alloc.
+  // call appends each member to its sub-list again. Throws std::bad_alloc. Requires: the list
+  // was never interned.
   void createClassificationListVector(bool dedupMode);
 
   // Sorts, groups and interns this list. Returns this list, or the equal list that is already
@@ -146,8 +154,9 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   const ClassificationListVector& classificationListVector() const noexcept {
     return classificationListVector_;
   }
-  // The sub-list of the members with this classification, or null if there is none.
-  // Requires: the list is interned, or once was.
+  // The sub-list of the members with this classification, or null if there is none. Stops the
+  // process unless the list is interned or was, hence also for a destashed list, whose sub-lists
+  // classificationListVector() gives.
   ClassificationListPtr classificationList(ExtCommClassification classification) const;
 
   // The diagnostic text, for logs and dumps: "[ ", the members' diagnostic texts separated by
@@ -155,8 +164,9 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   Kiv::String toStrep() const;
   // Writes the text of toStrep().
   void writeText(std::ostream& out) const;
-  // Appends the members' policy texts in list order, separated by one blank. A member with an
-  // empty text still gets its separator. `format` selects the text (StrepFormat of Value).
+  // Appends the members' policy texts (toStrepForPolicy) in list order, separated by one
+  // blank. A member with an empty text still gets its separator. `format` selects the text
+  // (StrepFormat of Value).
   void appendPolicyText(OvFmt::DynamicBufferInterface& to,
                         typename Value::StrepFormat format) const;
 

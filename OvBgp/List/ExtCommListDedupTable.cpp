@@ -1,6 +1,8 @@
 #include "OvBgp/List/ExtCommListDedupTable.h"
 
 #include "Dorn/NotifyingObject.h"
+#include "OvBgp/SubList/ExtCommFamily.h"
+#include "OvBgp/SubList/Private/ExtCommMembers.h"
 
 namespace Routing::Bgp {
 
@@ -15,7 +17,11 @@ ExtCommListDedupTable::~ExtCommListDedupTable() = default;
 // The observer is registered before the table is known to anyone, so it sees every sub-list
 // from its insertion on.
 void ExtCommListDedupTable::handleInitialized() {
+  initClassificationListTable();
   rtExtCommClassificationListDedupTable_ = subTable();
+  dedupTable()->keyProbeIs(probeOfMembers<ExtComm>);
+  extCommClassificationListDedupTable()->keyProbeIs(probeOfMembers<ExtComm>);
+  rtExtCommClassificationListDedupTable_->keyProbeIs(probeOfMembers<ExtComm>);
   rtExtCommListLifeTimeNotifieeIs(notifyingRtExtCommListCollectionIs());
   rtExtCommClassificationListDedupTable_->lifeTimeNotifieeIs(rtExtCommListLifeTimeNotifiee_);
 }

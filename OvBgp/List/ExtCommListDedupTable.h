@@ -28,7 +28,7 @@ namespace Routing::Bgp {
 // is notified of a removal finds the sub-list neither in the collection nor in the table. If
 // it interns an equal sub-list, that is a new object with a notifier of its own, which stays
 // in the collection. An observer that throws while it is notified of an insertion undoes the
-// insertion. It must not throw while it is notified of a removal.
+// insertion. What it throws while it is notified of a removal is traced.
 //
 // The end. Destroying the table leaves lists alive that users still hold; they are no longer
 // interned, and the collection becomes empty. Notification also stops when the observer is

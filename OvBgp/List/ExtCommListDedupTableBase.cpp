@@ -4,8 +4,10 @@
 
 namespace Routing::Bgp {
 
-ExtCommListDedupTableBase::ExtCommListDedupTableBase()
-    : extCommClassificationListDedupTable_(subTable()) {}
+// A table that exists may have members, so it stays.
+void ExtCommListDedupTableBase::initClassificationListTable() {
+  if (!extCommClassificationListDedupTable_) extCommClassificationListDedupTable_ = subTable();
+}
 
 // Reads the setting again for each hash table. The host must not change it in between.
 Kiv::Ptr<Dorn::DedupHashTable> ExtCommListDedupTableBase::subTable() {

@@ -30,10 +30,12 @@ class OV_EXPORT ExtCommListDedupTableBase : public CommListDedupTableBase {
                  unsigned int indent) const override;
 
  protected:
-  // Empty hash tables, with locks or without as OvBgpGlobals::multiThreaded() says. Throws
-  // std::bad_alloc.
-  ExtCommListDedupTableBase();
+  // An empty hash table of lists, with locks or without as OvBgpGlobals::multiThreaded() says.
+  // A derived class calls initClassificationListTable(). Throws std::bad_alloc.
+  ExtCommListDedupTableBase() = default;
 
+  // Makes the hash table of sub-lists, unless it exists already. Throws std::bad_alloc.
+  void initClassificationListTable();
   // A new, empty hash table for sub-lists. Throws std::bad_alloc.
   static Kiv::Ptr<Dorn::DedupHashTable> subTable();
   // Prints the hash table `table` under `label`. `indent` is that of the whole dump.
@@ -41,7 +43,7 @@ class OV_EXPORT ExtCommListDedupTableBase : public CommListDedupTableBase {
                         const char* label, const Kiv::Ptr<Dorn::DedupHashTable>& table);
 
  private:
-  const Kiv::Ptr<Dorn::DedupHashTable> extCommClassificationListDedupTable_;
+  Kiv::Ptr<Dorn::DedupHashTable> extCommClassificationListDedupTable_;
 };
 
 }  // namespace Routing::Bgp

@@ -73,7 +73,8 @@ class OV_EXPORT LargeCommList final : public ValueList<LargeCommListFamily> {
   // Appends the members to `to` in list order, without asdot, separated by one blank.
   void appendText(OvFmt::DynamicBufferInterface& to) const;
 
-  // Whether `regex` matches the text of the list, which is one line.
+  // Whether `regex` matches the text of the list, which is one line. Throws std::bad_alloc; lack of
+  // memory is never answered as "no match".
   bool matchCommunitiesRegex(const RouteMap::PosixRegex* regex) const;
 
   // A copy of the members that belongs to the caller, who may edit and observe it

@@ -99,7 +99,7 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   KivStash::Vector<Element>* commVectorRawPtrNonConst() noexcept { return &commVector_; }
   // Whether the members ascend strictly. `dedup` sets this flag; `destash` takes it from
   // the image without checking it (OvBgp/Store/Destash.h).
-  bool commVectorSorted() const noexcept { return commVectorSorted_; }
+  bool commVectorSorted() const noexcept { return (ownOctet() & sortedBit) != 0; }
 
   // The text of the list: the members in list order, separated by one blank.
   Kiv::String toStrep() const { return List::textOf(members()); }
@@ -158,14 +158,19 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   // called before the list enters a table, because nothing may be written afterwards.
   void flagsIs() noexcept {}
   // Seven bits that List uses as it likes, see flagsIs; zero if it never writes them.
-  U8 notes() const noexcept { return notes_; }
+  U8 notes() const noexcept { return ownOctet() >> 1; }
   // Replaces the notes; the top bit of `notes` is dropped.
-  void notesIs(U8 notes) noexcept { notes_ = notes & 0x7F; }
+  void notesIs(U8 notes) noexcept {
+    ownOctetIs(static_cast<U8>(notes << 1 | (ownOctet() & sortedBit)));
+  }
 
  private:
   template <class ListType, class ElementType>
   friend Kiv::Ptr<ListType> destashCommList(const void*, KivStash::StoreManager*);
 
+  void commVectorSortedIs(bool sorted) noexcept {
+    ownOctetIs(static_cast<U8>(sorted ? ownOctet() | sortedBit : ownOctet() & ~sortedBit));
+  }
   const List& self() const noexcept { return static_cast<const List&>(*this); }
   void print(std::ostream& out) const;
   void sort();
@@ -188,9 +193,8 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   // Throws the Kiv::RangeException of an attribute value of `octets` octets.
   [[noreturn]] static void lengthRefuse(std::size_t octets);
 
-  // Flag and notes share the one octet of padding that Dorn::DedupHandle leaves.
-  bool commVectorSorted_ : 1 = false;
-  U8 notes_ : 7 = 0;
+  // The fields of ownOctet(): this bit, and the notes above it.
+  static constexpr U8 sortedBit = 1;
   // Must be the last member: in-place members continue behind the object.
   KivStash::Vector<Element> commVector_;
 };

@@ -8,6 +8,7 @@
 
 #include <utility>
 
+#include "Kiv/Assert.h"
 #include "Kiv/Export.h"
 #include "Kiv/NotifyingMap.h"
 #include "Kiv/Ptr.h"
@@ -92,11 +93,34 @@ struct OV_EXPORT ExtCommListSnapshotClassificationList {
   static constexpr const auto& memberName = ExtCommSnapshotKind<Family>::listClassificationList;
 };
 
+// The part that both kinds of snapshots have in common: the map of the members. It hides the two
+// functions of the base that insert, in order to check for null, which no map may contain.
+template <class CommTraits>
+class OV_EXPORT ExtCommSnapshotComms : public RouteMap::CommSnapshot<CommTraits> {
+ public:
+  // The content of a member.
+  using Key = typename CommTraits::Key;
+  // A counted pointer to a member.
+  using Value = typename CommTraits::Value;
+
+  // Inserts `comm` under `key`, or replaces the member there. Stops the process if `comm` is null.
+  // Throws std::bad_alloc.
+  void commIs(const Key& key, Value comm) {
+    KIV_ASSERT(comm, "__null != comm", "OvBgp/OvBgpCommunityList");
+    RouteMap::CommSnapshot<CommTraits>::commIs(key, std::move(comm));
+  }
+  // Inserts `comm` under its own content, as above.
+  void commIs(const Value& comm) {
+    KIV_ASSERT(comm, "__null != comm", "OvBgp/OvBgpCommunityList");
+    RouteMap::CommSnapshot<CommTraits>::commIs(comm);
+  }
+};
+
 // A snapshot of a sub-list: its members, by content, and its classification. The references to
 // the members keep these interned. Threads: one at a time; reading counts, too.
 template <class Family>
 class OV_EXPORT ExtCommClassificationListSnapshotBase
-    : public RouteMap::CommSnapshot<ExtCommClassificationListSnapshotComm<Family>> {
+    : public ExtCommSnapshotComms<ExtCommClassificationListSnapshotComm<Family>> {
  public:
   // The classification that was given to the constructor. Members are not checked to have it.
   ExtCommClassification classification() const noexcept { return classification_; }
@@ -116,7 +140,7 @@ class OV_EXPORT ExtCommClassificationListSnapshotBase
 // at a time; reading counts, too.
 template <class Family>
 class OV_EXPORT ExtCommListSnapshotBase
-    : public RouteMap::CommSnapshot<ExtCommListSnapshotComm<Family>> {
+    : public ExtCommSnapshotComms<ExtCommListSnapshotComm<Family>> {
  public:
   // The map of the sub-lists; observers are notified of its changes.
   using ClassificationListMap = Kiv::NotifyingMap<ExtCommListSnapshotClassificationList<Family>>;
@@ -136,13 +160,15 @@ class OV_EXPORT ExtCommListSnapshotBase
     return classificationList_.has(classification);
   }
   // Inserts `list` at `classification`, or replaces the sub-list there. Observers are notified
-  // if that changes the map. Throws std::bad_alloc.
+  // if that changes the map. Stops the process if `list` is null. Throws std::bad_alloc.
   void classificationListIs(ExtCommClassification classification, ClassificationListPtr list) {
+    KIV_ASSERT(list, "__null != classificationList", "OvBgp/OvBgpCommunityList");
     classificationList_.set(classification, std::move(list));
   }
-  // Inserts `list` at its own classification, or replaces the sub-list there. Throws
-  // std::bad_alloc.
+  // Inserts `list` at its own classification, or replaces the sub-list there. Stops the process
+  // if `list` is null. Throws std::bad_alloc.
   void classificationListIs(const ClassificationListPtr& list) {
+    KIV_ASSERT(list, "__null != classificationList", "OvBgp/OvBgpCommunityList");
     classificationListIs(list->classification(), list);
   }
   // Deletes the sub-list at `classification`; returns whether there was one. Observers are

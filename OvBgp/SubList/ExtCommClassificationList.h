@@ -45,8 +45,8 @@ class OV_EXPORT ExtCommClassificationList : public ExtCommClassificationListBase
   // An empty sub-list. Users call a factory instead.
   explicit ExtCommClassificationList(ExtCommClassification classification) noexcept;
 
-  // Appends `comm` and updates hasPrunableValues(). Requires: this sub-list was never interned.
-  // Stops the process if `comm` is null or was never interned.
+  // Appends `comm` and updates hasPrunableValues(). Stops the process if this sub-list is interned
+  // or was, and if `comm` is null or was never interned.
   //
   // The interface gives the name, although xIs sets elsewhere.
   void commIs(const ExtComm::PtrConst& comm);

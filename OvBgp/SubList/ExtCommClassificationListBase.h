@@ -57,7 +57,7 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
 
   // The classification of all members.
   ExtCommClassification classification() const noexcept {
-    return static_cast<ExtCommClassification>(classification_);
+    return static_cast<ExtCommClassification>(ownOctet() & classificationMask);
   }
   // The members; in ascending order once the sub-list is sorted.
   const ExtCommVector<Value>& commVector() const noexcept { return commVector_; }
@@ -72,8 +72,9 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   // between. The stream's format plays no part.
   void writeText(std::ostream& out) const;
 
-  // The one-at-a-time hash of the members' addresses, four octets each. Stops the process unless
-  // the sub-list is sorted.
+  // The one-at-a-time hash of the members' addresses, four octets each; 0 without members. A
+  // sub-list of communities of eight octets stops the process unless it is sorted. One of IPv6
+  // communities hashes its members in the order that they have.
   U32 hash() const override;
   // Whether `other`, a sub-list of this family, has the same members. Stops the process unless this
   // sub-list is sorted.
@@ -91,23 +92,30 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
  protected:
   // An empty sub-list.
   explicit ExtCommClassificationListBase(ExtCommClassification classification) noexcept
-      : classification_(classificationKept(classification) & classificationMask) {}
+      : DedupHandle(classificationKept(classification)) {}
   // Releases the members.
   ~ExtCommClassificationListBase() override;
 
   // The bit of notes() that is set while the members are sorted and without duplicates.
   static constexpr U8 sortedNote = 1;
   // Two bits about the members: sortedNote and one that belongs to the subclass.
-  U8 notes() const noexcept { return notes_; }
+  U8 notes() const noexcept { return ownOctet() >> notesShift; }
   // Sets or clears one bit of notes().
-  void noteIs(U8 note, bool on) noexcept { notes_ = (on ? notes_ | note : notes_ & ~note) & 3; }
+  void noteIs(U8 note, bool on) noexcept {
+    const int bits = note << notesShift;
+    ownOctetIs(static_cast<U8>(on ? ownOctet() | bits : ownOctet() & ~bits));
+  }
 
   // The member with this content, or null. Requires: sorted; that is not checked.
   ValuePtr lookupExtComm(const Content& content) const {
     return ExtCommVectorLookup(commVector_, content);
   }
-  // Appends a member. Stops the process if `comm` is null or was never interned.
-  void commAdd(const ValuePtr& comm) { ExtCommVectorAdd(comm, commVector_); }
+  // Appends a member. Stops the process if `comm` is null or was never interned, or if this
+  // sub-list is interned or was.
+  void commAdd(const ValuePtr& comm) {
+    ExtCommAssertGrowing(*this);
+    ExtCommVectorAdd(comm, commVector_);
+  }
 
  private:
   template <class>
@@ -122,9 +130,9 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   // Marks a sub-list of a list that will not be interned, so that it is never interned either.
   void neverInterned() noexcept { dedupStateIs(Dorn::DedupHandleState::rebuilt); }
 
-  // Classification and notes share one octet that the base leaves unused.
-  const U8 classification_ : 6;
-  U8 notes_ : 2 = 0;
+  // The fields of ownOctet(): the classification in the lower six bits (classificationMask), and
+  // the notes above it.
+  static constexpr int notesShift = 6;
   ExtCommVector<Value> commVector_;
 };
 

@@ -28,8 +28,8 @@ class OV_EXPORT ExtCommIp6ClassificationList final
   explicit ExtCommIp6ClassificationList(ExtCommClassification classification) noexcept
       : ExtCommClassificationListBase(classification) {}
 
-  // Appends `comm`. Requires: this sub-list was never interned. Stops the process if `comm` is null
-  // or was never interned. The interface gives the name, although xIs sets elsewhere.
+  // Appends `comm`. Stops the process if this sub-list is interned or was, and if `comm` is null or
+  // was never interned. The interface gives the name, although xIs sets elsewhere.
   void commIs(const ExtCommIp6::PtrConst& comm) { commAdd(comm); }
   // The members. For communities of eight octets the function of this name returns their number.
   const ExtCommVector<ExtCommIp6>& comms() const noexcept { return commVector(); }

@@ -34,6 +34,19 @@ void ExtCommAssertMember(const Kiv::Ptr<const Value>& comm) {
              "OvBgp/OvBgpCommunityListImpl");
 }
 
+// Stops the process unless members may be appended to `list`, a list or sub-list: it is not
+// interned and never was. A table finds a list by its members, and other threads may be reading
+// them. Sub-lists that are never interned, state `rebuilt`, may grow.
+template <class List>
+void ExtCommAssertGrowing(const List& list) {
+  const Dorn::DedupHandleState state = list.dedupState();
+  KIV_ASSERT(
+      state == Dorn::dedupHandleStateNeverDeduped() || state == Dorn::DedupHandleState::rebuilt,
+      "dedupState() == Dorn::dedupHandleStateNeverDeduped() || "
+      "dedupState() == Dorn::DedupHandleState::rebuilt",
+      "OvBgp/OvBgpCommunityList");
+}
+
 // Appends `comm` to `comms`, which takes a new reference. Requires what ExtCommAssertMember checks.
 // Throws std::bad_alloc, and std::length_error if the vector is full.
 template <class Value>

@@ -1,6 +1,7 @@
 #include "OvBgp/Value/ExtComm.h"
 
 #include <ostream>
+#include <typeinfo>
 
 #include "BgpCommon/Private/StreamedText.h"
 #include "Dorn/NotifyingObject.h"
@@ -30,6 +31,13 @@ Kiv::String subtypeStringOf(const ExtComm& extComm, const char* function) {
   return extCommSubtypeString<ExtCommSubtypeEnum<type>>(extComm.getContent().subtypeOctet());
 }
 
+// The slow path of appendPolicyText, for classes of users. It is not inlined, so that the fast path
+// needs no stack frame for a string.
+[[gnu::noinline]] void appendString(const ExtComm& extComm, OvFmt::DynamicBufferInterface& to,
+                                    ExtComm::StrepFormat format) {
+  to.append(extComm.toStrepForPolicy(format));
+}
+
 }  // namespace
 
 KIV_OBJECT_DEFINE(ExtComm)
@@ -57,7 +65,9 @@ bool ExtComm::policyMatchStrepUI() const { return false; }
 bool ExtComm::isValid() const { return true; }
 
 void ExtComm::plainNoted() {
-  plain_ = isValid() && !policyMatchStrepUI() && !isLinkBandwidthWithUnspecifiedAsNumber();
+  if (isValid() && !policyMatchStrepUI() && !isLinkBandwidthWithUnspecifiedAsNumber()) {
+    newOwnBitsAdd(plainBit);
+  }
 }
 
 // A class whose octets are not in the order of preference overrides this.
@@ -90,6 +100,18 @@ Kiv::String ExtComm::toStrepForPolicy(StrepFormat format) const {
   ExtCommTextBuffer text;
   appendForPolicy(text, format);
   return text.str();
+}
+
+// These two classes may have subclasses, so the exact class is compared. fwkType() would not do,
+// because a subclass may lack a type record of its own. The addresses are compared because that is
+// faster than type_info's operator, which may compare names; should a class have two records, the
+// text is the same, only slower.
+void ExtComm::policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
+  const std::type_info* const type = &typeid(*this);
+  if (type == &typeid(ExtCommSubtyped) || type == &typeid(ExtComm)) {
+    return ExtComm::appendForPolicy(to, format);
+  }
+  appendString(*this, to, format);
 }
 
 Kiv::String ExtComm::toStrepForUI(bool asdot, bool linkBwWeighted, bool json) const {
@@ -166,10 +188,13 @@ ExtCommSubtyped::Ptr ExtCommSubtypedIs(ExtCommClassification classification,
 }
 
 std::ostream& operator<<(std::ostream& out, const ExtComm* extComm) {
-  return extComm ? out << *extComm : out.write("NULL", 4);
+  if (extComm) return out << *extComm;
+  out.width(0);
+  return out.write("NULL", 4);
 }
 
 std::ostream& operator<<(std::ostream& out, const ExtComm& extComm) {
+  out.width(0);
   extComm.formatDerivedType(out);
   return out;
 }

@@ -39,8 +39,9 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   // The options of a community's text, defined below.
   class StrepFormat;
 
-  // An object that is not interned. Users call dedupContent or a factory instead. A classification
-  // above 63 stops the process.
+  // An object that is not interned. Users call dedupContent or a factory instead. Classifications
+  // without a name, 11 to 63, are free for rules of a user's own. The bound
+  // extCommClassificationOneBeyondLast, 10, and a number above 63 stop the process.
   ExtComm(ExtCommClassification classification, const ExtCommContent& content)
       : ExtComm(classification, content, false) {}
 
@@ -64,7 +65,10 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   virtual BgpExtCommPktSubtype pktSubtype() const;
   // Writes the diagnostic text, for logs and dumps. The stream's format plays no part.
   virtual void formatDerivedType(std::ostream& out) const;
-  // The text that appendForPolicy appends. A class changes it by overriding appendForPolicy.
+  // The text that policies, configurations and show commands use. A class with another text
+  // overrides this function. Lists write and match the text of this function, whatever else a
+  // class overrides. Here, what appendForPolicy appends: nothing without the user-interface flags;
+  // with them, the type code and six octets in hexadecimal.
   virtual Kiv::String toStrepForPolicy(StrepFormat format) const;
   // Whether policies match this community by its user-interface text, in addition to the two texts
   // by which they match every community.
@@ -74,23 +78,26 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   // Whether this community is preferred to `other`, which must not be null. Here, the smaller
   // content is preferred; a class may compare otherwise and may require its own class of `other`.
   virtual bool isBetterThan(const Kiv::Ptr<const ExtComm>& other) const;
-  // Appends the text that policies, configurations and show commands use. Here, nothing without the
-  // user-interface flags; with them, the type code and six octets in hexadecimal.
+  // Appends the text that the toStrepForPolicy of the library's classes returns. A class may
+  // override this function instead of toStrepForPolicy, and so write its text without a string.
+  // Callers use appendPolicyText, because a subclass may have overridden only toStrepForPolicy.
   virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
   // The subject of the community, by which lists group their members.
   ExtCommClassification classification() const noexcept {
-    return static_cast<ExtCommClassification>(classification_);
+    return static_cast<ExtCommClassification>(ownOctet() & classificationMask);
   }
   // The eight octets.
   ExtCommContent getContent() const noexcept { return content_; }
   // Whether the object is known to be valid, not matched by its user-interface text, and no link
   // bandwidth without an AS number. Most communities are plain, so lists check this flag instead of
   // making three virtual calls a member. False for objects that no table has made.
-  bool isPlain() const noexcept { return plain_; }
+  bool isPlain() const noexcept { return (ownOctet() & plainBit) != 0; }
   // The type octet; extCommPktTypeUnknown if the octet has no name.
   BgpExtCommPktType pktType() const noexcept;
 
+  // Appends the text of toStrepForPolicy. For the library's own classes it makes no string.
+  void appendPolicyText(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
   // The user-interface text with the given further options of StrepFormat.
   Kiv::String toStrepForUI(bool asdot, bool linkBwWeighted, bool json) const;
   // The diagnostic text. Throws std::bad_alloc.
@@ -146,15 +153,20 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   // For subclasses. `variant` is one bit by which a subclass tells two forms of itself apart; it
   // takes no space.
   ExtComm(ExtCommClassification classification, const ExtCommContent& content, bool variant)
-      : classification_(classificationKept(classification) & classificationMask),
-        variant_(variant),
-        content_(content) {
-    // The value table's observer follows route targets only. All others enter and leave the table
-    // without the notification lock.
-    if (classification == extCommClassificationRouteTarget) notableIs();
-  }
+      // The value table's observer follows route targets only. All others enter and leave the
+      // table without the notification lock.
+      : KivStash::DedupHandle(
+            static_cast<U8>(classificationKept(classification) | (variant ? variantBit : 0)),
+            classification == extCommClassificationRouteTarget),
+        content_(content) {}
+
+  // The body of appendPolicyText, for the library's own classes, which override it to avoid a
+  // string. A class with possible subclasses must check that the object belongs to none of them,
+  // since a subclass may override toStrepForPolicy. Here, the text of toStrepForPolicy.
+  virtual void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
+
   // The bit given to the constructor.
-  bool variant() const noexcept { return variant_; }
+  bool variant() const noexcept { return (ownOctet() & variantBit) != 0; }
 
   // Appends the start of a diagnostic text: the name of the type and, if the class has subtypes, a
   // blank and the subtype.
@@ -164,16 +176,16 @@ class OV_EXPORT ExtComm : public KivStash::DedupHandle {
   friend class ExtCommDedupTable;
 
   Kiv::String subtypeText() const;
-  // Sets plain_ by calling the virtual functions that it summarises. The constructor cannot do
+  // Sets plainBit by calling the virtual functions that it summarises. The constructor cannot do
   // that, as virtual calls do not reach the subclass yet. Called before other threads can see the
   // object.
   void plainNoted();
 
-  // These three share one octet that the base leaves unused. Millions of these objects may exist,
-  // so an octet of its own for each would cost eight with alignment.
-  const U8 classification_ : 6;
-  const bool variant_ : 1;
-  bool plain_ : 1 = false;
+  // The fields of ownOctet(): the classification in the lower six bits (classificationMask), and
+  // these two. Millions of these objects may exist, so a data member for them would cost eight
+  // octets with alignment.
+  static constexpr U8 variantBit = 0x40;
+  static constexpr U8 plainBit = 0x80;
   const ExtCommContent content_;
 };
 
@@ -206,6 +218,10 @@ class ExtComm::StrepFormat : public Kiv::FlagSet<ExtComm::StrepFormat> {
 };
 #undef FLAG_ROWS
 
+inline void ExtComm::appendPolicyText(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
+  policyTextAppend(to, format);
+}
+
 // A community whose second octet is a subtype.
 class OV_EXPORT ExtCommSubtyped : public ExtComm {
   KIV_OBJECT(ExtCommSubtyped)
@@ -228,9 +244,10 @@ OV_EXPORT ExtComm::Ptr extCommFactory(ExtCommClassification classification,
 OV_EXPORT ExtCommSubtyped::Ptr ExtCommSubtypedIs(ExtCommClassification classification,
                                                  const ExtCommContent& content);
 
-// Writes the diagnostic text; "NULL" for a null pointer.
+// Writes the diagnostic text; "NULL" for a null pointer. The stream's format plays no part, and its
+// width is reset to 0.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtComm* extComm);
-// Writes the diagnostic text.
+// Writes the diagnostic text, as the operator for pointers.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtComm& extComm);
 
 }  // namespace Routing::Bgp

@@ -1,6 +1,7 @@
 #include "OvBgp/Value/ExtCommAsNumber.h"
 
 #include <ostream>
+#include <typeinfo>
 
 #include "Dorn/NotifyingObject.h"
 #include "OvBgp/Value/ExtCommText.h"
@@ -45,6 +46,15 @@ void ExtCommAsNumber::appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFo
     to.append(':');
   }
   appendValue(to, format.strepFormatAsdot());
+}
+
+// A subclass may override toStrepForPolicy, hence the comparison of the exact class (see
+// ExtComm::policyTextAppend).
+void ExtCommAsNumber::policyTextAppend(OvFmt::DynamicBufferInterface& to,
+                                       StrepFormat format) const {
+  if (&typeid(*this) == &typeid(ExtCommAsNumber))
+    return ExtCommAsNumber::appendForPolicy(to, format);
+  ExtComm::policyTextAppend(to, format);
 }
 
 ExtCommAsNumber::Ptr ExtCommAsNumberIs(ExtCommClassification classification,

@@ -57,6 +57,10 @@ class OV_EXPORT ExtCommAsNumber : public ExtCommSubtyped {
   // Appends the text of appendValue; for the user interface with the type code and "-AS:" or
   // "-AS4:" before it.
   void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
+
+ protected:
+  // As in the base, for objects of exactly this class.
+  void policyTextAppend(OvFmt::DynamicBufferInterface& to, StrepFormat format) const override;
 };
 
 // A new object, not interned, with notification switched on. Throws std::bad_alloc. The name is

@@ -6,14 +6,15 @@
 
 namespace Routing::Bgp {
 
-// Digits are written by hand, from the last one to the first, and put out unformatted. The stream's
-// base, fill and width neither matter nor change.
+// Digits are written by hand, from the last one to the first, and put out unformatted. Formatted
+// output resets the width of the stream, so this function does, too.
 std::ostream& operator<<(std::ostream& os, const ExtCommContent& content) {
   char text[18] = {'0', 'x'};
   U64 rest = content.value();
   for (char* digit = text + sizeof text; digit != text + 2; rest >>= 4) {
     *--digit = "0123456789abcdef"[rest & 0xf];
   }
+  os.width(0);
   return os.write(text, sizeof text);
 }
 

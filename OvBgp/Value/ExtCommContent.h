@@ -28,6 +28,8 @@ class ExtCommContent : public Dorn::DedupContentHandle {
 
   // The eight octets as a number in host byte order.
   constexpr U64 value() const { return value_; }
+  // Replaces the eight octets by those of `value`, a number in host byte order.
+  constexpr void valueIs(U64 value) { value_ = value; }
   // Octet 0, the type.
   constexpr U8 typeOctet() const { return static_cast<U8>(value_ >> 56); }
   // Octet 1. It is a subtype only if the type has subtypes.
@@ -53,7 +55,8 @@ class ExtCommContent : public Dorn::DedupContentHandle {
 static_assert(sizeof(ExtCommContent) == 8 && std::is_trivially_copyable_v<ExtCommContent>,
               "contents are passed in a register and stored as eight octets");
 
-// Writes 0x and 16 lower-case hexadecimal digits. The stream's format neither matters nor changes.
+// Writes 0x and 16 lower-case hexadecimal digits. The stream's base and fill neither matter nor
+// change; its width is ignored and reset to 0, as by every formatted output.
 OV_EXPORT std::ostream& operator<<(std::ostream& os, const ExtCommContent& content);
 // The text of a plain 64-bit integer, in decimal.
 OV_EXPORT Kiv::String valueToStrep(const ExtCommContent& content);

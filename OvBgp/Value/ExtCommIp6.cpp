@@ -1,6 +1,7 @@
 #include "OvBgp/Value/ExtCommIp6.h"
 
 #include <ostream>
+#include <typeinfo>
 
 #include "BgpCommon/Private/StreamedText.h"
 #include "Dorn/NotifyingObject.h"
@@ -12,6 +13,16 @@
 #define ASSERT_EXT_COMM_IP6(holds, condition) KIV_ASSERT(holds, condition, "OvBgp/ExtCommIp6")
 
 namespace Routing::Bgp {
+namespace {
+
+// The slow path of appendPolicyText, for classes of users. It is not inlined, so that the fast path
+// needs no stack frame for a string.
+[[gnu::noinline]] void appendString(const ExtCommIp6& extComm, OvFmt::DynamicBufferInterface& to,
+                                    ExtCommIp6::StrepFormat format) {
+  to.append(extComm.toStrepForPolicy(format));
+}
+
+}  // namespace
 
 KIV_OBJECT_DEFINE(ExtCommIp6)
 KIV_OBJECT_DEFINE(ExtCommIp6Subtyped)
@@ -46,23 +57,21 @@ BgpExtCommPktSubtype ExtCommIp6Subtyped::pktSubtype() const {
   return BgpExtCommPktSubtype(getContent().subtype());
 }
 
-// The body of the two functions below, which have checked the type.
-template <class Subtype>
-Kiv::String ExtCommIp6::subtypeName() const {
-  ASSERT_EXT_COMM_IP6(!pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()");
-  return extCommSubtypeString<Subtype>(extCommIp6Content_.subtype());
-}
-
+// The checks are in both functions, because a failed one names the function that was called.
 Kiv::String ExtCommIp6::pktSubtypeTransIpv6AddressAsString() const {
   ASSERT_EXT_COMM_IP6(pktType() == extCommIp6PktTypeTransIpv6Address,
                       "extCommIp6PktTypeTransIpv6Address_ == pktType()");
-  return subtypeName<BgpExtCommIp6PktSubtypeTransIpv6Address>();
+  ASSERT_EXT_COMM_IP6(!pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()");
+  return extCommSubtypeString<BgpExtCommIp6PktSubtypeTransIpv6Address>(
+      extCommIp6Content_.subtype());
 }
 
 Kiv::String ExtCommIp6::pktSubtypeNonTransIpv6AddressAsString() const {
   ASSERT_EXT_COMM_IP6(pktType() == extCommIp6PktTypeNonTransIpv6Address,
                       "extCommIp6PktTypeNonTransIpv6Address_ == pktType()");
-  return subtypeName<BgpExtCommIp6PktSubtypeNonTransIpv6Address>();
+  ASSERT_EXT_COMM_IP6(!pktSubtype().isUnspecified(), "!pktSubtype().isUnspecified()");
+  return extCommSubtypeString<BgpExtCommIp6PktSubtypeNonTransIpv6Address>(
+      extCommIp6Content_.subtype());
 }
 
 // Two types need no table as in ExtCommSubtypes.h. There is no default label, so that the compiler
@@ -80,8 +89,7 @@ Kiv::String ExtCommIp6::subtypeText() const {
   return "none";
 }
 
-// Here and below, output is unformatted, so that the stream's width, fill and base neither matter
-// nor change.
+// Here and below, output is unformatted, so that the stream's width, fill and base play no part.
 void ExtCommIp6::formatSubtype(std::ostream& out) const {
   const Kiv::String text = subtypeText();
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
@@ -127,12 +135,24 @@ Kiv::String ExtCommIp6::toStrepForPolicy(StrepFormat format) const {
   return text.str();
 }
 
+// A subclass may override toStrepForPolicy, hence the comparison of the exact class (see
+// ExtComm::policyTextAppend).
+void ExtCommIp6::appendPolicyText(OvFmt::DynamicBufferInterface& to, StrepFormat format) const {
+  const std::type_info* const type = &typeid(*this);
+  if (type == &typeid(ExtCommIp6Subtyped) || type == &typeid(ExtCommIp6)) {
+    return ExtCommIp6::appendForPolicy(to, format);
+  }
+  appendString(*this, to, format);
+}
+
 std::ostream& operator<<(std::ostream& out, const ExtCommIp6* extComm) {
-  if (!extComm) return out.write("NULL", 4);
-  return out << *extComm;
+  if (extComm) return out << *extComm;
+  out.width(0);
+  return out.write("NULL", 4);
 }
 
 std::ostream& operator<<(std::ostream& out, const ExtCommIp6& extComm) {
+  out.width(0);
   extComm.formatDerivedType(out);
   return out;
 }

@@ -36,10 +36,10 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   // The options of a community's text, defined below.
   class StrepFormat;
 
-  // An object that is not interned. Users call dedupContent or a factory instead. A classification
-  // above 63 stops the process.
+  // An object that is not interned. Users call dedupContent or a factory instead. The bound
+  // extCommClassificationOneBeyondLast, 10, and a classification above 63 stop the process.
   ExtCommIp6(ExtCommClassification classification, const ExtCommIp6Content& content)
-      : classification_(classificationKept(classification)), extCommIp6Content_(content) {}
+      : KivStash::DedupHandle(classificationKept(classification)), extCommIp6Content_(content) {}
 
   // The byte hash of the content (ExtCommIp6Content::hash).
   U32 hash() const override;
@@ -58,21 +58,29 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   // if there is one, " addr=", the address, " localAdmin=", the local administrator, ">". The
   // stream's format plays no part.
   virtual void formatDerivedType(std::ostream& out) const;
-  // The text that appendForPolicy appends. A class changes it by overriding appendForPolicy.
+  // The text for policies. A class with another text overrides this function. Lists write the text
+  // of this function, whatever else a class overrides. Here, what appendForPolicy appends: the
+  // address, ":" and the local administrator; for the user interface with the type code and "-IP6:"
+  // before them. The other flags change nothing.
   virtual Kiv::String toStrepForPolicy(StrepFormat format) const;
-  // Appends the address, ":" and the local administrator; for the user interface with the type code
-  // and "-IP6:" before them. The other flags change nothing.
+  // Appends the text that the toStrepForPolicy of the library's classes returns. A class may
+  // override this function instead of toStrepForPolicy, and so write its text without a string.
+  // Callers use appendPolicyText, because a subclass may have overridden only toStrepForPolicy.
   virtual void appendForPolicy(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
 
   // The subject of the community, by which lists group their members.
   ExtCommClassification classification() const noexcept {
-    return static_cast<ExtCommClassification>(classification_);
+    return static_cast<ExtCommClassification>(ownOctet());
   }
   // The twenty octets.
   ExtCommIp6Content getContent() const noexcept { return extCommIp6Content_; }
+  // The same as getContent(), under the name of the attribute.
+  ExtCommIp6Content extCommIp6Content() const noexcept { return extCommIp6Content_; }
   // The type octet; extCommIp6PktTypeUnknown if the octet has no name.
   BgpExtCommIp6PktType pktType() const noexcept;
 
+  // Appends the text of toStrepForPolicy. For the library's own classes it makes no string.
+  void appendPolicyText(OvFmt::DynamicBufferInterface& to, StrepFormat format) const;
   // The diagnostic text. Throws std::bad_alloc.
   Kiv::String toStrep() const;
   // Writes the subtype's name, or "subtype=" and its number if it has no name. Writes "unspecified"
@@ -100,11 +108,8 @@ class OV_EXPORT ExtCommIp6 : public KivStash::DedupHandle {
   }
 
  private:
-  template <class Subtype>
-  Kiv::String subtypeName() const;
   Kiv::String subtypeText() const;
 
-  const U8 classification_;  // in an octet that the base leaves unused
   const ExtCommIp6Content extCommIp6Content_;
 };
 
@@ -154,9 +159,10 @@ OV_EXPORT ExtCommIp6::Ptr extCommIp6Factory(ExtCommClassification classification
 OV_EXPORT ExtCommIp6Subtyped::Ptr ExtCommIp6SubtypedIs(ExtCommClassification classification,
                                                        const ExtCommIp6Content& content);
 
-// Writes the diagnostic text; "NULL" for a null pointer.
+// Writes the diagnostic text; "NULL" for a null pointer. The stream's format plays no part, and its
+// width is reset to 0.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6* extComm);
-// Writes the diagnostic text.
+// Writes the diagnostic text, as the operator for pointers.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6& extComm);
 
 }  // namespace Routing::Bgp

@@ -89,6 +89,7 @@ void sequenceToValue(const char*& it, const char* end, ExtCommIp6Content* target
 
 std::ostream& operator<<(std::ostream& out, const ExtCommIp6Content& content) {
   const Kiv::String text = valueToStrep(content);
+  out.width(0);
   return out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 

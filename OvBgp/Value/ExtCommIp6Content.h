@@ -40,6 +40,14 @@ class ExtCommIp6Content : public Dorn::DedupContentHandle {
   constexpr const Ovnet::Ip6Addr& addr() const { return addr_; }
   // The local administrator in host byte order.
   constexpr U16 localAdmin() const { return localAdmin_; }
+  // Replaces the type octet. This function and the next three accept any value.
+  constexpr void typeIs(U8 type) { type_ = type; }
+  // Replaces the subtype octet.
+  constexpr void subtypeIs(U8 subtype) { subtype_ = subtype; }
+  // Replaces the global administrator.
+  constexpr void addrIs(const Ovnet::Ip6Addr& addr) { addr_ = addr; }
+  // Replaces the local administrator by a number in host byte order.
+  constexpr void localAdminIs(U16 localAdmin) { localAdmin_ = localAdmin; }
   // Whether routes may carry the community into another autonomous system (bit 0x40 of the type is
   // clear).
   constexpr bool transitiveFlag() const { return (type_ & 0x40) == 0; }
@@ -75,7 +83,8 @@ OV_EXPORT Kiv::String valueToStrep(const ExtCommIp6Content& content);
 // Reads a text with the same labels in which all numbers, T and S included, are decimal, and moves
 // `it` behind it. Throws Kiv::RangeException, and changes nothing, on any other text.
 OV_EXPORT void sequenceToValue(const char*& it, const char* end, ExtCommIp6Content* target);
-// Writes the text of valueToStrep. The stream's format neither matters nor changes.
+// Writes the text of valueToStrep. The stream's base and fill neither matter nor change; its width
+// is ignored and reset to 0.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6Content& content);
 
 }  // namespace Routing::Bgp

@@ -1,6 +1,7 @@
 #include "OvBgp/Value/ExtCommIpv4Address.h"
 
 #include <ostream>
+#include <typeinfo>
 
 #include "Dorn/NotifyingObject.h"
 #include "OvBgp/Value/Private/ExtCommDiagnostic.h"
@@ -34,6 +35,15 @@ void ExtCommIpv4Address::appendForPolicy(OvFmt::DynamicBufferInterface& to,
     to.append(':');
   }
   appendValue(to);
+}
+
+// A subclass may override toStrepForPolicy, hence the comparison of the exact class (see
+// ExtComm::policyTextAppend).
+void ExtCommIpv4Address::policyTextAppend(OvFmt::DynamicBufferInterface& to,
+                                          StrepFormat format) const {
+  if (&typeid(*this) == &typeid(ExtCommIpv4Address))
+    return ExtCommIpv4Address::appendForPolicy(to, format);
+  ExtComm::policyTextAppend(to, format);
 }
 
 ExtCommIpv4Address::Ptr ExtCommIpv4AddressIs(ExtCommClassification classification,

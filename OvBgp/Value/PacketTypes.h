@@ -265,12 +265,22 @@ KIV_ENUM_INSTANCE_BY_VALUE(ExtCommClassification, ExtCommClassificationInstance)
 // The six bits in which communities and sub-lists keep a classification. classificationKept has
 // checked the number already; masking it again only tells the compiler that it fits the bit-field.
 inline constexpr U8 classificationMask = 0x3F;
-// The classification as it is kept. A rule of a user's own may give a number without a name. A
-// number above 63 stops the process, since cut to six bits it would be another classification.
+// Whether a community can have this number as its classification: 0 to 63, but not the bound 10.
+// The numbers 11 to 63 have no name and are free for rules of a user's own.
+constexpr bool isClassification(U32 number) noexcept {
+  return number <= classificationMask &&
+         number != Kiv::enumValue(extCommClassificationOneBeyondLast);
+}
+// The classification as it is kept. A number for which isClassification is false stops the process.
+// The bound is the classification of no community, and a number above 63, cut to six bits, would be
+// another classification.
 inline U8 classificationKept(ExtCommClassification classification) noexcept {
-  KIV_ASSERT(static_cast<U32>(classification) < 64, "classification < 64",
+  const U32 number = Kiv::enumValue(classification);
+  KIV_ASSERT(number <= classificationMask, "classification < 64",
              "OvBgp/OvBgpCommunityPacketTypes");
-  return static_cast<U8>(classification);
+  KIV_ASSERT(isClassification(number), "classification != extCommClassificationOneBeyondLast",
+             "OvBgp/OvBgpCommunityPacketTypes");
+  return static_cast<U8>(number);
 }
 
 // Well-known standard communities in host byte order: RFC 1997, RFC 8326 (graceful shutdown) and

@@ -48,7 +48,8 @@ class OV_EXPORT ExtCommLifeTimeNotifiee final : public Dorn::DedupHashTableLifeT
 // Observers of producerRtList() may intern and release values of the same table. While an observer
 // is notified that a route target was removed, neither the set nor the table has it. If the
 // observer interns it again, it gets a new object, and the set has the route target again. An
-// observer that throws on an addition makes the interning fail; on a removal it must not throw.
+// observer that throws on an addition makes the interning fail; on a removal its exception is
+// traced.
 class OV_EXPORT ExtCommDedupTable final : public ExtCommDedupTableBase {
   KIV_OBJECT(ExtCommDedupTable)
 

@@ -10,7 +10,11 @@ KIV_OBJECT_DEFINE(ExtCommIp6DedupTable)
 
 ExtCommIp6DedupTable::ExtCommIp6DedupTable(
     const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule)
-    : ExtCommDedupTableBase(rule) {}
+    : ExtCommDedupTableBase(rule) {
+  dedupTable()->keyProbeIs([](const Dorn::DedupContentHandle& key) {
+    return static_cast<const ExtCommIp6Content&>(key).probeHash();
+  });
+}
 
 ExtCommIp6DedupTable::Ptr extCommIp6DedupTableFactory(
     const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule) {

@@ -2,6 +2,9 @@
 #ifndef OVBGP_VALUETABLE_EXTCOMMIP6DEDUPTABLE_H
 #define OVBGP_VALUETABLE_EXTCOMMIP6DEDUPTABLE_H
 
+#include <vector>
+
+#include "Dorn/DedupHashTable.h"
 #include "Kiv/Export.h"
 #include "Kiv/Types.h"
 #include "OvBgp/Value/ExtCommIp6.h"
@@ -19,12 +22,14 @@ class OV_EXPORT ExtCommIp6DedupTable final : public ExtCommDedupTableBase {
   // An empty table. Users call extCommIp6DedupTableFactory instead.
   explicit ExtCommIp6DedupTable(const Kiv::Ptr<const BgpParseExtendedCommunityRule>& rule);
 
-  // The member with this content, or null. It hides the function of the base, because this table
-  // probes with probeHash(). The second argument, the content's hash(), is therefore ignored; it
-  // exists so that both tables can be called alike.
-  Dorn::DedupHandle::Ptr lookupByContent(const ExtCommIp6Content& key, U32 /*hash*/) const {
-    return ExtCommDedupTableBase::lookupByContent(key, key.probeHash());
+  // Registers the observer of the values that are interned and leave, in place of any former one;
+  // null removes it. As the function of dedupTable(), which says what observers may do.
+  void lifeTimeNotifieeIs(const Dorn::DedupHashTableLifeTimeNotifiee::Ptr& notifiee) const {
+    dedupTable()->lifeTimeNotifieeIs(notifiee);
   }
+  // The values that are interned now, each with a reference. No snapshot while other threads work.
+  // Throws std::bad_alloc.
+  std::vector<Dorn::DedupHandle::Ptr> members() const { return dedupTable()->members(); }
 
  private:
   friend class ExtCommIp6;

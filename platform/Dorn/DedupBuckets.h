@@ -112,6 +112,11 @@ class alignas(64) DedupBucket {
            static_cast<U32>(tags_ >> 8 * i & 0xFF) << 8;
   }
 
+  // Frees slot `i`, which must not be free. The overflow counters stay.
+  void slotDel(U32 i) noexcept {
+    tags_ &= ~(U64{0xFF} << 8 * i);
+    words_[i] &= overflowLowMask;
+  }
   // Stores a member in slot `i`, which must be free. `member` must fit (fits()).
   void slotIs(U32 i, U32 hash, DedupHandle* member) noexcept {
     tags_ |= U64{hash >> 8 & 0xFF} << 8 * i;
@@ -123,8 +128,7 @@ class alignas(64) DedupBucket {
     for (SlotSet found = candidates(hash); found != 0; found &= found - 1) {
       const U32 i = firstOf(found);
       if (this->member(i) != member) continue;
-      tags_ &= ~(U64{0xFF} << 8 * i);
-      words_[i] &= overflowLowMask;
+      slotDel(i);
       return true;
     }
     return false;
@@ -260,6 +264,11 @@ class DedupBuckets {
   template <class Visit>
   void forEach(const Visit& visit) const;
 
+  // Removes each member for which `isLeaving(DedupHandle*)` is true. For the end of a table: the
+  // overflow counters stay, so later lookups may read more buckets than necessary.
+  template <class IsLeaving>
+  void eraseIf(const IsLeaving& isLeaving);
+
   // The number of slots of all buckets. With memberAt() it serves walks that release the lock
   // between two members: a member keeps its slot as long as this number does not change.
   U32 slotCount() const noexcept { return count_ * DedupBucket::slots; }
@@ -306,6 +315,18 @@ void DedupBuckets::forEach(const Visit& visit) const {
   for (U32 at = 0; at < count_; ++at) {
     for (U32 i = 0; i < DedupBucket::slots; ++i) {
       if (DedupHandle* const member = buckets_[at].member(i)) visit(member);
+    }
+  }
+}
+
+template <class IsLeaving>
+void DedupBuckets::eraseIf(const IsLeaving& isLeaving) {
+  for (U32 at = 0; at < count_; ++at) {
+    for (U32 i = 0; i < DedupBucket::slots; ++i) {
+      DedupHandle* const member = buckets_[at].member(i);
+      if (!member || !isLeaving(member)) continue;
+      buckets_[at].slotDel(i);
+      --size_;
     }
   }
 }

@@ -1,11 +1,10 @@
 #include "Dorn/DedupHandle.h"
 
-#include "Dorn/DedupHashTable.h"
-#include "Dorn/DedupTableNumbers.h"
+#include "Dorn/Detail/DedupTableShell.h"
 
 namespace Dorn {
 
-constinit bool dedupHandleDisableSmartPointerOperations = false;
+constinit Kiv::RelaxedFlag dedupHandleDisableSmartPointerOperations{false};
 
 bool DedupHandle::isDeduped() const noexcept { return isMember(); }
 
@@ -21,21 +20,24 @@ bool DedupHandle::compareByContent(const DedupContentHandle&) const { return fal
 
 U32 DedupHandle::probeHash() const { return hash(); }
 
-// Gives up a reference whose word was `seen` just before. While a user is left after that, one
-// compare-and-exchange of the word does it: the exchange fails if count or notifier flag have
-// changed since, and the loop decides anew. A release that could leave the idle count must not
-// decrement here, because another thread could then revive, release and destroy the member
-// before this thread has locked the shard. The table decides about such a release under the
-// shard's lock.
+// Gives up a reference whose word was `seen` just before. Two cases need only one
+// compare-and-exchange of the word: a user is left after that, or the handle is no member. The
+// exchange fails if count, flag or state have changed since, and the loop decides anew. So the
+// handle cannot enter a table between the look at its state and the change of its count.
 //
-// The exchange releases, so that the thread that destroys the object sees what this thread did
-// with it. It need not acquire, since it never gives up the last reference.
-U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
-  while (staysInUse(seen)) {
-    if (!threadSafePointers) return referenceSubtractPlain(seen) & countMask;
-    if (referenceSubtractFrom(seen)) return (seen - 1) & countMask;
+// The release that may leave a member's idle count must not decrement here, because another
+// thread could then revive, release and destroy the member before this thread has locked the
+// shard. The table decides about such a release under the shard's lock. It may find that the
+// handle has left the table meanwhile, and then it calls this function again.
+U32 DedupHandle::referencesDecShared(U64 seen) const noexcept {
+  while (staysInUse(seen) || !isMember(seen)) {
+    if (isSaturated(seen)) return countOf(seen);
+    if (!wordReplace(seen, seen - 1)) continue;
+    const U32 left = countOf(seen - 1);
+    if (left == 0) const_cast<DedupHandle*>(this)->zeroReferencesIs();
+    return left;
   }
-  return doRemoveFromDedupTable();
+  return doRemoveFromDedupTable(tableOf(seen));
 }
 
 // The buckets may be read without a lock only if there is one thread, so with several threads
@@ -43,27 +45,16 @@ U32 DedupHandle::referencesDecShared(U32 seen) const noexcept {
 void DedupHandle::releasePrefetch() const noexcept {
   referenceWordPrefetch();
   if (threadSafePointers) return;
-  const U32 seen = word();
-  if ((seen & countMask) - 1 > idleCount(seen) || !isMember()) return;
-  DedupTableNumbers::table(table_.load(std::memory_order_relaxed)).prefetch(probeHash());
+  const U64 seen = wholeWord();
+  if (staysInUse(seen) || !isMember(seen)) return;
+  DedupTableShell::of(tableOf(seen)).prefetch(probeHash());
 }
 
 // The release that may be the last user's. The caller still owns the reference that it gives
-// up here, so the object exists until the table holds the shard's lock. A member's table
-// exists, too, because destroying the table detaches all members first.
-//
-// The state "deduped" may be out of date (see DedupHashTable::releaseLocked), so the table
-// checks it again under the lock. Every other state is final while several threads have the
-// handle. Then this is the release of a plain counted object.
-U32 DedupHandle::doRemoveFromDedupTable() const noexcept {
-  auto* const self = const_cast<DedupHandle*>(this);
-  if (isMember()) {
-    const U16 table = table_.load(std::memory_order_relaxed);
-    return DedupTableNumbers::table(table).memberRelease(*self);
-  }
-  const U32 left = referenceSubtract() & countMask;
-  if (left == 0) self->zeroReferencesIs();
-  return left;
+// up here, so the object exists until the table holds the shard's lock. The table may be
+// destroyed meanwhile, but its shell stays.
+U32 DedupHandle::doRemoveFromDedupTable(U16 table) const noexcept {
+  return DedupTableShell::of(table).memberRelease(const_cast<DedupHandle&>(*this));
 }
 
 }  // namespace Dorn

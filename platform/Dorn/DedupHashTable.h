@@ -5,9 +5,10 @@
 // other references are users'. A member stays in the table while it has a user, so while its
 // reference count is above its idle count (see the invariant in DedupHandle.h).
 //
-// Ownership. The table owns one reference to each member. Destroying the table (by one thread,
-// when no other thread uses the table any more) detaches its members. Handles that users still
-// own stay alive, without a table, and are released like any counted object.
+// Ownership. The table owns one reference to each member. Destroying the table detaches its
+// members: handles that users still own stay alive, without a table, and are released like any
+// counted object. Other threads may release members while one thread destroys the table. They must
+// not do anything else with the table then.
 //
 // Threads. A table made thread-safe may be used by any thread. It is split into shards by hash.
 // A shard has a spin lock that is held for one probe. Three races must be settled:
@@ -22,8 +23,17 @@
 //    the old one's removal. So for observed members, insertion and handleInsert are one step
 //    under the table's notification lock, and removal and handleRemove are one step, too. No
 //    shard lock is held while an observer runs. A lookup never takes the notification lock.
-// 3. Count against idle count. The flag for the notifier's reference is in the same atomic word
-//    as the count, so a release never compares a new count with an old idle count.
+// 3. Count against idle count and state. The flag for the notifier's reference, the state and the
+//    number of the table are in the same atomic word as the count. So a release never compares a
+//    new count with an old idle count. And a release that has seen a handle outside all tables
+//    gives up its reference only if the handle still is: otherwise the reference would have
+//    counted as a user's in the table that the handle has entered meanwhile, and the member would
+//    stay for ever.
+// 4. Release against the end of the table. The locks are in the table's shell
+//    (Detail/DedupTableShell.h), which outlives the table. A release that comes late finds under
+//    the lock that the handle has left the table.
+//
+// models/interning.pml is a model of this protocol; a model checker searches all its interleavings.
 //
 // Order of locks: the notification lock of a table, then one shard lock of that table. Under a
 // shard lock no thread takes another lock of any table. Under the notification lock, an observer
@@ -43,23 +53,23 @@
 // notification lock is recursive, and in tables below it.
 //
 // A table made for one thread has one shard and takes no lock.
+//
+// fork(). In a child of a process whose other threads used a table at that moment, a lock of this
+// table may be held for ever. Such a child must not touch the tables that it has inherited, nor
+// release handles: it calls exec() or _exit(), or works with tables that it makes itself. Pools and
+// all other state of the framework are usable in the child.
 #ifndef DORN_DEDUPHASHTABLE_H
 #define DORN_DEDUPHASHTABLE_H
 
-#include <atomic>
-#include <memory>
 #include <vector>
 
-#include "Dorn/DedupBuckets.h"
 #include "Dorn/DedupHandle.h"
 #include "Dorn/DedupHashTableLifeTimeNotifiee.h"
-#include "Dorn/DelayPoint.h"
+#include "Dorn/Detail/DedupTableShell.h"
 #include "Dorn/DumpContext.h"
 #include "Kiv/Export.h"
 #include "Kiv/Inline.h"
 #include "Kiv/PtrInterface.h"
-#include "Kiv/RecursiveLock.h"
-#include "Kiv/SpinLock.h"
 #include "Kiv/ThreadAnnotations.h"
 
 namespace Dorn {
@@ -74,13 +84,23 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   KIV_OBJECT(DedupHashTable)
 
  public:
-  // The member whose content is `key`, or null. `hash` is the probeHash() of members with this
-  // content, which is their hash() unless the type says otherwise. Takes one lock, builds
+  // The member whose content is `key` and whose hash() is `hash`, or null. Takes one lock, builds
   // nothing, and allocates nothing.
+  //
+  // The table finds it by the probeHash() of members with this content: what the key probe says, or
+  // `hash` in a table without one. The member's hash() is compared after the lock has been given
+  // back, because it may be slow.
   DedupHandle::Ptr lookupByContent(const DedupContentHandle& key, U32 hash) const;
 
-  // lookupByContent() for callers that know the members' class `Handle`. No subclass of it may
-  // override compareByContent(), because this calls it without virtual dispatch.
+  // A function that computes the probeHash() of members with the content `key`.
+  using KeyProbe = U32 (*)(const DedupContentHandle& key);
+  // Sets the key probe, for types whose probeHash() is not their hash(). Requires: no other thread
+  // uses the table yet.
+  void keyProbeIs(KeyProbe probe) noexcept { keyProbe_ = probe; }
+
+  // The member of class `Handle` whose content is `key`, for callers that know its probeHash() and
+  // give it as `hash`. No subclass of `Handle` may override compareByContent(), because this calls
+  // it without virtual dispatch.
   template <class Handle>
   Kiv::Ptr<Handle> lookup(const DedupContentHandle& key, U32 hash) const {
     Miss miss;
@@ -131,7 +151,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
       return isThat(member);
     };
     const Shard& shard = shardOf(mixed);
-    const ShardLock lock(*this, shard);
+    const ShardLock lock(threadSafe_, shard);
     return foundOrMissed<Handle>(miss, shard, mixed, shard.buckets.find(mixed, wanted));
   }
 
@@ -214,100 +234,24 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   ~DedupHashTable() override;
 
  protected:
-  // An empty table. Throws std::bad_alloc, and std::length_error if all table numbers are in
-  // use (DedupTableNumbers::maxTables).
+  // An empty table. Throws std::bad_alloc, and std::length_error if the process has 65,536 tables
+  // already. A thread-safe table ends the process unless thread-safe pointers are on.
   explicit DedupHashTable(bool threadSafe);
 
  private:
-  friend class DedupHandle;
   friend class DedupHashTableLifeTimeNotifiee;
-  class NotificationLock;
 
-  // A part of the table, by hash. It fills a cache line of its own, so that threads in different
-  // shards do not disturb each other (false sharing).
-  struct alignas(64) Shard {
-    mutable Kiv::SpinLock lock;
-    DedupBuckets buckets KIV_GUARDED_BY(lock);
-    // Of the shard's whole life. Never decreases, so equal numbers mean that nothing has been
-    // inserted in between.
-    U64 insertions KIV_GUARDED_BY(lock) = 0;
-  };
+  using Shard = DedupTableShell::Shard;
+  using ShardLock = DedupTableShell::ShardLock;
+  using NotificationLock = DedupTableShell::NotificationLock;
 
-  // The state that the notification lock guards. The lock also keeps notices in the order of the
-  // changes.
-  struct Notification {
-    bool stopping KIV_GUARDED_BY(lock) = false;  // while handleNotificationStop runs
-    U32 depth KIV_GUARDED_BY(lock) = 0;          // how often the holder holds the lock
-    // Counts the calls of lifeTimeNotifieeIs(), so that it sees that a handler has ended the
-    // registration or replaced the observer.
-    U32 registrations KIV_GUARDED_BY(lock) = 0;
-    // Removed members, whose references are dropped when the outermost holder has released the
-    // lock. There is seldom more than one; the first needs no memory.
-    DedupHandle* firstDetached KIV_GUARDED_BY(lock) = nullptr;
-    std::vector<DedupHandle*> otherDetached KIV_GUARDED_BY(lock);
-    // Last, to avoid false sharing: waiting threads write to the lock's cache line, while every
-    // lookup reads the line that holds shards_.
-    Kiv::RecursiveLock lock;
-  };
-
-  // Holds a shard's lock if the table has locks. Clang's check does not follow a lock that is
-  // taken under a condition. So this guard promises the lock in every table: in a table for one
-  // thread, the only thread may do all that the lock would allow.
-  class KIV_SCOPED_CAPABILITY ShardLock {
-   public:
-    ShardLock(const DedupHashTable& table, const Shard& shard) KIV_ACQUIRE(shard.lock)
-        : lock_(table.threadSafe_ ? &shard.lock : nullptr) {
-      delayAt(DelayPoint::lock);
-      if (lock_) lock_->lock();
-    }
-    ShardLock(const ShardLock&) = delete;
-    ShardLock& operator=(const ShardLock&) = delete;
-    ~ShardLock() KIV_RELEASE() {
-      if (lock_) lock_->unlock();
-    }
-
-   private:
-    Kiv::SpinLock* const lock_;
-  };
-
-  // The result of a release under the shard's lock.
-  enum class Release : U8 {
-    stays,     // somebody else owns a reference, so nothing is left to do
-    leaves,    // the member was removed; the caller drops the table's reference
-    dies,      // was no member, and the last reference is gone; the caller destroys it
-    observed,  // nothing done yet: the notification lock must be taken first
-  };
-  // The members that the observer is notified of: DedupHashTableLifeTimeNotifiee::Interest, or
-  // none without an observer.
-  enum class Observation : U8 { none, notable, all };
-
-  // Spreads a member's hash over all bits, since not every type's hash is good everywhere. The
-  // low eight bits select the shard. The buckets use the upper 24, and want bit 9 set.
-  static constexpr U32 mixed32(U32 hash) noexcept {
-    return static_cast<U32>(U64{hash} * 0x9E3779B97F4A7C15 >> 32) | 0x200;
-  }
+  static constexpr U32 mixed32(U32 hash) noexcept { return DedupTableShell::mixed32(hash); }
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed & shardMask_]; }
   // Tells Clang's check that no lock is needed here: the calling thread is the only one that
   // uses the table. No code.
   static void onlyThreadUses(const Shard& shard) noexcept KIV_ASSERT_CAPABILITY(shard.lock) {
     static_cast<void>(shard);
   }
-  // The observer to notify, or null. An observer that is stopping hears nothing more.
-  DedupHashTableLifeTimeNotifiee* notifieeToTell() const noexcept KIV_REQUIRES(notification_.lock) {
-    return notification_.stopping ? nullptr : notifiee_;
-  }
-  // Whether insertion and removal of `member` need the notification lock. Without a lock, the
-  // answer is a hint. If it is false under the member's shard lock, the caller may insert or
-  // remove the member before it releases that lock: lifeTimeNotifieeIs() sets observation_ and
-  // then walks the shards, each under its lock, so its walk sees that change. If it is true,
-  // the caller takes the notification lock and looks again.
-  bool isObserved(const DedupHandle& member) const noexcept {
-    const Observation observation = observation_.load(std::memory_order_acquire);
-    return observation == Observation::all ||
-           (observation == Observation::notable && member.isNotable());
-  }
-  void notifieeSet(DedupHashTableLifeTimeNotifiee* notifiee) noexcept
-      KIV_REQUIRES(notification_.lock);
 
   // The predicate for the buckets, made of the caller's. The caller's must live as long.
   template <class Handle, class IsWanted>
@@ -340,32 +284,21 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   static DedupHandle* equalMemberAfter(const Shard& shard, const Miss& miss,
                                        const DedupHandle& handle) KIV_REQUIRES(shard.lock);
   DedupHandle::Ptr dedupObserved(Shard& shard, const Miss& miss, const DedupHandle::Ptr& handle);
-  void insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept;
 
-  U32 memberRelease(DedupHandle& member) noexcept;
-  U32 memberReleaseObserved(Shard& shard, U32 mixed, DedupHandle& member) noexcept;
-  KIV_INLINE static Release releaseLocked(Shard& shard, U32 mixed, DedupHandle& member,
-                                          U32& left) noexcept KIV_REQUIRES(shard.lock);
-  KIV_INLINE void dropLater(DedupHandle& member) noexcept KIV_REQUIRES(notification_.lock);
-  KIV_INLINE static void tableReferenceDrop(DedupHandle& member) noexcept;
-
-  void membersDetach() noexcept;
-  void notifieeStop() noexcept KIV_REQUIRES(notification_.lock);
+  void notifieeDel(const DedupHashTableLifeTimeNotifiee& notifiee);
+  void notifieeStop() noexcept KIV_REQUIRES(shell_.notification.lock);
   // Returns the first member of the shard at slot number `slot` or later, and sets `slot` to
   // the number behind it. If the shard has grown since the last call (`slotCount` differs from
   // its number of slots), sets `slotCount` and starts again at 0. Null at the end.
   DedupHandle::Ptr memberFrom(const Shard& shard, U32& slot, U32& slotCount) const;
 
-  const U32 shardMask_;  // number of shards, a power of two, minus 1
-  const U16 number_;     // see DedupTableNumbers
+  DedupTableShell& shell_;
+  // Three of the shell's constants, here to save every lookup a step.
+  Shard* const shards_;
+  const U32 shardMask_;
   const bool threadSafe_;
+  KeyProbe keyProbe_ = nullptr;
   bool closing_ = false;  // zeroReferencesIs() has begun; of the last thread
-  std::unique_ptr<Shard[]> shards_;
-
-  DedupHashTableLifeTimeNotifiee* notifiee_ KIV_GUARDED_BY(notification_.lock) = nullptr;
-  // The interest of notifiee_, for reads without the notification lock. Written under the lock.
-  std::atomic<Observation> observation_{Observation::none};
-  Notification notification_;
 };
 
 // The implementation that every interning table of the library is made of.

@@ -38,7 +38,8 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
   // insertion is undone and the exception is passed on to the caller of dedup().
   virtual void handleInsert(const Kiv::Ptr<DedupHandle>& handle) = 0;
   // `handle` is no longer a member, and the table drops its reference after this call. The
-  // handler may read it, but must not take a reference: that ends the process. Must not throw.
+  // handler may read it, but must not take a reference: that ends the process. If it throws, the
+  // exception is caught and traced (the rule of Kiv/NotifieeList.h), and the removal stands.
   virtual void handleRemove(DedupHandle* handle) = 0;
   // The observer is unregistered from `table`, whose members stay. It is notified of nothing
   // after this call, nor of changes that this call causes. To look at the members here, use
@@ -49,6 +50,9 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
   // Called when the last reference to the observer has been given up. Unregisters it, which
   // calls handleNotificationStop, and destroys it.
   void zeroReferencesIs() noexcept override;
+
+  // The members that this observer is notified of.
+  Interest interest() const noexcept { return interest_; }
 
  protected:
   // An observer that is not registered. The interest cannot change later.

@@ -26,12 +26,12 @@ constexpr std::size_t maxQuoted = 80;
 const EnumRow* EnumInfo::findValue(U64 value) const noexcept {
   // `value` has 64 bits: a number beyond 32 bits compares greater than every row and is not found,
   // where a conversion to U32 would find the member with the same low half.
-  const auto at = std::ranges::lower_bound(rows_, value, {}, &EnumRow::value);
-  return at != rows_.end() && at->value == value ? &*at : nullptr;
+  const auto at = std::ranges::lower_bound(byValue_, value, {}, &EnumRow::value);
+  return at != byValue_.end() && at->value == value ? &*at : nullptr;
 }
 
 const EnumRow* EnumInfo::findName(std::string_view name) const noexcept {
-  // Linear, because rows are ordered by value and names are looked up for texts only.
+  // Linear, because rows are not ordered by name, and names are looked up for texts only.
   const auto at = std::ranges::find(rows_, name, &EnumRow::name);
   return at != rows_.end() ? &*at : nullptr;
 }

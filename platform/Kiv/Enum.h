@@ -18,8 +18,8 @@
 // wire data. The number prints as the name of the enumeration and the number in parentheses,
 // "Color(7)", and no reader accepts this text.
 //
-// The rows may be written in any order; positions count from 0 in ascending order of the values.
-// All the data is constant, so every function here is thread-safe.
+// The rows may be written in any order. Listings and positions keep this order; positions count
+// from 0. All the data is constant, so every function here is thread-safe.
 //
 // Argument-dependent lookup searches the namespace of the enumeration, and therefore does not find
 // the functions of this one. A namespace that declares enumerations makes the functions visible
@@ -69,14 +69,16 @@ class EnumInfo {
     bool valid;
   };
 
-  // Describes the enumeration `name`. `rows` must ascend by value. Neither argument is copied; both
+  // Describes the enumeration `name`. `rows` are in declared order; `byValue` are the same rows in
+  // ascending order of their values, and may be the same array. Nothing is copied; all arguments
   // must live as long as this object.
-  constexpr EnumInfo(std::string_view name, std::span<const EnumRow> rows)
-      : name_(name), rows_(rows) {}
+  constexpr EnumInfo(std::string_view name, std::span<const EnumRow> rows,
+                     std::span<const EnumRow> byValue)
+      : name_(name), rows_(rows), byValue_(byValue) {}
 
   // The unqualified name of the enumeration.
   constexpr std::string_view name() const { return name_; }
-  // All rows in ascending order of their values, markers included.
+  // All rows in the order in which they are declared, markers included.
   constexpr std::span<const EnumRow> rows() const { return rows_; }
   // The number of rows, markers included.
   constexpr std::size_t size() const { return rows_.size(); }
@@ -92,8 +94,8 @@ class EnumInfo {
   // As findName(), but throws RangeException if no row has this name. The message quotes at most 80
   // characters of `name`.
   OV_EXPORT const EnumRow& rowOfName(std::string_view name) const;
-  // Returns the row at `position`, counted from 0 in ascending order of the values. Throws
-  // RangeException if `position` is not less than size().
+  // Returns the row at `position`, counted from 0 in declared order. Throws RangeException if
+  // `position` is not less than size().
   OV_EXPORT const EnumRow& rowAt(std::size_t position) const;
   // As rowAt(), in the form for generic code. Throws RangeException likewise.
   OV_EXPORT Member memberAt(std::size_t position) const;
@@ -107,6 +109,7 @@ class EnumInfo {
  private:
   std::string_view name_;
   std::span<const EnumRow> rows_;
+  std::span<const EnumRow> byValue_;
 };
 
 // The link between a declaration and this header. KIV_ENUM defines two functions that take the tag
@@ -169,7 +172,9 @@ constexpr EnumValidity validityOf(const std::array<EnumRow, N>& rows) {
 }
 
 template <RegisteredEnum E>
-inline constexpr auto enumRows = ascending(kivEnumRows(EnumTag<E>{}));
+inline constexpr auto declaredEnumRows = kivEnumRows(EnumTag<E>{});
+template <RegisteredEnum E>
+inline constexpr auto enumRows = ascending(declaredEnumRows<E>);
 template <RegisteredEnum E>
 inline constexpr EnumValidity enumValidity = validityOf(enumRows<E>);
 
@@ -178,7 +183,8 @@ inline constexpr EnumValidity enumValidity = validityOf(enumRows<E>);
 // The type-erased description of `E`. Each shared library has an object of its own, so compare
 // enumerations by name, not by the address of this object.
 template <RegisteredEnum E>
-inline constexpr EnumInfo enumInfo{kivEnumName(EnumTag<E>{}), Detail::enumRows<E>};
+inline constexpr EnumInfo enumInfo{kivEnumName(EnumTag<E>{}), Detail::declaredEnumRows<E>,
+                                   Detail::enumRows<E>};
 
 // The number of `member`, for arithmetic and wire data.
 template <RegisteredEnum E>
@@ -219,8 +225,8 @@ template <RegisteredEnum E>
 E enumInstance(const String& name) {
   return E{enumInfo<E>.rowOfName(name).value};
 }
-// Returns the member or marker at `position`, counted from 0 in ascending order of the values;
-// throws RangeException if there are not so many.
+// Returns the member or marker at `position`, counted from 0 in declared order; throws
+// RangeException if there are not so many.
 template <RegisteredEnum E>
 E enumInstanceAt(U32 position) {
   return E{enumInfo<E>.rowAt(position).value};
@@ -270,7 +276,7 @@ void sequenceToValue(const char*& it, const char* end, E* target) {
 #define KIV_ENUM_INSTANCE_BY_VALUE(Name, function)                             \
   inline Name function(U32 value) { return ::Kiv::enumInstance<Name>(value); } \
   inline Name function(const ::Kiv::String& name) { return ::Kiv::enumInstance<Name>(name); }
-// As KIV_ENUM_INSTANCE_BY_VALUE, but a number is a position in ascending order, not a value.
+// As KIV_ENUM_INSTANCE_BY_VALUE, but a number is a position in declared order, not a value.
 #define KIV_ENUM_INSTANCE_BY_POSITION(Name, function)                                  \
   inline Name function(U32 position) { return ::Kiv::enumInstanceAt<Name>(position); } \
   inline Name function(const ::Kiv::String& name) { return ::Kiv::enumInstance<Name>(name); }

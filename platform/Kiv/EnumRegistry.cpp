@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <mutex>
 
+#include "Kiv/Private/AtFork.h"
+
 namespace Kiv {
 namespace {
 
@@ -10,6 +12,7 @@ namespace {
 // constant-initialised and have no destructor with an effect, so a static module of any library may
 // be constructed before, and destroyed after, the other statics of this one.
 constinit std::mutex registryMutex;
+const AtFork<registryMutex> registryAtFork;
 // Head of the singly linked list of modules, the newest one first. Modules link themselves, so
 // registration allocates nothing.
 constinit EnumModule* firstModule = nullptr;

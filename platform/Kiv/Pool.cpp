@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Kiv/Private/PerThread.h"
+#include "Kiv/Private/AtFork.h"
 #include "Kiv/SpinLock.h"
 #include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"
@@ -178,6 +179,18 @@ class alignas(64) Depot {
 // Constant-initialised and without a destructor, so that objects may be allocated before main() and
 // released after it, by destructors of any static object.
 constinit Depot depots[sizeClasses];
+
+// All depots as one lock, for fork().
+struct AllDepots {
+  static void lock() noexcept {
+    for (Depot& depot : depots) depot.lock();
+  }
+  static void unlock() noexcept {
+    for (Depot& depot : depots) depot.unlock();
+  }
+};
+AllDepots allDepots;
+const AtFork<allDepots> depotsAtFork;
 
 // The free pieces of one size class that one thread has: two magazines, of which the second is full
 // or absent. With one magazine, a thread that allocates and releases around its limit would go to

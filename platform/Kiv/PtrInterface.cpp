@@ -1,10 +1,8 @@
 #include "Kiv/PtrInterface.h"
 
-#include "Kiv/Assert.h"
-
 namespace Kiv {
 
-constinit bool VFPtrInterface::threadSafePointers = false;
+constinit RelaxedFlag VFPtrInterface::threadSafePointers{false};
 
 void VFPtrInterface::flagIs(U32 flag, bool on) const noexcept {
   if (threadSafePointers) {
@@ -14,19 +12,26 @@ void VFPtrInterface::flagIs(U32 flag, bool on) const noexcept {
     if (on) {
       word_.fetch_or(flag, std::memory_order_acq_rel);
     } else {
-      word_.fetch_and(~flag, std::memory_order_acq_rel);
+      word_.fetch_and(~U64{flag}, std::memory_order_acq_rel);
     }
     return;
   }
   // Outside the thread-safe pointer mode nobody changes the word meanwhile; plain accesses are
   // cheaper.
-  const U32 seen = word_.load(std::memory_order_relaxed);
-  word_.store(on ? seen | flag : seen & ~flag, std::memory_order_relaxed);
+  const U64 seen = word_.load(std::memory_order_relaxed);
+  word_.store(on ? seen | flag : seen & ~U64{flag}, std::memory_order_relaxed);
 }
 
-// Out of line, to keep the inlined referenceAdd() small.
-void VFPtrInterface::referencesExhausted() noexcept {
-  assertFailed("references() <= maxReferences", "Kiv/PtrInterface", __LINE__, __PRETTY_FUNCTION__);
+// Puts the count into the middle of the saturated range. `now` is the word that this thread has
+// just made, outside or inside that range; other threads may have changed it since. Whatever they
+// add or subtract meanwhile is less than half of the range, because each thread changes the count
+// by one before it comes here itself.
+//
+// Out of line, to keep the inlined callers small.
+void VFPtrInterface::saturate(U64 now) const noexcept {
+  constexpr U64 middle = (U64{saturatedReferences} + maxReferences) / 2;
+  while (!wordReplace(now, (now & ~U64{maxReferences}) | middle)) {
+  }
 }
 
 NotifieeList* PtrInterface::notifieeList() const noexcept { return nullptr; }

@@ -3,6 +3,7 @@
 #define KIV_SPINLOCK_H
 
 #include <sched.h>
+#include <time.h>
 
 #include <atomic>
 
@@ -21,7 +22,9 @@ inline void spinPause() noexcept {
 
 // Locking takes one atomic exchange and unlocking one store, where a mutex needs two locked
 // instructions. A waiting thread spins for a while and then yields its processor between looks,
-// because the owner of the lock may have been preempted.
+// because the owner of the lock may have been preempted. After some yields it sleeps between looks,
+// for longer each time: a thread of real-time priority that only yielded would never let an owner
+// of lower priority run on the same processor.
 //
 // Not recursive and not fair. Do not allocate, call user code or wait for anything while you hold
 // it. The member functions have the names of the standard's Lockable, for std::lock_guard.
@@ -49,18 +52,33 @@ class KIV_CAPABILITY("spin lock") SpinLock {
   [[gnu::noinline]] void wait() noexcept {
     U32 looks = 0;
     do {
-      while (taken_.load(std::memory_order_relaxed)) {
-        if (++looks > looksBeforeYield)
-          sched_yield();
-        else
-          spinPause();
-      }
+      while (taken_.load(std::memory_order_relaxed)) pause(++looks);
     } while (taken_.exchange(true, std::memory_order_acquire));
+  }
+
+  // Waits between look number `look` and the next one.
+  static void pause(U32 look) noexcept {
+    if (look <= looksBeforeYield) {
+      spinPause();
+    } else if (look <= looksBeforeSleep) {
+      sched_yield();
+    } else {
+      const timespec moment{0, napOf(look - looksBeforeSleep)};
+      nanosleep(&moment, nullptr);
+    }
+  }
+  // The nanoseconds of a nap: 50 us at first, then a half more each time, and 1 ms at most.
+  static constexpr long napOf(U32 nap) noexcept {
+    long length = 50'000;
+    for (; nap > 1 && length < 1'000'000; --nap) length += length / 2;
+    return length < 1'000'000 ? length : 1'000'000;
   }
 
   // Longer than a critical section takes on a running owner, so beyond that the owner was probably
   // preempted.
   static constexpr U32 looksBeforeYield = 64;
+  // So many yields give every thread of the same priority a turn.
+  static constexpr U32 looksBeforeSleep = looksBeforeYield + 32;
 
   std::atomic<bool> taken_{false};
 };

@@ -6,6 +6,7 @@
 
 #include "Kiv/Pool.h"
 #include "Kiv/Private/PerThread.h"
+#include "Kiv/Private/AtFork.h"
 #include "Kiv/SpinLock.h"
 
 namespace Kiv {
@@ -25,6 +26,7 @@ constinit std::atomic<Type*> numbered[numberedTypes] = {};
 // Guards the list of ThreadCounts. Held while a total is computed, so that no thread can hand over
 // its counts in between and be counted twice or not at all.
 constinit SpinLock threadsLock;
+const AtFork<threadsLock> threadsAtFork;
 
 }  // namespace
 

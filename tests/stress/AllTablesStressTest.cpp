@@ -213,6 +213,11 @@ class Routes {
     if (!held.list) return;
     const auto members = static_cast<U32>(__builtin_popcount(held.subset));
     expect(held.list->isDeduped() && membersOf(*held.list).size() == members);
+    if constexpr (requires { held.list->classificationListVector(); }) {
+      for (const auto& subList : held.list->classificationListVector()) {
+        expect(!subList || subList->isDeduped());
+      }
+    }
   }
 
  private:
@@ -242,13 +247,18 @@ struct Agent {
     operations += steps * std::tuple_size_v<decltype(all)>;
   }
 
-  // Registers and stops observers of the lists' tables, one after the other.
+  // Registers and stops observers of the lists' tables, one after the other. Stops and starts the
+  // library's own observer of the sets of route targets.
   void observers(unsigned seed, Clock::time_point until) {
     while (Clock::now() < until) {
       observed<CommList>(++seed);
       observed<LargeCommList>(++seed);
       observed<ExtCommList>(++seed);
       observed<ExtCommIp6List>(++seed);
+      const auto& targetSets = tables.extCommLists->rtExtCommClassificationListDedupTable();
+      targetSets->lifeTimeNotifieeDel();
+      std::this_thread::yield();
+      targetSets->lifeTimeNotifieeIs(tables.extCommLists->rtExtCommListLifeTimeNotifiee());
     }
   }
 

@@ -146,7 +146,7 @@ void ValueList<Family>::sort() {
   } catch (const std::bad_alloc&) {
     // The smaller array could not be allocated. The list works as well with the larger one.
   }
-  commVectorSorted_ = true;
+  commVectorSortedIs(true);
 }
 
 // The number of members is final, so object and members are one allocation, and a list of
@@ -160,7 +160,7 @@ Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupNew(Dorn::DedupHas
   Kiv::Ptr<List> list(::new (KivStash::allocateWithArray<List, Element>(behind)) List, Kiv::adopt);
   list->beginNotifying();
   list->commVector_.inPlaceIs(members);
-  list->commVectorSorted_ = true;
+  list->newOwnBitsAdd(List::sortedBit);
   list->flagsIs();
   return Kiv::staticPtrCast<const List>(table.dedup(std::move(list), miss));
 }

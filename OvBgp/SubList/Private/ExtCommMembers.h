@@ -19,6 +19,7 @@
 #include "Kiv/String.h"
 #include "Kiv/Types.h"
 #include "KivStash/Vector.h"
+#include "OvBgp/SubList/ExtCommClassificationListBase.h"
 #include "OvBgp/SubList/ExtCommVector.h"
 
 // An assertion with the source name that the interface gives to all list classes.
@@ -41,10 +42,12 @@ extern const std::array<U64, 32> placeFactors;
 
 // A hash of the members' addresses, by which tables probe; about ten times as fast as the byte
 // hash. It is a sum of products, one per member. The products do not depend on each other, so the
-// processor computes several at once. Only the high half of the sum is well mixed and is used.
+// processor computes several at once. A list longer than placeFactors uses them again. The sum is
+// mixed before that, so that exchanging two members 32 positions apart changes the hash.
 //
-// A list longer than placeFactors uses them again. The sum is mixed before that, so that exchanging
-// two members 32 positions apart changes the hash.
+// The last step mixes the sum once more. Without it, lists of one member each whose addresses form
+// an arithmetic progression, as those of values that are received one after the other do, would
+// have hashes in arithmetic progression, and for some factors these crowd into a few buckets.
 template <class Value>
 U32 addressHash(std::span<const Value* const> comms) noexcept {
   U64 h = comms.size();
@@ -55,7 +58,14 @@ U32 addressHash(std::span<const Value* const> comms) noexcept {
     place = 0;
     h = (h ^ h >> 32) * placeFactors[1];
   }
-  return static_cast<U32>(h >> 32);
+  return static_cast<U32>((h ^ h >> 32) * placeFactors[2] >> 32);
+}
+
+// The hash that tables of lists and of sub-lists probe with for the key `key`, an
+// ExtCommListContent<Value> (Dorn::DedupHashTable::KeyProbe).
+template <class Value>
+U32 probeOfMembers(const Dorn::DedupContentHandle& key) {
+  return addressHash(static_cast<const ExtCommListContent<Value>&>(key).comms());
 }
 
 // Whether both are the same objects in the same order. Compares addresses and reads no member.

@@ -11,6 +11,15 @@ TEST_F(ExtCommIp6ListTest, StringFormIsThePolicyTextsInOrder) {
   EXPECT_EQ("100:::0 200:::0", intern({2, 1})->commsStringForm());
 }
 
+// The constructor has made both hash tables; making them anew would lose their members.
+TEST_F(ExtCommIp6ListTest, TableIsInitializedOnce) {
+  const auto subLists = table_->extCommClassificationListDedupTable();
+  const auto list = intern({2, 1});
+  table_->handleInitialized();
+  EXPECT_EQ(subLists, table_->extCommClassificationListDedupTable());
+  EXPECT_EQ(list, intern({1, 2}));
+}
+
 TEST_F(ExtCommIp6ListTest, BeforeSortingNothingIsLookedUpOrCounted) {
   const auto list = build({3, 2});
   EXPECT_EQ("", list->serialize(false));

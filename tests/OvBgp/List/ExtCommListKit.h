@@ -15,6 +15,7 @@
 #include "OvBgp/List/ExtCommListDedupTable.h"
 #include "OvBgp/Parse/ExtComm.h"
 #include "OvBgp/ValueTable/ExtCommDedupTable.h"
+#include "Routing/RouteMap/PosixRegex.h"
 
 namespace Routing::Bgp {
 
@@ -32,6 +33,7 @@ constexpr bool extCommKitTransitive(U32 number) { return number % 4 != 3; }
 // Communities of eight octets.
 struct ExtCommKind {
   using Family = ExtCommFamily;
+  using Subtyped = ExtCommSubtyped;
   static constexpr char attribute = 16;
 
   static ExtCommContent content(U32 number) {
@@ -61,8 +63,14 @@ struct ExtCommKind {
   static Kiv::String serialize(const ExtCommList& list, bool nonTransitive) {
     return list.serialize(ExtCommList::serialization(nonTransitive, false, false));
   }
-  static bool fits(const ExtCommList& list) {
-    return list.fitsAttribute(ExtCommList::serialization(true, false, false));
+  static bool fits(const ExtCommList& list, bool nonTransitive) {
+    return list.fitsAttribute(ExtCommList::serialization(nonTransitive, false, false));
+  }
+  // Mode `ui` finds the text of the only member, if policies match the member by that text.
+  static void expectMatched(const ExtCommList& list, const ExtComm& member) {
+    if (!member.policyMatchStrepUI()) return;
+    const RouteMap::PosixRegex text("^" + member.toStrepForUI(false, false, false) + "$");
+    EXPECT_TRUE(matchExtCommList(&list, MatchMode::ui, &text));
   }
   static ExtComm::PtrConst lookup(const ExtCommList& list, const ExtCommContent& content) {
     return list.lookupExtComm(content.value());
@@ -75,6 +83,7 @@ struct ExtCommKind {
 // Communities of twenty octets. Members of this struct correspond to those of ExtCommKind.
 struct ExtCommIp6Kind {
   using Family = ExtCommIp6Family;
+  using Subtyped = ExtCommIp6Subtyped;
   static constexpr char attribute = 25;
 
   static ExtCommIp6Content content(U32 number) {
@@ -108,7 +117,13 @@ struct ExtCommIp6Kind {
   static Kiv::String serialize(const ExtCommIp6List& list, bool nonTransitive) {
     return list.serialize(nonTransitive);
   }
-  static bool fits(const ExtCommIp6List& list) { return list.fitsAttribute(true); }
+  static bool fits(const ExtCommIp6List& list, bool nonTransitive) {
+    return list.fitsAttribute(nonTransitive);
+  }
+  // The only member's text is that of the list.
+  static void expectMatched(const ExtCommIp6List& list, const ExtCommIp6& member) {
+    EXPECT_EQ(member.toStrepForPolicy(ExtCommIp6::StrepFormat(U8{2})), list.commsStringForm());
+  }
   static ExtCommIp6::PtrConst lookup(const ExtCommIp6List& list, const ExtCommIp6Content& content) {
     return list.lookupExtComm(content);
   }

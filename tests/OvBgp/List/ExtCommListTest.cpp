@@ -2,7 +2,6 @@
 // tests the rest.
 #include "OvBgp/List/ExtCommList.h"
 
-#include <algorithm>
 #include <array>
 #include <limits>
 

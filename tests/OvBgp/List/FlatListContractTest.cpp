@@ -168,15 +168,18 @@ TYPED_TEST(FlatListContract, FactoriesSwitchNotificationOn) {
 // A lookup by wire content finds a list if and only if the list is interned and the content
 // ascends.
 TYPED_TEST(FlatListContract, ContentsAreLookedUp) {
-  const auto find = [this](const Kiv::String& value) {
-    const CommListContent content(this->octets(value));
-    return this->table_->dedupTable()->lookupByContent(content, content.probeHash());
-  };
   const auto list = this->intern(this->numbered({70000, 1, 2}));
+  U32 hash = list->hash();
+  const auto find = [&](const Kiv::String& value) {
+    const CommListContent content(this->octets(value));
+    return this->table_->dedupTable()->lookupByContent(content, hash);
+  };
   EXPECT_EQ(list, find(this->wire(this->numbered({1, 2, 70000}))));
   EXPECT_EQ(nullptr, find(this->wire(this->numbered({2, 1, 70000})))) << "not ascending";
   EXPECT_EQ(nullptr, find(this->wire(this->numbered({1, 2}))));
   EXPECT_EQ(nullptr, find(""));
+  ++hash;
+  EXPECT_EQ(nullptr, find(this->wire(this->numbered({1, 2, 70000})))) << "another hash";
 
   // The comparison itself, without the hash, which would hide its faults.
   const auto equals = [&](const Kiv::String& value) {

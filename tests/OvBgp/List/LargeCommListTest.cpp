@@ -51,20 +51,6 @@ TEST(LargeCommunityFormatter, WritesAsdotForTheAdministratorOnly) {
   }
 }
 
-TEST(LargeCommList, OrdersByAdministratorThenLocalData) {
-  const auto list =
-      intern({{2, 0, 0}, {1, 4294967295, 0}, {1, 2, 4}, {1, 2, 3}, {1, 2, 4}, {4200000000, 0, 0}});
-  EXPECT_EQ("1:2:3 1:2:4 1:4294967295:0 2:0:0 4200000000:0:0", list->toStrep());
-  EXPECT_TRUE(list->comm({1, 2, 3}));
-  EXPECT_FALSE(list->comm({1, 2, 5}));
-  EXPECT_FALSE(list->comm({1, 3, 3}));
-}
-
-TEST(LargeCommList, SerializesTheAdministratorFirst) {
-  EXPECT_EQ(Kiv::String("\xC0\x20\x0C\x00\x00\xFD\xE8\x00\x00\x00\x01\x00\x01\x02\x03", 15),
-            intern({{65000, 1, 0x00010203}})->serialize());
-}
-
 // The length of a long text is computed before it is written. An error would show at the last
 // number, which therefore takes every length.
 TEST(LargeCommList, LastNumberMayHaveAnyLength) {

@@ -5,10 +5,15 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <random>
 #include <set>
 #include <vector>
 
+#include "Dorn/DedupBuckets.h"
+#include "Dorn/Detail/DedupTableShell.h"
 #include "OvBgp/List/CommListContent.h"
+#include "OvBgp/OvBgpCommunityList.h"
+#include "OvBgp/Parse/ExtComm.h"
 #include "OvBgp/Value/ExtCommIp6Content.h"
 
 namespace {
@@ -84,6 +89,41 @@ TEST(ProbeHash, OfIp6ValuesThatTakeTheirDifferencesBackDiffers) {
     hashes.insert(std::bit_cast<ExtCommIp6Content>(octets).probeHash());
   }
   EXPECT_GT(hashes.size(), count - 4);
+}
+
+// How many of `count` members find no slot in their home bucket, if their hashes are those that
+// `hashOf(i)` gives and each bucket gets six members on average.
+template <class HashOf>
+U32 overflowing(U32 count, const HashOf& hashOf) {
+  std::vector<U32> members(count / 6);
+  U32 without = 0;
+  for (U32 i = 0; i < count; ++i) {
+    const U32 mixed = Dorn::DedupTableShell::mixed32(hashOf(i));
+    if (++members[U64{mixed} * members.size() >> 32] > Dorn::DedupBucket::slots) ++without;
+  }
+  return without;
+}
+
+// Values that are received one after the other get addresses in arithmetic progression. Lists of
+// every so-many-th of them must not crowd into fewer buckets than lists of random hashes do.
+TEST(ProbeHash, OfListsOfOneMemberSpreadsWhateverTheStride) {
+  constexpr U32 count = 6000;
+  const auto parser = bgpParseExtCommContainerSmFactory();
+  const auto values = extCommDedupTableFactory(parser->extCommParser());
+  std::vector<ExtComm::PtrConst> held;
+  for (U64 i = 0; i < 8 * count; ++i) {
+    held.push_back(ExtComm::dedupContent(values.ptr(), ExtCommContent(U64{0x030B} << 48 | i)));
+  }
+  std::mt19937 random(1);
+  const U32 usual = overflowing(count, [&](U32) { return static_cast<U32>(random()); });
+  for (U32 stride = 1; stride <= 8; ++stride) {
+    const U32 without = overflowing(count, [&](U32 i) {
+      const auto list = extCommListFactory();
+      list->commIs(held[std::size_t{i} * stride]);
+      return list->probeHash();
+    });
+    EXPECT_LT(without, usual * 3 / 2) << stride;
+  }
 }
 
 }  // namespace

@@ -4,8 +4,12 @@
 
 #include <functional>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 #include <vector>
+
+#include "OvBgp/Parse/ExtComm.h"
+#include "OvBgp/ValueTable/ExtCommDedupTable.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -74,6 +78,29 @@ TEST(NotifyingRouteTargetList, AnObserverMayLetGoOfTheList) {
   second.handler = [&](const RouteTarget&) { list = nullptr; };
   list.ptr()->rtIs(RouteTarget(1));
   EXPECT_EQ(0U, NotifyingRouteTargetList::kivType().objects());
+}
+
+// The set of a table. Observers behind one that throws hear of no insertion that fails, and of
+// every removal.
+TEST(NotifyingRouteTargetList, AnObserverThatThrowsRefusesInsertionsOnly) {
+  const auto table = extCommDedupTableFactory(bgpParseExtCommContainerSmFactory()->extCommParser());
+  const auto list = table->producerRtList();
+  const ExtCommContent target(0x0002'0001'0000'0001);
+  const auto refuse = [](const RouteTarget&) { throw std::runtime_error("refused"); };
+  TargetListObserver throwing(list);
+  TargetListObserver behind(list);
+  throwing.handler = refuse;
+  EXPECT_THROW(ExtComm::dedupContent(table.ptr(), target), std::runtime_error);
+  EXPECT_EQ(0U, table->size());
+  EXPECT_EQ(0U, list->rt().size());
+  EXPECT_EQ(2U, throwing.heard.size());
+  EXPECT_EQ(HeardTargets{}, behind.heard);
+  throwing.handler = nullptr;
+  ExtComm::PtrConst interned = ExtComm::dedupContent(table.ptr(), target);
+  throwing.handler = refuse;
+  interned = nullptr;
+  EXPECT_EQ(0U, table->size());
+  EXPECT_EQ((HeardTargets{{target.value(), true}, {target.value(), false}}), behind.heard);
 }
 
 TEST(NotifyingRouteTargetList, DumpIndentsItsLines) {

@@ -5,27 +5,12 @@
 #include <utility>
 #include <vector>
 
-#include "OvBgp/ExtCommIp6DedupTable.h"
-#include "OvBgp/ExtCommIp6List.h"
-#include "OvBgp/List/ExtCommList.h"
-#include "OvBgp/OvBgpCommunityList.h"
-#include "OvBgp/Parse/ExtComm.h"
-#include "OvBgp/ValueTable/ExtCommDedupTable.h"
+#include "tests/AllKinds.h"
 
 namespace Routing::Bgp {
 namespace {
 
-struct ValueTables {
-  const BgpParseExtCommContainerSm::Ptr parser = bgpParseExtCommContainerSmFactory();
-  const ExtCommDedupTable::Ptr extComms = extCommDedupTableFactory(parser->extCommParser());
-  const ExtCommIp6DedupTable::Ptr extCommIp6s =
-      extCommIp6DedupTableFactory(parser->extCommParser());
-  const CommListDedupTable::Ptr commLists = commListDedupTableFactory();
-  const LargeCommListDedupTable::Ptr largeCommLists = largeCommListDedupTableFactory();
-  const ExtCommListDedupTable::Ptr extCommLists = extCommListDedupTableFactory();
-  const ExtCommIp6ListDedupTable::Ptr extCommIp6Lists = extCommIp6ListDedupTableFactory();
-};
-
+using ValueTables = AllKinds::Tables;
 using Numbers = std::vector<U16>;
 
 template <class List, class Table, class Make>
@@ -63,7 +48,7 @@ struct Extended {
   using Snapshot = ExtCommListSnapshot;
   static U64 key(U16 number) { return 0x0002'fde8'0000'0000 + number; }
   static ExtComm::PtrConst value(const ValueTables& tables, U16 number) {
-    return ExtComm::dedupContent(tables.extComms.ptr(), ExtCommContent(key(number)));
+    return ExtComm::dedupContent(tables.values.ptr(), ExtCommContent(key(number)));
   }
   static ExtComm::PtrConst otherValue(const ValueTables& tables) { return value(tables, 999); }
   static ExtCommList::PtrConst list(const ValueTables& tables, const Numbers& numbers) {
@@ -78,11 +63,11 @@ struct Ip6Extended {
     return ExtCommIp6Content(0, 2, Ovnet::Ip6Addr(std::string_view("2001:db8::1")), number);
   }
   static ExtCommIp6::PtrConst value(const ValueTables& tables, U16 number) {
-    return ExtCommIp6::dedupContent(tables.extCommIp6s.ptr(), key(number));
+    return ExtCommIp6::dedupContent(tables.ip6Values.ptr(), key(number));
   }
   static ExtCommIp6::PtrConst otherValue(const ValueTables& tables) { return value(tables, 999); }
   static ExtCommIp6List::PtrConst list(const ValueTables& tables, const Numbers& numbers) {
-    return interned<ExtCommIp6List>(extCommIp6ListFactory(), tables.extCommIp6Lists, numbers,
+    return interned<ExtCommIp6List>(extCommIp6ListFactory(), tables.ip6Lists, numbers,
                                     [&](U16 number) { return value(tables, number); });
   }
 };
@@ -175,30 +160,13 @@ TYPED_TEST(SnapshotTest, IsEditedAndWatchedApartFromTheList) {
   EXPECT_EQ(3U, list->commSnapshot()->comm().size());
 }
 
-TYPED_TEST(SnapshotTest, AnObserverMayLetGoOfItWhileAllIsDeleted) {
-  auto snapshot = TypeParam::list(this->tables_, {1, 2, 3})->commSnapshot();
-  class LetsGo : public Kiv::Notifiee {
-   public:
-    explicit LetsGo(typename TestFixture::Snapshot::Ptr& held) : held_(held) {
-      notifierIs(held->notifieeList());
-    }
-    void handleChange(const Kiv::Change&) override { held_ = nullptr; }
-
-   private:
-    typename TestFixture::Snapshot::Ptr& held_;
-  } letsGo(snapshot);
-  snapshot.ptr()->commDelAll();
-  EXPECT_EQ(0U, TestFixture::Snapshot::kivType().objects());
-  EXPECT_EQ(0U, TestFixture::Snapshot::KivComm::kivType().objects());
-}
-
 // --- Extended lists ---
 
 template <class Kind>
 class ExtSnapshotTest : public SnapshotTest<Kind> {
  protected:
   static U32 membersInterned(const ValueTables& tables) {
-    return tables.extComms->size() + tables.extCommIp6s->size();
+    return tables.values->size() + tables.ip6Values->size();
   }
 };
 using ExtKinds = testing::Types<ExtendedPart, Extended, Ip6ExtendedPart, Ip6Extended>;
@@ -225,7 +193,7 @@ class ListSnapshotTest : public SnapshotTest<Kind> {
   static U32 partsInterned(const ValueTables& tables) {
     return tables.extCommLists->rtExtCommClassificationListDedupTable()->size() +
            tables.extCommLists->extCommClassificationListDedupTable()->size() +
-           tables.extCommIp6Lists->extCommClassificationListDedupTable()->size();
+           tables.ip6Lists->extCommClassificationListDedupTable()->size();
   }
 };
 using ListKinds = testing::Types<Extended, Ip6Extended>;
@@ -267,7 +235,7 @@ TEST(ExtCommSnapshots, NameTheirClassificationAndSubLists) {
   const ExtCommList::Ptr building = extCommListFactory();
   for (const U64 value : std::initializer_list<U64>{0x0002'fde8'0000'0064, 0x030b'0000'0000'0001,
                                                     0x0003'fde8'0000'0064}) {
-    building->commIs(ExtComm::dedupContent(tables.extComms.ptr(), ExtCommContent(value)));
+    building->commIs(ExtComm::dedupContent(tables.values.ptr(), ExtCommContent(value)));
   }
   EXPECT_EQ(3U, building->commSnapshot()->comm().size());
   EXPECT_TRUE(building->commSnapshot()->classificationList().empty());
@@ -287,13 +255,28 @@ TEST(ExtCommSnapshots, NameTheirClassificationAndSubLists) {
       extCommIp6ClassificationListSnapshotFactory(extCommClassificationColor)->classification());
 }
 
-TEST(CommListSnapshots, OfWellKnownCommunities) {
-  const auto list = commListFactory();
-  for (const U32 community : {0xFFFF'FF01U, 0x0001'0001U}) list->commIs(community);
-  const auto snapshot = list->dedup(commListDedupTableFactory().ptr())->commSnapshot();
-  std::vector<std::pair<U32, bool>> entries;
-  for (const auto& member : snapshot->comm()) entries.emplace_back(member.key(), member.value());
-  EXPECT_EQ((std::vector<std::pair<U32, bool>>{{0x0001'0001, true}, {0xFFFF'FF01, true}}), entries);
+// Members and sub-lists of the maps are never null.
+template <class Snapshot, class Value>
+void expectNoNull(const Kiv::Ptr<Snapshot>& snapshot, typename Snapshot::CommKey key) {
+  const Kiv::Ptr<const Value> none;
+  EXPECT_DEATH(snapshot->commIs(none), "__null != comm");
+  EXPECT_DEATH(snapshot->commIs(key, none), "__null != comm");
+  if constexpr (requires { snapshot->classificationList(); }) {
+    const typename Snapshot::ClassificationListPtr noList;
+    EXPECT_DEATH(snapshot->classificationListIs(noList), "__null != classificationList");
+    EXPECT_DEATH(snapshot->classificationListIs(extCommClassificationColor, noList),
+                 "__null != classificationList");
+  }
+}
+
+TEST(ExtCommSnapshotsDeathTest, HaveNoNull) {
+  constexpr auto color = extCommClassificationColor;
+  expectNoNull<ExtCommListSnapshot, ExtComm>(extCommListSnapshotFactory(), 1);
+  expectNoNull<ExtCommClassificationListSnapshot, ExtComm>(
+      extCommClassificationListSnapshotFactory(color), 1);
+  expectNoNull<ExtCommIp6ListSnapshot, ExtCommIp6>(extCommIp6ListSnapshotFactory(), {});
+  expectNoNull<ExtCommIp6ClassificationListSnapshot, ExtCommIp6>(
+      extCommIp6ClassificationListSnapshotFactory(color), {});
 }
 
 }  // namespace

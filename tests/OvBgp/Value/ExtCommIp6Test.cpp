@@ -26,7 +26,8 @@ template <class Streamed>
 Kiv::String streamed(const Streamed& value) {
   std::ostringstream out;
   out << std::hex << std::showbase << std::setw(100) << std::setfill('*') << value;
-  EXPECT_EQ(100, out.width()) << "the caller's format is not touched";
+  EXPECT_EQ(0, out.width()) << "as after every formatted output";
+  EXPECT_EQ('*', out.fill());
   return out.str();
 }
 
@@ -101,6 +102,16 @@ TEST(ExtCommIp6Content, TextHoldsTheTypeOctetsRaw) {
   EXPECT_EQ(Kiv::String("type=\0;subtype=A;addr=2001:db8::1;localAdmin=65535", 50), text);
   EXPECT_EQ(text, streamed(content(0, 'A', "2001:db8::1", 65535)));
   EXPECT_EQ("type=\xff;subtype=@;addr=::;localAdmin=0", valueToStrep(content(255, 0x40, "::", 0)));
+}
+
+TEST(ExtCommIp6Content, FieldsCanBeSetOneByOne) {
+  ExtCommIp6Content made;
+  made.typeIs(0x40);
+  made.subtypeIs(2);
+  made.addrIs(ip6("2001:db8::1"));
+  made.localAdminIs(0xABCD);
+  EXPECT_EQ(content(0x40, 2, "2001:db8::1", 0xABCD), made);
+  EXPECT_EQ(made, extCommIp6Factory(extCommClassificationColor, made)->extCommIp6Content());
 }
 
 TEST(ExtCommIp6Content, ReaderTakesNumbersAndNamesWhatIsWrong) {
@@ -216,9 +227,13 @@ TEST(ExtCommIp6DeathTest, SubtypeNamesOfTheWrongTypeAreFaults) {
                "extCommIp6PktTypeTransIpv6Address_ == pktType\\(\\)");
   EXPECT_DEATH(of(0)->pktSubtypeNonTransIpv6AddressAsString(),
                "extCommIp6PktTypeNonTransIpv6Address_ == pktType\\(\\)");
-  const auto plain = extCommIp6Factory(extCommClassificationUnSpecified, content(0, 2, "::", 0));
-  EXPECT_DEATH(plain->pktSubtypeTransIpv6AddressAsString(),
-               "!pktSubtype\\(\\).isUnspecified\\(\\)");
+  const auto plain = [](U8 type) {
+    return extCommIp6Factory(extCommClassificationUnSpecified, content(type, 2, "::", 0));
+  };
+  EXPECT_DEATH(plain(0)->pktSubtypeTransIpv6AddressAsString(),
+               "!pktSubtype\\(\\).isUnspecified\\(\\).*::pktSubtypeTransIpv6AddressAsString");
+  EXPECT_DEATH(plain(0x40)->pktSubtypeNonTransIpv6AddressAsString(),
+               "!pktSubtype\\(\\).isUnspecified\\(\\).*::pktSubtypeNonTransIpv6AddressAsString");
 }
 
 }  // namespace

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <iomanip>
-#include <limits>
 #include <sstream>
-#include <vector>
 
 #include "Kiv/Exception.h"
 #include "OvBgp/ExtCommIp6.h"
@@ -155,97 +153,38 @@ TEST(ExtComm, UserInterfaceTextIsAPolicyText) {
   }
 }
 
-// A type octet, the function that names its subtypes, and all subtypes that have a name.
+// A type octet, the function that names its subtypes, and the enumeration of these.
 struct SubtypedType {
   U8 type;
   Kiv::String (ExtComm::*function)() const;
-  std::vector<std::pair<U8, const char*>> names;
+  const Kiv::EnumInfo& subtypes;
 };
 
-const std::vector<SubtypedType>& subtypedTypes() {
-  static const std::vector<SubtypedType> types{
-      {0x00,
-       &ExtComm::pktSubtypeTransTwoOctetAsString,
-       {{2, "extCommPktSubtypeTransTwoOctetAsRouteTarget"},
-        {3, "extCommPktSubtypeTransTwoOctetAsRouteOrigin"},
-        {5, "extCommPktSubtypeTransTwoOctetAsOspfDomainIdentifier"},
-        {8, "extCommPktSubtypeTransTwoOctetAsBgpDataCollection"},
-        {9, "extCommPktSubtypeTransTwoOctetAsSourceAs"},
-        {10, "extCommPktSubtypeTransTwoOctetAsL2VpnIdentifier"},
-        {16, "extCommPktSubtypeTransTwoOctetAsCiscoVpnDistinguisher"}}},
-      {0x01,
-       &ExtComm::pktSubtypeTransIpv4AddressString,
-       {{2, "extCommPktSubtypeTransIpv4AddressRouteTarget"},
-        {3, "extCommPktSubtypeTransIpv4AddressRouteOrigin"},
-        {5, "extCommPktSubtypeTransIpv4AddressOspfDomainIdentifier"},
-        {7, "extCommPktSubtypeTransIpv4AddressOspfRouteId"},
-        {10, "extCommPktSubtypeTransIpv4AddressL2VpnIdentifier"},
-        {11, "extCommPktSubtypeTransIpv4AddressVrfRouteImport"},
-        {12, "extCommPktSubtypeTransIpv4AddressFlowspecRedirectIp"},
-        {16, "extCommPktSubtypeTransIpv4AddressCiscoVpnDistinguisher"}}},
-      {0x02,
-       &ExtComm::pktSubtypeTransFourOctetAsString,
-       {{2, "extCommPktSubtypeTransFourOctetAsRouteTarget"},
-        {3, "extCommPktSubtypeTransFourOctetAsRouteOrigin"},
-        {4, "extCommPktSubtypeTransFourOctetAsGeneric"},
-        {5, "extCommPktSubtypeTransFourOctetAsOspfDomainIdentifier"},
-        {8, "extCommPktSubtypeTransFourOctetAsBgpDataCollection"},
-        {9, "extCommPktSubtypeTransFourOctetAsSourceAs"},
-        {16, "extCommPktSubtypeTransFourOctetAsCiscoVpnDistinguisher"}}},
-      {0x03,
-       &ExtComm::pktSubtypeTransOpaqueString,
-       {{1, "extCommPktSubtypeTransOpaqueCostCommunity"},
-        {3, "extCommPktSubtypeTransOpaqueOutboundRouteFilter"},
-        {6, "extCommPktSubtypeTransOpaqueOspfRouteType"},
-        {11, "extCommPktSubtypeTransOpaqueColorExtendedCommunity"},
-        {12, "extCommPktSubtypeTransOpaqueEncapsulationExtendedCommunity"},
-        {13, "extCommPktSubtypeTransOpaqueDefaultGateway"}}},
-      {0x06,
-       &ExtComm::pktSubtypeEvpnString,
-       {{0, "extCommPktSubtypeEvpnMacMobility"},
-        {1, "extCommPktSubtypeEvpnEsiMplsLabel"},
-        {2, "extCommPktSubtypeEvpnEsImport"},
-        {3, "extCommPktSubtypeEvpnRouterMac"},
-        {4, "extCommPktSubtypeEvpnLayer2Attributes"},
-        {5, "extCommPktSubtypeEvpnEtree"},
-        {6, "extCommPktSubtypeEvpnDFElection"},
-        {8, "extCommPktSubtypeEvpnNdFlags"},
-        {9, "extCommPktSubtypeEvpnMulticastFlags"},
-        {10, "extCommPktSubtypeEvpnEviRtType0"},
-        {11, "extCommPktSubtypeEvpnEviRtType1"},
-        {12, "extCommPktSubtypeEvpnEviRtType2"}}},
-      {0x08,
-       &ExtComm::pktSubtypeFlowspecRedirectNexthopString,
-       {{0, "extCommPktSubtypeFlowspecRedirectNexthop"}}},
-      {0x80,
-       &ExtComm::pktSubtypeTransGenericString,
-       {{6, "extCommPktSubtypeTransGenericFlowspecTrafficRate"},
-        {7, "extCommPktSubtypeTransGenericFlowspecTrafficAction"},
-        {8, "extCommPktSubtypeTransGenericFlowspecRedirectAs2Byte"},
-        {9, "extCommPktSubtypeTransGenericFlowspecTrafficRemarking"},
-        {10, "extCommPktSubtypeTransGenericLayer2InfoExtendedCommunity"},
-        {11, "extCommPktSubtypeTransGenericEtreeInfo"}}},
-      {0x81,
-       &ExtComm::pktSubtypeTransGenericPart2String,
-       {{8, "extCommPktSubtypeTransGenericPart2FlowspecRedirectIpv4"}}},
-      {0x82,
-       &ExtComm::pktSubtypeTransGenericPart3String,
-       {{8, "extCommPktSubtypeTransGenericPart3FlowspecRedirectAs4Byte"}}},
-      {0x40,
-       &ExtComm::pktSubtypeNonTransTwoOctetAsString,
-       {{4, "extCommPktSubtypeNonTransTwoOctetAsLinkBandwidth"},
-        {128, "extCommPktSubtypeNonTransTwoOctetAsVirtualNetworkIdentifier"}}},
-      {0x41, &ExtComm::pktSubtypeNonTransIpv4AddressString, {}},
-      {0x42,
-       &ExtComm::pktSubtypeNonTransFourOctetAsString,
-       {{4, "extCommPktSubtypeNonTransFourOctetAsGeneric"}}},
-      {0x43,
-       &ExtComm::pktSubtypeNonTransOpaqueString,
-       {{0, "extCommPktSubtypeNonTransOriginValidationState"},
-        {1, "extCommPktSubtypeNonTransCostCommunity"}}},
-  };
-  return types;
-}
+const SubtypedType subtypedTypes[] = {
+    {0x00, &ExtComm::pktSubtypeTransTwoOctetAsString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeTransTwoOctetAs>},
+    {0x01, &ExtComm::pktSubtypeTransIpv4AddressString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeTransIpv4Address>},
+    {0x02, &ExtComm::pktSubtypeTransFourOctetAsString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeTransFourOctetAs>},
+    {0x03, &ExtComm::pktSubtypeTransOpaqueString, Kiv::enumInfo<BgpExtCommPktSubtypeTransOpaque>},
+    {0x06, &ExtComm::pktSubtypeEvpnString, Kiv::enumInfo<BgpExtCommPktSubtypeEvpn>},
+    {0x08, &ExtComm::pktSubtypeFlowspecRedirectNexthopString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeTransFlowspecRedirectNexthop>},
+    {0x80, &ExtComm::pktSubtypeTransGenericString, Kiv::enumInfo<BgpExtCommPktSubtypeTransGeneric>},
+    {0x81, &ExtComm::pktSubtypeTransGenericPart2String,
+     Kiv::enumInfo<BgpExtCommPktSubtypeTransGenericPart2>},
+    {0x82, &ExtComm::pktSubtypeTransGenericPart3String,
+     Kiv::enumInfo<BgpExtCommPktSubtypeTransGenericPart3>},
+    {0x40, &ExtComm::pktSubtypeNonTransTwoOctetAsString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeNonTransTwoOctetAs>},
+    {0x41, &ExtComm::pktSubtypeNonTransIpv4AddressString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeNonTransIpv4Address>},
+    {0x42, &ExtComm::pktSubtypeNonTransFourOctetAsString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeNonTransFourOctetAs>},
+    {0x43, &ExtComm::pktSubtypeNonTransOpaqueString,
+     Kiv::enumInfo<BgpExtCommPktSubtypeNonTransOpaque>},
+};
 
 Kiv::String subtypeText(const ExtComm& extComm) {
   std::ostringstream out;
@@ -254,13 +193,12 @@ Kiv::String subtypeText(const ExtComm& extComm) {
 }
 
 TEST(ExtCommSubtype, EveryNumberOfEveryTypeHasItsText) {
-  for (const SubtypedType& row : subtypedTypes()) {
+  for (const SubtypedType& row : subtypedTypes) {
     for (unsigned subtype = 0; subtype < 256; ++subtype) {
       const auto extComm = subtyped(U64{row.type} << 56 | U64{subtype} << 48);
-      const auto named =
-          std::ranges::find(row.names, subtype, [](const auto& p) { return p.first; });
+      const Kiv::EnumRow* const named = row.subtypes.findValue(subtype);
       const Kiv::String expected =
-          named != row.names.end() ? named->second : "subtype=" + std::to_string(subtype);
+          named && named->valid ? Kiv::String(named->name) : "subtype=" + std::to_string(subtype);
       EXPECT_EQ(expected, (extComm.ptr()->*row.function)()) << unsigned{row.type};
       EXPECT_EQ(expected, subtypeText(*extComm)) << unsigned{row.type};
     }
@@ -271,7 +209,7 @@ TEST(ExtCommSubtype, TypeWithoutATablePrintsNone) {
   unsigned none = 0;
   for (unsigned type = 0; type < 256; ++type) {
     const bool hasTable =
-        std::ranges::any_of(subtypedTypes(), [=](const auto& row) { return row.type == type; });
+        std::ranges::any_of(subtypedTypes, [=](const auto& row) { return row.type == type; });
     EXPECT_EQ("unspecified", subtypeText(*plain(U64{type} << 56)));
     if (hasTable) continue;
     EXPECT_EQ("none", subtypeText(*subtyped(U64{type} << 56 | U64{0x02} << 48))) << type;
@@ -294,13 +232,18 @@ TEST(ExtCommSubtypeDeathTest, FunctionsStopTheProcessOnAnythingElse) {
 // A classification is kept in six bits. If a larger number were cut, lists would group the
 // community under another classification.
 TEST(ExtCommDeathTest, AClassificationThatIsNotKeptStopsTheProcess) {
-  constexpr ExtCommClassification most{63};
-  constexpr ExtCommClassification tooMany{64};
-  EXPECT_EQ(most, extCommFactory(most, ExtCommContent(1))->classification());
-  EXPECT_EQ(most, extCommIp6Factory(most, ExtCommIp6Content())->classification());
-  EXPECT_DEATH(extCommFactory(tooMany, ExtCommContent(1)), "classification < 64");
-  EXPECT_DEATH(extCommIp6Factory(tooMany, ExtCommIp6Content()), "classification < 64");
-  EXPECT_DEATH(extCommClassificationListFactory(tooMany), "classification < 64");
+  for (const ExtCommClassification own : {ExtCommClassification{11}, ExtCommClassification{63}}) {
+    EXPECT_EQ(own, extCommFactory(own, ExtCommContent(1))->classification());
+    EXPECT_EQ(own, extCommIp6Factory(own, ExtCommIp6Content())->classification());
+  }
+  for (const auto& [refused, condition] :
+       {std::pair(extCommClassificationOneBeyondLast,
+                  "classification != extCommClassificationOneBeyondLast"),
+        std::pair(ExtCommClassification{64}, "classification < 64")}) {
+    EXPECT_DEATH(extCommFactory(refused, ExtCommContent(1)), condition);
+    EXPECT_DEATH(extCommIp6Factory(refused, ExtCommIp6Content()), condition);
+    EXPECT_DEATH(extCommClassificationListFactory(refused), condition);
+  }
 }
 
 TEST(ExtComm, DiagnosticTextNamesWhatItCan) {
@@ -326,16 +269,17 @@ TEST(ExtComm, DiagnosticTextNamesWhatItCan) {
 TEST(ExtComm, StreamingKeepsTheCallersFormat) {
   const auto extComm = subtyped(0x030D000000000000);
   std::ostringstream out;
-  out << std::hex << std::uppercase << std::showbase << std::setfill('*') << std::setw(99);
+  out << std::hex << std::uppercase << std::showbase << std::setfill('*');
   const auto flags = out.flags();
-  out << *extComm << extComm.ptr() << static_cast<const ExtComm*>(nullptr);
+  out << std::setw(99) << *extComm << std::setw(99) << extComm.ptr() << std::setw(99)
+      << static_cast<const ExtComm*>(nullptr);
+  EXPECT_EQ(0, out.width());
   extComm->formatSubtype(out);
   extComm->formatCommunityValue(out);
   EXPECT_EQ(extComm->toStrep() + extComm->toStrep() + "NULL" +
                 "extCommPktSubtypeTransOpaqueDefaultGateway0x030d000000000000",
             out.str());
   EXPECT_EQ(flags, out.flags());
-  EXPECT_EQ(99, out.width());
   EXPECT_EQ('*', out.fill());
 }
 

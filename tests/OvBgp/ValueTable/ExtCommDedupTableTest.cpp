@@ -8,14 +8,13 @@
 #include <set>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "tests/OvBgp/MultiThreaded.h"
 #include "tests/OvBgp/Value/ExtCommValues.h"
+#include "tests/stress/Stress.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -167,26 +166,6 @@ TEST_F(ExtCommDedupTableTest, AnObserverMayBringARouteTargetBack) {
   EXPECT_TRUE(listed().empty());
 }
 
-TEST_F(ExtCommDedupTableTest, AnObserverMayInternAndReleaseOthers) {
-  TargetObserver observer(table_);
-  std::vector<ExtComm::PtrConst> kept;
-  observer.handler = [&](U64 value, bool isThere) {
-    if (value != routeTargetA) return;
-    if (isThere) {
-      kept = {intern(routeTargetB), intern(colorA), intern(routeTargetA)};
-    } else {
-      kept.clear();
-    }
-  };
-  auto a = intern(routeTargetA);
-  EXPECT_EQ(3U, table_->size());
-  EXPECT_EQ((std::set<U64>{routeTargetA, routeTargetB}), listed());
-  kept.pop_back();
-  a = nullptr;
-  EXPECT_EQ(0U, table_->size());
-  EXPECT_TRUE(listed().empty());
-}
-
 // A value that an observer refuses is neither in the table nor in the set. Observers that were
 // notified of the addition before the exception are notified of the removal.
 TEST_F(ExtCommDedupTableTest, AnObserverThatThrowsUndoesTheInterning) {
@@ -277,50 +256,58 @@ TEST_F(ExtCommIp6DedupTableTest, FindsAMemberByContentAndHash) {
   EXPECT_EQ(nullptr, table_->lookupByContent(other, other.hash()));
 }
 
-TEST_F(ExtCommIp6DedupTableTest, ManyValuesStayApart) {
-  std::vector<ExtCommIp6::PtrConst> held;
-  for (U16 i = 0; i < 2000; ++i) held.push_back(intern(static_cast<U8>(i % 3), i));
-  EXPECT_EQ(2000U, table_->size());
-  for (U16 i = 0; i < 2000; ++i) EXPECT_EQ(held[i], intern(static_cast<U8>(i % 3), i));
-  held.clear();
-  EXPECT_EQ(0U, table_->size());
+// Counts the members that it is told of.
+class MemberCounter final : public Dorn::DedupHashTableLifeTimeNotifiee {
+  KIV_OBJECT(MemberCounter)
+
+ public:
+  void handleInsert(const Dorn::DedupHandle::Ptr&) override { ++members; }
+  void handleRemove(Dorn::DedupHandle*) override { --members; }
+  void handleNotificationStop(const Kiv::Ptr<const Dorn::DedupHashTable>&) override {}
+
+  int members = 0;
+};
+KIV_OBJECT_DEFINE(MemberCounter)
+
+TEST_F(ExtCommIp6DedupTableTest, MembersAreListedAndObserved) {
+  const MemberCounter::Ptr counter(new MemberCounter);
+  table_->lifeTimeNotifieeIs(counter);
+  auto first = intern(0, 10);
+  const auto second = intern(0, 11);
+  EXPECT_EQ(2, counter->members);
+  EXPECT_EQ(2U, table_->members().size());
+  first = nullptr;
+  EXPECT_EQ(1, counter->members);
+  ASSERT_EQ(1U, table_->members().size());
+  EXPECT_EQ(second.ptr(), table_->members()[0].ptr());
+  table_->lifeTimeNotifieeIs(nullptr);
+  (void)intern(0, 12);
+  EXPECT_EQ(1, counter->members);
 }
 
 // --- Several threads ---
 
 // Interns and releases six values in random order, so that the threads' last releases, lookups and
-// new insertions of the same value coincide. `intern(i)` interns value i, and `isWrong(i, value)`
-// checks the result. Returns the number of wrong results.
-template <class Ptr, class Intern, class IsWrong>
-int work(unsigned seed, const Intern& intern, const IsWrong& isWrong) {
+// new insertions of the same value coincide. `intern(i)` interns value i. Returns the number of
+// wrong results.
+template <class Intern>
+int work(unsigned seed, const Intern& intern) {
   std::mt19937 random(seed);
-  std::array<Ptr, 3> held;
+  std::array<ExtComm::PtrConst, 3> held;
   int wrong = 0;
   for (int step = 0; step < 20000; ++step) {
     const U32 i = static_cast<U32>(random() % 6);
-    Ptr got = intern(i);
-    if (!got->isDeduped() || isWrong(i, *got)) ++wrong;
+    ExtComm::PtrConst got = intern(i);
+    if (!got->isDeduped() || got != intern(i)) ++wrong;
     held[random() % held.size()] = std::move(got);
   }
   return wrong;
 }
 
-// Runs `one(seed)` in four threads, each with another seed, and expects 0 from each.
-template <class Work>
-void inThreads(const Work& one) {
-  std::array<int, 4> wrong{};
-  std::vector<std::thread> threads;
-  for (unsigned i = 0; i < wrong.size(); ++i) {
-    threads.emplace_back([&, i] { wrong[i] = one(i + 1); });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ((std::array<int, 4>{}), wrong);
-}
-
 // The observer interns value 0 again whenever it is removed, and releases it whenever value 1 is
 // added. Its own copy of the set must always have the size of the table's set.
 TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
-  const MultiThreaded on;
+  const Stress::Threaded on;
   const auto parser = bgpParseExtCommContainerSmFactory();
   const auto table = extCommDedupTableFactory(parser->extCommParser());
   const auto valueOf = [](U32 i) { return i == 5 ? colorA : routeTargetA + i; };
@@ -336,11 +323,9 @@ TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
     if (value == valueOf(0) && !isThere && !finished) kept = intern(0);
     if (value == valueOf(1) && isThere) ExtComm::PtrConst().swap(kept);
   };
-  inThreads([&](unsigned seed) {
-    return work<ExtComm::PtrConst>(seed, intern, [&](U32 i, const ExtComm& extComm) {
-      return extComm.getContent().value() != valueOf(i);
-    });
-  });
+  std::array<int, 4> wrongByThread{};
+  Stress::inThreads(4, [&](unsigned i) { wrongByThread[i] = work(i + 1, intern); });
+  EXPECT_EQ((std::array<int, 4>{}), wrongByThread);
   finished = true;
   EXPECT_EQ(0, wrong);
   EXPECT_EQ(kept ? 1U : 0U, table->size());
@@ -350,21 +335,6 @@ TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
   EXPECT_TRUE(observer.present.empty());
   EXPECT_EQ(0U, table->producerRtList()->rt().size());
   EXPECT_EQ(observer.came, observer.went);
-}
-
-TEST(ExtCommIp6DedupTableStress, ThreadsShareAFewValues) {
-  const MultiThreaded on;
-  const auto parser = bgpParseExtCommContainerSmFactory();
-  const auto table = extCommIp6DedupTableFactory(parser->extCommParser());
-  const auto valueOf = [](U32 i) {
-    return ExtCommIp6Content(i == 5 ? 0x40 : 0, 2, Ovnet::Ip6Addr(), static_cast<U16>(i));
-  };
-  inThreads([&](unsigned seed) {
-    return work<ExtCommIp6::PtrConst>(
-        seed, [&](U32 i) { return ExtCommIp6::dedupContent(table.ptr(), valueOf(i)); },
-        [&](U32 i, const ExtCommIp6& extComm) { return extComm.getContent() != valueOf(i); });
-  });
-  EXPECT_EQ(0U, table->size());
 }
 
 }  // namespace

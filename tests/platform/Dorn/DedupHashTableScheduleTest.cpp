@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <latch>
+#include <stdexcept>
 #include <thread>
 
 #include "tests/platform/Dorn/TestHandle.h"
@@ -87,6 +88,7 @@ void visit(Dorn::DelayPoint point) {
 }
 
 TEST(DedupHashTableSchedule, ObserverIsRegisteredWhileTheLastReleaseWaits) {
+  const ThreadSafePointers on;
   const auto table = newTable(true);
   const Kiv::Ptr<Visitor> observer(new Visitor);
   visited = table.ptr();
@@ -97,6 +99,72 @@ TEST(DedupHashTableSchedule, ObserverIsRegisteredWhileTheLastReleaseWaits) {
   EXPECT_EQ(1U, observer->came);
   EXPECT_EQ(1U, observer->went);
   EXPECT_EQ(0, Number::alive);
+  table->lifeTimeNotifieeDel();
+}
+
+// A release has seen a member and is about to lock the shard, when the table is destroyed, and
+// perhaps the next table takes the shell.
+Kiv::Ptr<Dorn::DedupHashTable>* dying = nullptr;
+bool remade = false;
+
+void endTheTable(Dorn::DelayPoint point) {
+  if (point != Dorn::DelayPoint::lock) return;
+  Dorn::delayHook = nullptr;
+  *dying = remade ? newTable(true) : nullptr;
+}
+
+TEST(DedupHashTableSchedule, TableIsDestroyedWhileTheLastReleaseWaits) {
+  const ThreadSafePointers on;
+  for (const bool again : {false, true}) {
+    remade = again;
+    auto table = newTable(true);
+    dying = &table;
+    Number::Ptr user = intern(table, 1);
+    Dorn::delayHook = endTheTable;
+    user = nullptr;
+    EXPECT_EQ(0, Number::alive);
+  }
+}
+
+// An observer refuses a member that another thread has found already. The finder's release has seen
+// a handle outside all tables, when the maker interns the handle again and gives it up.
+class Refuser final : public Visitor {
+  KIV_OBJECT(Refuser)
+
+ public:
+  void handleInsert(const Kiv::Ptr<Dorn::DedupHandle>& handle) override {
+    if (came++ > 0) return;
+    found = handle;
+    throw std::runtime_error("refused");
+  }
+
+  Dorn::DedupHandle::Ptr found;
+};
+KIV_OBJECT_DEFINE(Refuser)
+
+Dorn::DedupHandle::Ptr* maker = nullptr;
+
+void internAgain(Dorn::DelayPoint point) {
+  if (point != Dorn::DelayPoint::decrement) return;
+  Dorn::delayHook = nullptr;
+  visited->dedup(*maker);
+  *maker = nullptr;
+}
+
+TEST(DedupHashTableSchedule, RefusedHandleIsInternedAgainDuringAnothersRelease) {
+  const ThreadSafePointers on;
+  const auto table = newTable(true);
+  const Kiv::Ptr<Refuser> observer(new Refuser);
+  table->lifeTimeNotifieeIs(observer);
+  Dorn::DedupHandle::Ptr made = Number::make(1);
+  EXPECT_THROW(table->dedup(made), std::runtime_error);
+  visited = table.ptr();
+  maker = &made;
+  Dorn::delayHook = internAgain;
+  observer->found = nullptr;
+  EXPECT_EQ(0U, table->size());
+  EXPECT_EQ(0, Number::alive);
+  EXPECT_EQ(1U, observer->went);
   table->lifeTimeNotifieeDel();
 }
 

@@ -3,8 +3,11 @@
 // them, the tests check that every user sees a member, that the notices are consistent, and that no
 // object is left.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <random>
 #include <stdexcept>
 #include <thread>
@@ -57,18 +60,14 @@ void work(const Dorn::DedupHashTable::Ptr& table, unsigned seed, int& wrong) {
 }
 
 void run(bool observed) {
-  const ThreadSafePointers on;
+  const Stress::Threaded on;
   {
     const auto table = newTable(true);
     CountingObserver::Ptr observer(new CountingObserver);
     observer->table = table.ptr();
     if (observed) table->lifeTimeNotifieeIs(observer);
     std::array<int, 4> wrong{};
-    std::vector<std::thread> threads;
-    for (unsigned i = 0; i < wrong.size(); ++i) {
-      threads.emplace_back([&, i] { work(table, i + 1, wrong[i]); });
-    }
-    for (std::thread& thread : threads) thread.join();
+    Stress::inThreads(4, [&](unsigned i) { work(table, i + 1, wrong[i]); });
     EXPECT_EQ((std::array<int, 4>{}), wrong);
     EXPECT_EQ(0, observer->wrong);
     EXPECT_EQ((std::array<int, stressValues>{}), observer->present);
@@ -83,26 +82,22 @@ TEST(DedupHashTableStress, ThreadsShareAFewObservedValues) { run(true); }
 // An observer is registered and unregistered while others intern: it never hears of a second
 // insertion before a removal, nor of a removal before an insertion.
 TEST(DedupHashTableStress, ObserverIsRegisteredAndUnregistered) {
-  const ThreadSafePointers on;
+  const Stress::Threaded on;
   {
     const auto table = newTable(true);
-    std::array<int, 2> wrong{};
-    std::vector<std::thread> threads;
-    for (unsigned i = 0; i < wrong.size(); ++i) {
-      threads.emplace_back([&, i] { work(table, i + 10, wrong[i]); });
-    }
-    int observerWrong = 0;
-    for (int round = 0; round < 200; ++round) {
-      const CountingObserver::Ptr observer(new CountingObserver);
-      observer->table = table.ptr();
-      table->lifeTimeNotifieeIs(observer);
-      std::this_thread::yield();
-      table->lifeTimeNotifieeDel();
-      observerWrong += observer->wrong;
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ((std::array<int, 2>{}), wrong);
-    EXPECT_EQ(0, observerWrong);
+    std::array<int, 3> wrong{};
+    const auto observe = [&] {
+      for (int round = 0; round < 200; ++round) {
+        const CountingObserver::Ptr observer(new CountingObserver);
+        observer->table = table.ptr();
+        table->lifeTimeNotifieeIs(observer);
+        std::this_thread::yield();
+        table->lifeTimeNotifieeDel();
+        wrong[2] += observer->wrong;
+      }
+    };
+    Stress::inThreads(3, [&](unsigned i) { i == 2 ? observe() : work(table, i + 10, wrong[i]); });
+    EXPECT_EQ((std::array<int, 3>{}), wrong);
     EXPECT_EQ(0U, table->size());
   }
   EXPECT_EQ(0, Number::alive);
@@ -144,6 +139,33 @@ TEST(DedupHashTableStress, RefusedValuesAreDestroyedByTheirLastUser) {
     EXPECT_EQ(0U, table->size());
   }
   EXPECT_EQ(0, Number::alive);
+}
+
+// A child of fork() has none of the threads that may hold a lock at that moment. It must not use
+// the parent's table, but can build tables and objects of its own.
+bool childWorks() {
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(20);  // a lock that stays locked ends the child by a signal
+    const auto own = newTable(true);
+    std::vector<Number::Ptr> held;
+    for (U32 i = 0; i < 100; ++i) held.push_back(intern(own, i));
+    _exit(own->size() == 100 ? 0 : 1);
+  }
+  int status = -1;
+  return waitpid(child, &status, 0) == child && status == 0;
+}
+
+TEST(DedupHashTableStress, ForkedChildBuildsTablesOfItsOwn) {
+  const Stress::Threaded threaded;
+  const auto table = newTable(true);
+  std::atomic<bool> ended = false;
+  std::thread other([&] {
+    for (U32 i = 0; !ended; ++i) intern(table, i % 1000), newTable(true);
+  });
+  for (int i = 0; i < 40; ++i) EXPECT_TRUE(childWorks());
+  ended = true;
+  other.join();
 }
 
 }  // namespace

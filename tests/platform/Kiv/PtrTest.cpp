@@ -20,8 +20,8 @@ class Cat : public Animal {
   KIV_OBJECT(Cat)
 
  public:
-  // Sets the count to maxReferences - 1, as so many references cannot be taken one by one.
-  void almostAllReferencesTaken() const { flagIs(maxReferences - 1, true); }
+  // Sets the count of a new object, as so many references cannot be taken one by one.
+  void almostSaturated() const { flagIs(saturatedReferences - 1, true); }
 
  private:
   [[maybe_unused]] U64 lives_ = 9;
@@ -67,14 +67,24 @@ TEST(Ptr, FlagsAreNoReferences) {
   Kiv::VFPtrInterface::threadSafePointers = false;
 }
 
-TEST(PtrDeathTest, CountNeverRunsIntoTheFlags) {
-  const auto takeAll = [] {
-    const auto* const cat = new Cat;
-    cat->almostAllReferencesTaken();
-    cat->referencesIncReturnRef();
-    cat->referencesIncReturnRef();
-  };
-  EXPECT_DEATH(takeAll(), "references\\(\\) <= maxReferences");
+// A saturated count changes no flag, and never reaches zero again.
+TEST(Ptr, SaturatedCountKeepsTheObjectForEver) {
+  for (const bool threadSafe : {false, true}) {
+    Kiv::VFPtrInterface::threadSafePointers = threadSafe;
+    const U64 cats = Cat::kivType().objects();
+    auto* const cat = new Cat;
+    cat->almostSaturated();
+    EXPECT_EQ(Cat::saturatedReferences - 1, cat->references());
+    for (U32 i = 0; i < 3; ++i) cat->referencesIncReturnRef();
+    const U32 saturated = cat->references();
+    EXPECT_LT(Cat::saturatedReferences, saturated);
+    for (U32 i = 0; i < 5; ++i) EXPECT_EQ(saturated - 1, cat->referencesDec());
+    EXPECT_EQ(saturated, cat->references());
+    EXPECT_FALSE(cat->hasNotificationActive());
+    EXPECT_EQ(cats + 1, Cat::kivType().objects());
+    delete cat;
+  }
+  Kiv::VFPtrInterface::threadSafePointers = false;
 }
 
 // An object is counted under its most derived type, also if a pointer to its base destroys it.

@@ -19,14 +19,14 @@ typename Value::StrepFormat withClassification() {
 // Policies have no text for some types. An empty text would make such a community invisible.
 void appendMemberText(OvFmt::DynamicBufferInterface& to, const ExtComm& member) {
   const std::size_t before = to.size();
-  member.appendForPolicy(to, withClassification<ExtComm>());
+  member.appendPolicyText(to, withClassification<ExtComm>());
   if (to.size() != before) return;
   to.append("0x");
   to.appendHex(member.getContent().value(), 16);
 }
 
 void appendMemberText(OvFmt::DynamicBufferInterface& to, const ExtCommIp6& member) {
-  member.appendForPolicy(to, withClassification<ExtCommIp6>());
+  member.appendPolicyText(to, withClassification<ExtCommIp6>());
 }
 
 // The list writes names of well-known communities by itself.
