@@ -6,8 +6,8 @@
 #include <new>
 #include <utility>
 
-#include "Kiv/Private/PerThread.h"
 #include "Kiv/Private/AtFork.h"
+#include "Kiv/Private/PerThread.h"
 #include "Kiv/SpinLock.h"
 #include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"

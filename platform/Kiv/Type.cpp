@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "Kiv/Pool.h"
-#include "Kiv/Private/PerThread.h"
 #include "Kiv/Private/AtFork.h"
+#include "Kiv/Private/PerThread.h"
 #include "Kiv/SpinLock.h"
 
 namespace Kiv {
