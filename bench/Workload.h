@@ -1,5 +1,7 @@
-// What the benchmarks run on: the COMMUNITIES attributes of a file of routing
-// data, in the order in which they were received, and lists made up like them.
+// The data that the benchmarks work on: the COMMUNITIES attributes of a file of routing data, in
+// the order in which they were received, and synthetic lists with the same lengths.
+//
+// All random generators have fixed seeds, so every run and every contender gets the same data.
 #ifndef BENCH_WORKLOAD_H
 #define BENCH_WORKLOAD_H
 
@@ -21,7 +23,7 @@
 
 namespace Bench {
 
-// Attribute values, back to back, as they come from a socket.
+// Attribute values in network byte order, one directly behind another, as in a receive buffer.
 class Attributes {
  public:
   void add(std::span<const U8> value) {
@@ -42,8 +44,8 @@ inline std::string nameOf(const std::string& file) {
   return std::filesystem::path(file).filename().string();
 }
 
-// The attributes in `file`: one for each UPDATE or table entry that has one. Read
-// once.
+// The COMMUNITIES attributes in `file`: one for each UPDATE or table entry that carries one. A
+// file is read once per process; the reference stays valid until the process ends.
 inline const Attributes& received(const std::string& file) {
   struct Collector : CommTool::RouteSink {
     void handleRoutes(const CommTool::RouteBatch& batch) override {
@@ -65,7 +67,8 @@ inline const Attributes& received(const std::string& file) {
   return found->second = std::move(collector.attributes);
 }
 
-// A list in the order of the wire: ascending, without repeats, as nearly all are.
+// Adds a list of `length` members in ascending order without duplicates. Nearly all received
+// lists are like this, so a contender may take its fast path.
 inline void addRandomList(Attributes& to, std::size_t length, std::mt19937& random) {
   std::set<U32> comms;
   while (comms.size() < length) comms.insert(static_cast<U32>(random()));
@@ -76,7 +79,8 @@ inline void addRandomList(Attributes& to, std::size_t length, std::mt19937& rand
   to.add(value);
 }
 
-// `count` lists of `length` communities each, all different.
+// `count` different lists of `length` communities each. Short lists differ only with high
+// probability, because the members are random.
 inline Attributes made(std::size_t count, std::size_t length) {
   Attributes attributes;
   std::mt19937 random(1);
@@ -84,7 +88,7 @@ inline Attributes made(std::size_t count, std::size_t length) {
   return attributes;
 }
 
-// `count` lists, all different, of the lengths that those in `like` have.
+// `count` different lists. Their lengths are drawn from the non-empty lists in `like`.
 inline Attributes madeLike(const Attributes& like, std::size_t count) {
   std::vector<std::size_t> lengths;
   for (std::size_t i = 0; i < like.size(); ++i) {
@@ -92,14 +96,15 @@ inline Attributes madeLike(const Attributes& like, std::size_t count) {
   }
   Attributes attributes;
   std::mt19937 random(2);
-  // Two lists of one community may turn out equal; so few that they do not matter.
+  // Two lists of one community can be equal. Such pairs are too few to change a figure.
   for (std::size_t i = 0; i < count; ++i) {
     addRandomList(attributes, lengths[random() % lengths.size()], random);
   }
   return attributes;
 }
 
-// Numbers below `count`, the popularity of rank r falling as 1 / (r + 1)^exponent.
+// Numbers below `count`, drawn from a Zipf distribution: the probability of rank r is
+// proportional to 1 / (r + 1)^exponent. An exponent of 0 draws evenly.
 inline std::vector<U32> zipf(std::size_t count, double exponent, std::size_t draws) {
   std::vector<double> sums(count);
   double sum = 0;
@@ -116,28 +121,30 @@ inline std::vector<U32> zipf(std::size_t count, double exponent, std::size_t dra
   return ranks;
 }
 
-// Lists drawn from `lists`, of that popularity.
+// A sequence of `draws` lists from `lists`, drawn by rank as in zipf().
 inline Attributes drawn(const Attributes& lists, double exponent, std::size_t draws) {
   Attributes attributes;
   for (const U32 rank : zipf(lists.size(), exponent, draws)) attributes.add(lists[rank]);
   return attributes;
 }
 
-// A sequence of `lists` different lists, some of them popular. In a fifth as many
-// slots as there are lists, 58 % of the slots hold a list that no other one has.
+// A sequence over `lists` different lists, some of them popular. When it is replayed into a
+// fifth as many slots, 58 % of the slots hold a list that no other slot holds. The first call
+// fixes the arguments for the process.
 inline const Attributes& scaled(const Attributes& like, std::size_t lists) {
   static const Attributes sequence = drawn(madeLike(like, lists), 0.82, 2 * lists);
   return sequence;
 }
 
-// Each list new.
+// A sequence in which no list repeats, so every interning is a miss. The first call fixes the
+// arguments for the process.
 inline const Attributes& distinct(const Attributes& like, std::size_t lists) {
   static const Attributes sequence = madeLike(like, lists);
   return sequence;
 }
 
-// Extended communities, all different: route targets, route origins, colors and
-// values of unknown types.
+// `count` different extended communities in host byte order: route targets, route origins,
+// colors and values of types that no rule knows. The low bits number the values.
 inline std::vector<U64> valuesOf(std::size_t count) {
   constexpr U64 types[] = {0x0002, 0x0202, 0x0103, 0x030B, 0x4004, 0x0399, 0x0600};
   std::mt19937_64 random(3);
@@ -148,7 +155,8 @@ inline std::vector<U64> valuesOf(std::size_t count) {
   return values;
 }
 
-// A sequence of `count` different ones, some of them popular.
+// A sequence of `draws` values over `count` different ones; the popularity of rank r is
+// proportional to 1 / (r + 1).
 inline std::vector<U64> zipfValues(std::size_t count, std::size_t draws) {
   const std::vector<U64> values = valuesOf(count);
   std::vector<U64> sequence;
@@ -156,7 +164,8 @@ inline std::vector<U64> zipfValues(std::size_t count, std::size_t draws) {
   return sequence;
 }
 
-// Bytes in use on the heap, the allocator's overhead included.
+// Bytes in use on the heap, including the overhead of the allocator and large blocks that are
+// mapped directly.
 inline double heapBytes() {
   const struct mallinfo2 info = mallinfo2();
   return static_cast<double>(info.uordblks + info.hblkhd);

@@ -33,7 +33,13 @@ FLOORS = [
     "OvBgp/Store",
     "OvBgp/Parse",
     "OvBgp",
-    "tools",
+    "tools/bgp-communities/input",
+    "tools/bgp-communities/bgp",
+    "tools/bgp-communities/mrt",
+    "tools/bgp-communities/rib",
+    "tools/bgp-communities/output",
+    "tools/bgp-communities/store",
+    "tools/bgp-communities/commands",
 ]
 TOPS = list(dict.fromkeys(floor.split("/")[0] for floor in FLOORS))
 OUTSIDE = ["tests", "bench", "fuzz", "examples", "gdb"]

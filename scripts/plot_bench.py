@@ -18,15 +18,6 @@ WIDTH, HEIGHT = 760, 420
 LEFT, RIGHT, TOP, BOTTOM = 70, 240, 40, 70
 COLORS = ["#0b5fa5", "#c0392b", "#d68910", "#7d3c98", "#7f8c8d"]
 
-# The contenders' short names in the results, and the names that docs/performance.md uses.
-NAMES = {
-    "P1": "flat_hash_set of intrusive pointers",
-    "P1 with sub-lists": "flat_hash_set with sub-lists",
-    "P2": "sharded flat_hash_set",
-    "P3": "Boost.Flyweight",
-    "P4": "unordered_set of shared_ptr",
-    "F": "flat_hash_map, find only",
-}
 # A series is named "WORK by QUANTITY".
 QUANTITIES = {
     "length": "communities in the list",
@@ -112,7 +103,7 @@ def legend(names, up):
     last = -math.inf
     for name, value, color in sorted(names, key=lambda entry: -entry[1]):
         last = max(up.at(value) + 4, last + 14)
-        yield text(WIDTH - RIGHT + 10, last, NAMES.get(name, name), "start", 12, color)
+        yield text(WIDTH - RIGHT + 10, last, name, "start", 12, color)
 
 
 def drawing(series, contenders):

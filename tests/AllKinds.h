@@ -89,53 +89,37 @@ inline std::span<const U8> spanOf(const Kiv::String& octets) {
   return {reinterpret_cast<const U8*>(octets.data()), octets.size()};
 }
 
-template <>
-struct Kind<CommList> {
-  static constexpr auto memberOctets = standardOctets;
-  static const CommListDedupTable* table(const Tables& tables) { return tables.commLists.ptr(); }
-  static CommList::PtrConst intern(const Tables& tables, const Kiv::String& octets) {
-    return CommList::dedupAttributeValue(table(tables), spanOf(octets));
+// A kind of plain list, and one of extended lists. `tableIn` is the member of Tables with the
+// table of the lists, `valuesIn` that with the table of the values.
+template <class List, auto octets, auto tableIn, auto factory>
+struct PlainKind {
+  static constexpr auto memberOctets = octets;
+  static auto table(const Tables& tables) { return (tables.*tableIn).ptr(); }
+  static auto intern(const Tables& tables, const Kiv::String& octetsOfList) {
+    return List::dedupAttributeValue(table(tables), spanOf(octetsOfList));
   }
-  static CommList::Ptr make() { return commListFactory(); }
+  static auto make() { return factory(); }
+};
+template <class List, auto octets, auto tableIn, auto valuesIn, auto factory>
+struct ExtendedKind : PlainKind<List, octets, tableIn, factory> {
+  static auto values(const Tables& tables) { return (tables.*valuesIn).ptr(); }
+  static auto intern(const Tables& tables, const Kiv::String& octetsOfList) {
+    return List::dedupAttributeValue(ExtendedKind::table(tables), values(tables),
+                                     spanOf(octetsOfList));
+  }
 };
 
 template <>
-struct Kind<LargeCommList> {
-  static constexpr auto memberOctets = largeOctets;
-  static const LargeCommListDedupTable* table(const Tables& tables) {
-    return tables.largeCommLists.ptr();
-  }
-  static LargeCommList::PtrConst intern(const Tables& tables, const Kiv::String& octets) {
-    return LargeCommList::dedupAttributeValue(table(tables), spanOf(octets));
-  }
-  static LargeCommList::Ptr make() { return largeCommListFactory(); }
-};
-
+struct Kind<CommList> : PlainKind<CommList, standardOctets, &Tables::commLists, commListFactory> {};
 template <>
-struct Kind<ExtCommList> {
-  static constexpr auto memberOctets = extendedOctets;
-  static const ExtCommListDedupTable* table(const Tables& tables) {
-    return tables.extCommLists.ptr();
-  }
-  static const ExtCommDedupTable* values(const Tables& tables) { return tables.values.ptr(); }
-  static ExtCommList::PtrConst intern(const Tables& tables, const Kiv::String& octets) {
-    return ExtCommList::dedupAttributeValue(table(tables), values(tables), spanOf(octets));
-  }
-  static ExtCommList::Ptr make() { return extCommListFactory(); }
-};
-
+struct Kind<LargeCommList>
+    : PlainKind<LargeCommList, largeOctets, &Tables::largeCommLists, largeCommListFactory> {};
 template <>
-struct Kind<ExtCommIp6List> {
-  static constexpr auto memberOctets = ip6Octets;
-  static const ExtCommIp6ListDedupTable* table(const Tables& tables) {
-    return tables.ip6Lists.ptr();
-  }
-  static const ExtCommIp6DedupTable* values(const Tables& tables) { return tables.ip6Values.ptr(); }
-  static ExtCommIp6List::PtrConst intern(const Tables& tables, const Kiv::String& octets) {
-    return ExtCommIp6List::dedupAttributeValue(table(tables), values(tables), spanOf(octets));
-  }
-  static ExtCommIp6List::Ptr make() { return extCommIp6ListFactory(); }
-};
+struct Kind<ExtCommList> : ExtendedKind<ExtCommList, extendedOctets, &Tables::extCommLists,
+                                        &Tables::values, extCommListFactory> {};
+template <>
+struct Kind<ExtCommIp6List> : ExtendedKind<ExtCommIp6List, ip6Octets, &Tables::ip6Lists,
+                                           &Tables::ip6Values, extCommIp6ListFactory> {};
 
 // The members, of either sort of list.
 template <class List>

@@ -1,5 +1,7 @@
-// Lists of interned extended communities: value(content) -> value handle, and
-// intern(value handles) -> list handle.
+// Ours and the peers that intern lists of extended communities. Each has two operations:
+// value(content) returns a value handle, and intern(value handles) returns a list handle.
+//
+// The values are interned before the measurement, so a row measures only the lists.
 #ifndef BENCH_PEERS_EXTLISTPEERS_H
 #define BENCH_PEERS_EXTLISTPEERS_H
 
@@ -19,7 +21,8 @@
 
 namespace Bench {
 
-// The values follow the node in its one allocation; each is counted once.
+// A list with its values behind it in the same allocation. The list holds one reference to each
+// of its values.
 struct ExtListNode {
   using Value = ValueNode<U32>;
   using Key = std::span<Value* const>;
@@ -28,15 +31,15 @@ struct ExtListNode {
     auto* const node = new (::operator new(sizeof(ExtListNode) + key.size_bytes()))
         ExtListNode{owner, 0, U32(key.size())};
     std::memcpy(static_cast<void*>(node + 1), key.data(), key.size_bytes());
-    for (Value* const value : key) ValueP1::referenceAdd(*value);
+    for (Value* const value : key) ValuesInFlatSet::referenceAdd(*value);
     return node;
   }
   static void destroy(ExtListNode* node) {
-    for (Value* const value : node->key()) ValueP1::release(*value);
+    for (Value* const value : node->key()) ValuesInFlatSet::release(*value);
     ::operator delete(node, sizeof(ExtListNode) + node->length * sizeof(Value*));
   }
   Key key() const { return {reinterpret_cast<Value* const*>(this + 1), length}; }
-  // Values are interned, so that their addresses say all.
+  // Equal values are the same object, so hashing and comparing the addresses is enough.
   static std::size_t hash(Key key) {
     const std::string_view octets(reinterpret_cast<const char*>(key.data()), key.size_bytes());
     return absl::Hash<std::string_view>{}(octets);
@@ -50,21 +53,22 @@ struct ExtListNode {
   const U32 length;
 };
 
-// Memory for the values of one list.
+// Memory for the values of one list while it is looked up.
 using ExtListRoom = ShortRoom<ExtListNode::Value*>;
 
-// What ours are, too: the values of each classification are a list of their own, which
-// lists share.
+// A list with one interned sub-list for each classification, as in our lists. Lists share their
+// sub-lists. A peer without sub-lists does less work than ours, so this peer is the fair
+// comparison.
 struct GroupedListNode {
   using Value = ExtListNode::Value;
   using Key = ExtListNode::Key;
-  using Parts = PlainSet<ExtListNode>;
+  using SubLists = FlatSet<ExtListNode>;
 
-  // Asks whoever owns the list for its parts.
+  // `owner` is the FlatSet base of a GroupedLists, which also interns the sub-lists.
   static GroupedListNode* make(void* owner, Key key);
   static void destroy(GroupedListNode* node) {
     const std::size_t size = sizeof(GroupedListNode) + node->length * sizeof(Value*);
-    for (Value* const value : node->key()) ValueP1::release(*value);
+    for (Value* const value : node->key()) ValuesInFlatSet::release(*value);
     node->~GroupedListNode();
     ::operator delete(node, size);
   }
@@ -72,7 +76,7 @@ struct GroupedListNode {
   static std::size_t hash(Key key) { return ExtListNode::hash(key); }
   static bool equal(Key a, Key b) { return ExtListNode::equal(a, b); }
 
-  // That of each value that the rows work on.
+  // Classifies the types that valuesOf() makes; all other values are unclassified (0).
   static constexpr U32 classifications = 6;
   static U32 classificationOf(U64 value) {
     switch (value >> 48) {
@@ -91,48 +95,51 @@ struct GroupedListNode {
         return 0;
     }
   }
-  void partsAre(Parts& from) {
+  void subListsAre(SubLists& from) {
     const ExtListRoom room(length);
     std::array<U32, classifications> ends{};
     for (const Value* const value : key()) ++ends[classificationOf(value->value)];
     for (U32 i = 1; i < classifications; ++i) ends[i] += ends[i - 1];
-    // From behind, so that the ends become the beginnings.
+    // A counting sort. It runs backwards, so it is stable, and afterwards ends[i] is the index
+    // of the first value of classification i.
     for (U32 i = length; i-- > 0;) {
       room.all()[--ends[classificationOf(key()[i]->value)]] = key()[i];
     }
     for (U32 i = 0; i < classifications; ++i) {
       const U32 end = i + 1 < classifications ? ends[i + 1] : length;
-      if (end > ends[i]) parts[i] = from.intern(room.all().subspan(ends[i], end - ends[i]));
+      if (end > ends[i]) subLists[i] = from.intern(room.all().subspan(ends[i], end - ends[i]));
     }
   }
 
   void* const owner;
   U32 count;
   const U32 length;
-  std::array<Parts::Handle, classifications> parts;
+  std::array<SubLists::Handle, classifications> subLists;
 };
 
-class GroupedLists : public PlainSet<GroupedListNode> {
+// The lists and, in a second set, their sub-lists. Members are destroyed in reverse order, so
+// `subLists` is destroyed before the base class: by then all lists must have been released.
+class GroupedLists : public FlatSet<GroupedListNode> {
  public:
-  GroupedListNode::Parts parts;
+  GroupedListNode::SubLists subLists;
 };
 
 inline GroupedListNode* GroupedListNode::make(void* owner, Key key) {
-  auto* const lists = static_cast<GroupedLists*>(static_cast<PlainSet<GroupedListNode>*>(owner));
+  auto* const lists = static_cast<GroupedLists*>(static_cast<FlatSet<GroupedListNode>*>(owner));
   auto* const node = new (::operator new(sizeof(GroupedListNode) + key.size_bytes()))
       GroupedListNode{owner, 0, U32(key.size()), {}};
   std::memcpy(static_cast<void*>(node + 1), key.data(), key.size_bytes());
-  for (Value* const value : key) ValueP1::referenceAdd(*value);
-  node->partsAre(lists->parts);
+  for (Value* const value : key) ValuesInFlatSet::referenceAdd(*value);
+  node->subListsAre(lists->subLists);
   return node;
 }
 
-// Flat lists, or those with parts.
+// The peer: `Lists` is FlatSet<ExtListNode> (plain lists) or GroupedLists (with sub-lists).
 template <class Lists>
-class ExtListP1 {
+class ExtListsInFlatSet {
  public:
   using Handle = typename Lists::Handle;
-  using ValueHandle = ValueP1::Handle;
+  using ValueHandle = ValuesInFlatSet::Handle;
 
   ValueHandle value(U64 content) { return values_.intern(content); }
 
@@ -154,7 +161,7 @@ class ExtListP1 {
     return values.first(static_cast<std::size_t>(end - values.begin()));
   }
 
-  ValueP1 values_;
+  ValuesInFlatSet values_;
   Lists lists_;
 };
 

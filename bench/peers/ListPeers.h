@@ -1,6 +1,8 @@
-// Standard community lists, interned from the value octets of an attribute by ours
-// and by each library that a good engineer might take:
-// intern(octets) -> handle.
+// Ours and the peers that intern standard community lists from the value octets of an attribute.
+// Each has one operation: intern(octets) returns a handle.
+//
+// All peers decode, check the order and sort in the same way (DecodedComms). They differ only in
+// the set and in the handle.
 #ifndef BENCH_PEERS_LISTPEERS_H
 #define BENCH_PEERS_LISTPEERS_H
 
@@ -25,8 +27,8 @@
 
 namespace Bench {
 
-// The communities of an attribute, in host order, sorted and unique. They live as long
-// as one lookup.
+// The communities of an attribute in host byte order, sorted and without duplicates. The object
+// is a temporary of one lookup.
 class DecodedComms {
  public:
   explicit DecodedComms(std::span<const U8> wire)
@@ -36,8 +38,8 @@ class DecodedComms {
       std::memcpy(&word, wire.data() + i * sizeof word, sizeof word);
       comms_[i] = __builtin_bswap32(word);
     }
-    // Nearly all lists arrive in order. The test has no branch, so that the compiler
-    // vectorises it.
+    // Nearly all lists arrive in order. The check has no branch, so the compiler can vectorise
+    // the loop.
     bool ascends = true;
     for (std::size_t i = 1; i < comms_.size(); ++i) ascends &= comms_[i - 1] < comms_[i];
     if (!ascends) sort();
@@ -56,7 +58,8 @@ class DecodedComms {
   std::span<U32> comms_;
 };
 
-// The communities follow the node in its one allocation.
+// A list with its communities behind it in the same allocation. `Count` is a plain integer for
+// one thread and an atomic one for several.
 template <class Count>
 struct CommsNode {
   using Key = std::span<const U32>;
@@ -84,6 +87,7 @@ struct CommsNode {
   const U32 length;
 };
 
+// The peer: lists of standard communities in a FlatSet or a ShardedSet.
 template <template <class> class Set, class Count>
 class CommsSet {
  public:
@@ -97,8 +101,8 @@ class CommsSet {
   Set<CommsNode<Count>> set_;
 };
 
-using CommsP1 = CommsSet<PlainSet, U32>;
-using CommsP2 = CommsSet<ShardedSet, std::atomic<U32>>;
+using CommsInFlatSet = CommsSet<FlatSet, U32>;
+using CommsInShardedSet = CommsSet<ShardedSet, std::atomic<U32>>;
 
 struct CommsHash {
   std::size_t operator()(const Comms& comms) const noexcept { return CommsNode<U32>::hash(comms); }
@@ -109,15 +113,16 @@ inline Comms commsOf(std::span<const U8> wire) {
   return {decoded.comms().begin(), decoded.comms().end()};
 }
 
-// P3.  Its factory is global, so all sets of one kind are one.
-class CommsP3 {
+// Boost.Flyweight without locks. Its factory is global, so all objects of this class share one
+// set; therefore a process must not use two of them.
+class CommsInFlyweight {
  public:
   using Handle = boost::flyweight<Comms, boost::flyweights::no_locking,
                                   boost::flyweights::hashed_factory<CommsHash>>;
   Handle intern(std::span<const U8> wire) { return Handle(commsOf(wire)); }
 };
 
-class CommsP4 {
+class CommsInSharedPtrSet {
  public:
   using Handle = std::shared_ptr<const Comms>;
   Handle intern(std::span<const U8> wire) { return set_.intern(commsOf(wire)); }
@@ -126,13 +131,14 @@ class CommsP4 {
   SharedPtrSet<Comms, CommsHash> set_;
 };
 
-// Both switches, as a host with several threads sets them before it makes tables.
-// They are the process's.
+// Sets both switches of the library for one thread or for several. They hold for the whole
+// process and must be set before a table is created.
 inline void threadsAre(bool several) {
   OvBgpGlobals::multiThreadedIs(several);
   Kiv::VFPtrInterface::threadSafePointers = several;
 }
 
+// Our interning of standard lists. `Threads` selects the locking and the atomic counts.
 template <bool Threads>
 class OurComms {
  public:

@@ -1,6 +1,8 @@
-// What the peers are made of: counted pointers and the two sets that a very good
-// engineer would write, behind one face: intern(key) -> handle; a handle keeps its
-// object, and the last one takes it out of the set.
+// The building blocks of the peers: a counted pointer and two sets that a very good engineer
+// would write by hand. Both sets have the same interface: intern(key) returns a handle, a handle
+// holds a reference to its object, and the last release erases the object from the set.
+//
+// A set must outlive its handles, because an object refers to its set.
 #ifndef BENCH_PEERS_PEERS_H
 #define BENCH_PEERS_PEERS_H
 
@@ -19,7 +21,7 @@ namespace Bench {
 
 using Comms = std::vector<U32>;
 
-// Owns one reference; `Set` says what giving it up means.
+// A handle: it owns one reference. `Set` defines how references are added and released.
 template <class Node, class Set>
 class Counted {
  public:
@@ -42,9 +44,11 @@ class Counted {
   Node* node_ = nullptr;
 };
 
-// A node is one allocation: the set that owns it, a count, and contents that
-// Node::key() shows as Node::Key.  Node::hash hashes a key; Node::make and
-// Node::destroy allocate.
+// A key with its hash, so that a lookup computes the hash once.
+//
+// `Node` is an object of a set, in one allocation: its owner (the set), its reference count and
+// its content. Node::key() returns the content, Node::hash() hashes a key, Node::make() allocates
+// a node, and Node::destroy() frees it.
 template <class Node>
 struct Hashed {
   typename Node::Key key;
@@ -61,7 +65,7 @@ struct NodeHash {
 template <class Node>
 struct NodeEqual {
   using is_transparent = void;
-  // Of two nodes of one set each is unique.
+  // All nodes of a set differ in content, so two nodes are equal only if they are the same.
   bool operator()(const Node* a, const Node* b) const { return a == b; }
   bool operator()(const Node* a, const Hashed<Node>& b) const {
     return Node::equal(a->key(), b.key);
@@ -74,22 +78,22 @@ struct NodeEqual {
 template <class Node>
 using NodeSet = absl::flat_hash_set<Node*, NodeHash<Node>, NodeEqual<Node>>;
 
-// The node of `wanted`, made if there is none; one hash, one probe.
+// Returns the node of `wanted` and creates it on a miss. Costs one probe sequence in both cases.
 template <class Node>
 Node& nodeOf(NodeSet<Node>& nodes, const Hashed<Node>& wanted, void* owner) {
   const auto make = [&](const auto& insert) { insert(Node::make(owner, wanted.key)); };
   return **nodes.lazy_emplace(wanted, make);
 }
 
-// P1: one thread, plain counts.
+// The set for one thread, with plain reference counts.
 template <class Node>
-class PlainSet {
+class FlatSet {
  public:
-  using Handle = Counted<Node, PlainSet>;
+  using Handle = Counted<Node, FlatSet>;
 
-  PlainSet() = default;
-  PlainSet(const PlainSet&) = delete;
-  PlainSet& operator=(const PlainSet&) = delete;
+  FlatSet() = default;
+  FlatSet(const FlatSet&) = delete;
+  FlatSet& operator=(const FlatSet&) = delete;
 
   Handle intern(const typename Node::Key& key) {
     Node& node = nodeOf(nodes_, Hashed<Node>{key, Node::hash(key)}, this);
@@ -99,7 +103,7 @@ class PlainSet {
   static void referenceAdd(Node& node) noexcept { ++node.count; }
   static void release(Node& node) noexcept {
     if (--node.count != 0) return;
-    static_cast<PlainSet*>(node.owner)->nodes_.erase(&node);
+    static_cast<FlatSet*>(node.owner)->nodes_.erase(&node);
     Node::destroy(&node);
   }
 
@@ -107,6 +111,8 @@ class PlainSet {
   NodeSet<Node> nodes_;
 };
 
+// Spins on a plain load, so that a waiting thread does not take the cache line from the owner. It
+// yields now and then, because with more threads than processors the owner may be suspended.
 class SpinLock {
  public:
   void lock() noexcept {
@@ -123,8 +129,11 @@ class SpinLock {
   std::atomic<bool> held_{false};
 };
 
-// P2: any number of threads.  A lookup takes its reference under the shard's lock,
-// and the last reference is given up under it, so that who comes first wins.
+// The set for several threads: 1,024 shards, each with a spin lock and a cache line of its own.
+//
+// A lookup adds its reference under the lock of the shard. A release that sees a count of one
+// also takes this lock before it decrements. Therefore a hit and the last release of the same
+// object never overlap: either the hit revives the object, or it finds it erased.
 template <class Node>
 class ShardedSet {
  public:
@@ -163,8 +172,9 @@ class ShardedSet {
     NodeSet<Node> nodes;
   };
 
-  // By the top bits; the sets use the others.
+  // Uses the top 10 bits of the hash; a set within a shard uses the lower ones.
   Shard& shardOf(std::size_t hash) { return shards_[hash >> (sizeof(hash) * 8 - 10)]; }
+  // The slow path of a release. Another thread may have added a reference in the meantime.
   void releaseLocked(Node& node) noexcept {
     Shard& shard = shardOf(Node::hash(node.key()));
     {

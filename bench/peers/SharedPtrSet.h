@@ -1,5 +1,6 @@
-// P4: an unordered set that owns nothing; the last std::shared_ptr takes its
-// content out.  One thread.
+// The peer that a first version would use: a std::unordered_set of plain pointers to objects that
+// std::shared_ptr owns. The deleter of the last pointer erases the object from the set. One
+// thread only.
 #ifndef BENCH_PEERS_SHAREDPTRSET_H
 #define BENCH_PEERS_SHAREDPTRSET_H
 
@@ -25,10 +26,12 @@ class SharedPtrSet {
   }
 
  private:
+  // `self` lets a hit create a new std::shared_ptr from the plain pointer in the set.
   struct Entry {
     Content content;
     std::weak_ptr<Entry> self;
   };
+  // Hashes and compares entries and bare contents, so a lookup creates no entry.
   struct ByContent {
     using is_transparent = void;
     static const Content& of(const Entry* entry) { return entry->content; }

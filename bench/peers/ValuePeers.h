@@ -1,4 +1,5 @@
-// Extended communities, interned from their eight octets: intern(value) -> handle.
+// Ours and the peers that intern extended communities. Each has one operation: intern(value)
+// returns a handle, where `value` is the eight octets in host byte order.
 #ifndef BENCH_PEERS_VALUEPEERS_H
 #define BENCH_PEERS_VALUEPEERS_H
 
@@ -17,6 +18,7 @@
 
 namespace Bench {
 
+// A value in a FlatSet or a ShardedSet. `Count` is atomic for several threads.
 template <class Count>
 struct ValueNode {
   using Key = U64;
@@ -32,20 +34,22 @@ struct ValueNode {
   const U64 value;
 };
 
-using ValueP1 = PlainSet<ValueNode<U32>>;
-using ValueP2 = ShardedSet<ValueNode<std::atomic<U32>>>;
+using ValuesInFlatSet = FlatSet<ValueNode<U32>>;
+using ValuesInShardedSet = ShardedSet<ValueNode<std::atomic<U32>>>;
 
-class ValueP3 {
+// Boost.Flyweight without locks; its factory is global.
+class ValuesInFlyweight {
  public:
   using Handle = boost::flyweight<U64, boost::flyweights::no_locking,
                                   boost::flyweights::hashed_factory<absl::Hash<U64>>>;
   Handle intern(U64 value) { return Handle(value); }
 };
 
-using ValueP4 = SharedPtrSet<U64, absl::Hash<U64>>;
+using ValuesInSharedPtrSet = SharedPtrSet<U64, absl::Hash<U64>>;
 
-// F: the floor.  It neither counts nor lets go; `intern` of what is held is a find.
-class ValueFloor {
+// The lower bound for a hit: a bare find in a flat_hash_map. It counts no references and never
+// erases a value.
+class ValuesFindOnly {
  public:
   using Handle = const U64*;
   Handle intern(U64 value) {
@@ -58,6 +62,8 @@ class ValueFloor {
   absl::flat_hash_map<U64, U64> values_;
 };
 
+// Our interning of extended communities, with the standard rule tree. `Threads` selects the
+// locking and the atomic counts.
 template <bool Threads>
 class OurValues {
  public:

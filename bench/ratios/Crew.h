@@ -1,4 +1,4 @@
-// Threads that do the same work together, again and again.
+// A fixed group of threads that repeat the same task together and measure its wall time.
 #ifndef BENCH_RATIOS_CREW_H
 #define BENCH_RATIOS_CREW_H
 
@@ -18,8 +18,8 @@ namespace Bench {
 
 class Crew {
  public:
-  // Each thread calls `task` with its number. They live as long as the crew, as
-  // those of a daemon do, and keep what the allocator has for them.
+  // Each thread calls `task` with its number, from 0 on. The threads live as long as the crew,
+  // like those of a daemon, so they keep their per-thread caches of the allocator.
   Crew(U32 threads, std::function<void(U32)> task)
       : task_(std::move(task)), begin_(threads + 1), end_(threads + 1), shifts_(threads) {
     for (U32 i = 0; i < threads; ++i) threads_.emplace_back([this, i] { serve(i); });
@@ -32,9 +32,9 @@ class Crew {
     for (std::thread& thread : threads_) thread.join();
   }
 
-  // All threads once; returns the wall time from the first one's start to the last
-  // one's end, in nanoseconds. Done again, within reason, if a thread lost its
-  // processor to another one meanwhile, for then it is the scheduler's time.
+  // Runs the task once on all threads. Returns the wall time in nanoseconds, from the start of
+  // the first thread to the end of the last one. If a thread lost its processor during the run,
+  // the time would measure the scheduler, so the run is repeated, up to ten times.
   double work() {
     workOnce();
     for (U32 tries = 0; tries < 10 && wasDisturbed(); ++tries) workOnce();
@@ -46,7 +46,7 @@ class Crew {
  private:
   using Clock = std::chrono::steady_clock;
 
-  // A line each: no thread's stamp disturbs another.
+  // One cache line per thread, against false sharing of the time stamps.
   struct alignas(64) Shift {
     Clock::time_point start;
     Clock::time_point end;
@@ -65,7 +65,7 @@ class Crew {
 
   void serve(U32 number) {
     for (begin_.arrive_and_wait(); !leaving_; begin_.arrive_and_wait()) {
-      // Nobody starts before all are awake.
+      // Wait actively until every thread is running: a barrier wakes its threads one by one.
       ++running_;
       while (running_ < threads()) std::this_thread::yield();
       shifts_[number] = shift(number);
@@ -83,6 +83,7 @@ class Crew {
     return shift;
   }
 
+  // The number of involuntary context switches of the calling thread.
   static long lostProcessor() {
     rusage usage{};
     getrusage(RUSAGE_THREAD, &usage);
@@ -92,7 +93,7 @@ class Crew {
   U32 threads() const { return static_cast<U32>(shifts_.size()); }
 
   const std::function<void(U32)> task_;
-  bool leaving_ = false;  // the barrier orders it
+  bool leaving_ = false;  // written and read on different sides of begin_, so no data race
   std::barrier<> begin_;
   std::barrier<> end_;
   std::atomic<U32> running_{0};

@@ -3,6 +3,7 @@
 
 #include "bench/Workload.h"
 #include "bench/peers/ExtListPeers.h"
+#include "bench/peers/Names.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
 
@@ -11,7 +12,8 @@ namespace {
 
 constexpr std::size_t differentValues = 5'000;
 
-// How much of it, and how long the lists.
+// The size of the work: the length of a list, the number of different lists, the number of route
+// slots, and the number of operations per sample.
 struct Work {
   U32 length;
   U32 lists;
@@ -19,7 +21,8 @@ struct Work {
   U32 operations;
 };
 
-// Lists of values of one peer, ascending, drawn by popularity.
+// The sequence of lists that one peer interns, as handles to values of this peer. The members of
+// a list ascend; popular lists repeat.
 template <class Peer>
 class ExtLists {
  public:
@@ -44,6 +47,8 @@ class ExtLists {
   std::vector<typename Peer::ValueHandle> members_;
 };
 
+// As Replay, but with lists of the peer's own values. The lists must be created with the peer,
+// hence the members are in this order.
 template <class Peer>
 class ExtListReplay final : public Trial {
  public:
@@ -53,7 +58,7 @@ class ExtListReplay final : public Trial {
     routes_.replay(peer_, 2 * operations_);
   }
   double sample() override {
-    routes_.replay(peer_, operations_ / 8);
+    routes_.replay(peer_, operations_ / 8);  // warms the caches
     return nanoseconds([this] { routes_.replay(peer_, operations_); }) / operations_;
   }
   double objects() override { return differentObjects(routes_.slots()); }
@@ -71,14 +76,17 @@ std::vector<Row> extListRows(const Scale& scale) {
   std::vector<Row> rows;
   for (const U32 length : {2U, 8U, 32U}) {
     const Work work{length, scale.of(50'000), scale.of(20'000), scale.of(100'000)};
-    rows.push_back(
-        {"extended list, length " + std::to_string(length),
-         [work]() -> std::vector<Contender> {
-           return {{"ours", trial<ExtListReplay<OurExtLists>>(work)},
-                   {"P1 with sub-lists", trial<ExtListReplay<ExtListP1<GroupedLists>>>(work)},
-                   {"P1", trial<ExtListReplay<ExtListP1<PlainSet<ExtListNode>>>>(work)}};
-         },
-         {{Measure::time, 0.75, {"P1 with sub-lists"}}, {Measure::time, 0.75, {"P1"}}}});
+    rows.push_back({"extended list, length " + std::to_string(length),
+                    [work]() -> std::vector<Contender> {
+                      return {
+                          {Name::ours, trial<ExtListReplay<OurExtLists>>(work)},
+                          {Name::flatSetWithSubLists,
+                           trial<ExtListReplay<ExtListsInFlatSet<GroupedLists>>>(work)},
+                          {Name::flatSet,
+                           trial<ExtListReplay<ExtListsInFlatSet<FlatSet<ExtListNode>>>>(work)}};
+                    },
+                    {{Measure::time, 0.75, {Name::flatSetWithSubLists}},
+                     {Measure::time, 0.75, {Name::flatSet}}}});
     rows.back().series = "extended list by length";
     rows.back().x = length;
   }

@@ -1,20 +1,24 @@
 #include "bench/Workload.h"
 #include "bench/peers/ListPeers.h"
+#include "bench/peers/Names.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
 
 namespace Bench {
 namespace {
 
+// The peers for one thread that replay the same sequence.
 std::vector<Contender> replays(const Attributes& sequence, U32 slots, U32 operations) {
   const Attributes* const all = &sequence;
-  return {{"ours", trial<Replay<OurComms<false>, Attributes>>(all, slots, operations)},
-          {"P1", trial<Replay<CommsP1, Attributes>>(all, slots, operations)},
-          {"P3", trial<Replay<CommsP3, Attributes>>(all, slots, operations)},
-          {"P4", trial<Replay<CommsP4, Attributes>>(all, slots, operations)}};
+  return {
+      {Name::ours, trial<Replay<OurComms<false>, Attributes>>(all, slots, operations)},
+      {Name::flatSet, trial<Replay<CommsInFlatSet, Attributes>>(all, slots, operations)},
+      {Name::flyweight, trial<Replay<CommsInFlyweight, Attributes>>(all, slots, operations)},
+      {Name::sharedPtrSet, trial<Replay<CommsInSharedPtrSet, Attributes>>(all, slots, operations)}};
 }
 
-// `count` lists of one length, all held; each found again, in another order.
+// All `lists` are interned and held. A sample looks up the lists of `asked`, in random order, so
+// every lookup is a hit.
 template <class Peer>
 class Hits final : public Trial {
  public:
@@ -22,6 +26,7 @@ class Hits final : public Trial {
     for (std::size_t i = 0; i < lists->size(); ++i) held_.push_back(peer_.intern((*lists)[i]));
   }
   double sample() override {
+    // Warm up without measuring: another contender has used the caches in between.
     for (std::size_t i = 0; i < asked_.size() / 8; ++i) kept_ = peer_.intern(asked_[i]);
     return nanoseconds([this] {
              for (std::size_t i = 0; i < asked_.size(); ++i) kept_ = peer_.intern(asked_[i]);
@@ -37,6 +42,7 @@ class Hits final : public Trial {
   typename Peer::Handle kept_;
 };
 
+// The contenders of a row share its data until the last one is destroyed.
 using Shared = std::shared_ptr<const Attributes>;
 
 template <class Peer>
@@ -44,12 +50,15 @@ Contender hits(const char* name, const Shared& lists, const Shared& asked) {
   return {name, [lists, asked] { return std::make_unique<Hits<Peer>>(lists.get(), asked.get()); }};
 }
 
+// These rows have no goal; they give the curve over the length of a list.
 Row ofLength(U32 length, const Scale& scale) {
   const auto contenders = [=]() -> std::vector<Contender> {
     const auto lists = std::make_shared<const Attributes>(made(scale.of(10'000), length));
     const auto asked = std::make_shared<const Attributes>(drawn(*lists, 0, scale.of(200'000)));
-    return {hits<OurComms<false>>("ours", lists, asked), hits<CommsP1>("P1", lists, asked),
-            hits<CommsP3>("P3", lists, asked), hits<CommsP4>("P4", lists, asked)};
+    return {hits<OurComms<false>>(Name::ours, lists, asked),
+            hits<CommsInFlatSet>(Name::flatSet, lists, asked),
+            hits<CommsInFlyweight>(Name::flyweight, lists, asked),
+            hits<CommsInSharedPtrSet>(Name::sharedPtrSet, lists, asked)};
   };
   Row row{"list hit, length " + std::to_string(length), contenders, {}};
   row.rounds = 9;
@@ -67,9 +76,11 @@ std::vector<Row> listRows(const Files& files, const Scale& scale) {
   for (const std::string& file : files) {
     rows.push_back({"list intern, real, " + nameOf(file),
                     [=] { return replays(received(file), slots, operations); },
-                    {{Measure::time, 0.75, {"P1"}}}});
+                    {{Measure::time, 0.75, {Name::flatSet}}}});
   }
-  const std::vector<Goal> goals = {{Measure::time, 0.95, {"P1"}}, {Measure::bytes, 0.9, {"P1"}}};
+  const std::vector<Goal> goals = {{Measure::time, 0.95, {Name::flatSet}},
+                                   {Measure::bytes, 0.9, {Name::flatSet}}};
+  // The lengths of the synthetic lists are those in the first file.
   const std::string& like = files.front();
   rows.push_back(
       {"list intern, scaled",

@@ -1,4 +1,4 @@
-// How many different objects handles of any kind refer to.
+// Counts the different objects that a contender holds, for handles of any type.
 #ifndef BENCH_RATIOS_OBJECTS_H
 #define BENCH_RATIOS_OBJECTS_H
 
@@ -7,7 +7,8 @@
 
 namespace Bench {
 
-// The address of what a handle refers to.
+// The address of the object that a handle refers to: of a Kiv::Ptr, a std::shared_ptr or plain
+// pointer, a counted pointer of the peers, or a flyweight.
 template <class Handle>
 const void* identity(const Handle& handle) {
   if constexpr (requires { handle.ptr(); }) {

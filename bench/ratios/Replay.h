@@ -1,5 +1,6 @@
-// Interning as a daemon does it: what arrives is interned and kept in the slot of
-// its route, and so releases what the slot had.
+// Interning as in a daemon: each received list or value is interned and stored in the slot of its
+// route. The slot releases the object that it held before. So hits, misses and releases occur in
+// the mix of the given sequence.
 #ifndef BENCH_RATIOS_REPLAY_H
 #define BENCH_RATIOS_REPLAY_H
 
@@ -13,8 +14,8 @@
 
 namespace Bench {
 
-// One thread's routes. It takes each `stride`-th item of the sequence, from `first`
-// on, over and over.
+// The route slots of one thread. It takes every `stride`-th item of the sequence, beginning with
+// item `first`, and starts again at the end.
 template <class Peer, class Sequence>
 class Routes {
  public:
@@ -23,11 +24,11 @@ class Routes {
   Routes(const Sequence& sequence, std::size_t slots, std::size_t first, std::size_t stride)
       : sequence_(sequence), slots_(slots), next_(first), stride_(stride), random_(first + 1) {}
 
-  // Every slot once, so that all are taken.
+  // Stores one item in each slot, so that every later store releases one.
   void fill(Peer& peer) {
     for (Handle& slot : slots_) slot = peer.intern(item());
   }
-  // Slots at random, as routes change in no order.
+  // Stores `items` items in random slots, because routes change in no order.
   void replay(Peer& peer, std::size_t items) {
     for (std::size_t i = 0; i < items; ++i) slots_[slot()] = peer.intern(item());
   }
@@ -40,6 +41,7 @@ class Routes {
     if (next_ >= sequence_.size()) next_ -= sequence_.size();
     return sequence_[at];
   }
+  // A linear congruential generator: its cost is small beside an interning.
   std::size_t slot() {
     random_ = random_ * 6364136223846793005 + 1442695040888963407;
     return static_cast<std::size_t>((random_ >> 32) * slots_.size() >> 32);
@@ -52,7 +54,8 @@ class Routes {
   U64 random_;
 };
 
-// All routes of one thread.
+// A replay on one thread. The constructor fills the slots and replays until the table has
+// reached its steady state.
 template <class Peer, class Sequence>
 class Replay final : public Trial {
  public:
@@ -65,7 +68,8 @@ class Replay final : public Trial {
   }
 
   double sample() override {
-    routes_.replay(*peer_, operations_ / 8);  // others had the caches
+    // Warm up without measuring: another contender has used the caches in between.
+    routes_.replay(*peer_, operations_ / 8);
     return nanoseconds([this] { routes_.replay(*peer_, operations_); }) / operations_;
   }
 
@@ -79,8 +83,8 @@ class Replay final : public Trial {
   const U32 operations_;
 };
 
-// The same, the routes and the sequence dealt out to threads that share the peer;
-// time is wall time.
+// A replay on several threads that share the peer. Slots and sequence are dealt out to the
+// threads. A sample is wall time per operation of all threads together.
 template <class Peer, class Sequence>
 class SharedReplay final : public Trial {
  public:
@@ -103,7 +107,7 @@ class SharedReplay final : public Trial {
   const U32 share_;
   Peer peer_;
   std::vector<std::unique_ptr<Routes<Peer, Sequence>>> routes_;
-  Crew crew_;  // last: its threads use the rest
+  Crew crew_;  // last, so that its threads end before the other members are destroyed
 };
 
 }  // namespace Bench

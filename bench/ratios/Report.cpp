@@ -15,13 +15,16 @@ std::string number(double value, int decimals) {
   return text;
 }
 
-// Three digits that say something.
+// Prints about three significant digits.
 std::string number(double value) { return number(value, value < 10 ? 2 : value < 100 ? 1 : 0); }
 
+// The memory of a row is always in bytes; its time has the unit of the row.
 std::string unitOf(const Row& row, Measure measure) {
   return measure == Measure::bytes ? "bytes" : row.unit;
 }
 
+// A goal without a peer bounds our figure itself, so its cells for peer and ratio stay empty.
+// Memory is measured once and has no quartiles.
 void printGoal(std::ostream& out, const Row& row, const GoalResult& result) {
   const std::string unit = " " + unitOf(row, result.goal.measure);
   const bool isRatio = !result.peer.empty();
@@ -49,7 +52,7 @@ void member(Writer& to, const char* name, double value) {
   to.Double(value);
 }
 
-// `write` adds the members of one object, which becomes a line.
+// Prints one JSON object as a line. `write` adds its members after the first two.
 template <class Write>
 void line(std::ostream& out, const char* kind, const Row& row, const Write& write) {
   rapidjson::StringBuffer text;
@@ -95,16 +98,18 @@ void goalLine(std::ostream& out, const Row& row, const GoalResult& result) {
 }  // namespace
 
 void printGoals(std::ostream& out, const std::vector<RowResult>& results) {
-  out << "| work | ours | peer | ratio (middle half) | at most | |\n|---|---|---|---|---|---|\n";
+  out << "| work | ours | peer | ratio, median (quartiles) | goal: at most | "
+         "|\n|---|---|---|---|---|---|\n";
   for (const RowResult& result : results) {
     for (const GoalResult& goal : result.goals) printGoal(out, result.row, goal);
   }
 }
 
 void printContenders(std::ostream& out, const std::vector<RowResult>& results) {
-  out << "| work | contender | median | ours is | bytes |\n|---|---|---|---|---|\n";
+  out << "| work | contender | median | ratio of ours | bytes |\n|---|---|---|---|---|\n";
   for (const RowResult& result : results) {
     if (result.contenders.empty()) continue;
+    // With --contender the first contender is that one, and the ratio is 1.
     const double ours = spreadOf(result.contenders.front().samples).median;
     for (const ContenderResult& one : result.contenders) {
       const double median = spreadOf(one.samples).median;

@@ -1,4 +1,4 @@
-// Prints results: the table of goals, that of all contenders, and lines of JSON.
+// Prints results as a table of goals, a table of all contenders, and lines of JSON.
 #ifndef BENCH_RATIOS_REPORT_H
 #define BENCH_RATIOS_REPORT_H
 
@@ -9,10 +9,13 @@
 
 namespace Bench {
 
-// Markdown.
+// A Markdown table with a row for each goal: ours, the best peer, the ratio, and whether it is
+// met.
 void printGoals(std::ostream& out, const std::vector<RowResult>& results);
+// A Markdown table with the median time of every contender.
 void printContenders(std::ostream& out, const std::vector<RowResult>& results);
-// One object a line: {"kind":"time",...} a contender, {"kind":"goal",...} a goal.
+// One JSON object per line: {"kind":"time",...} for a contender and {"kind":"goal",...} for a
+// goal. scripts/plot_bench.py reads them.
 void printJson(std::ostream& out, const std::vector<RowResult>& results);
 
 }  // namespace Bench

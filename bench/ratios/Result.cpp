@@ -11,7 +11,8 @@
 namespace Bench {
 namespace {
 
-// A time counts for nothing if the work was not done.
+// Throws if two contenders hold different numbers of objects: then one of them did not do the
+// work, and its time means nothing. A contender that reports 0 does not count its objects.
 void agreementCheck(const Row& row, const std::vector<ContenderResult>& results,
                     std::deque<Worker>& workers) {
   double held = 0;
@@ -27,6 +28,8 @@ void agreementCheck(const Row& row, const std::vector<ContenderResult>& results,
   }
 }
 
+// Starts a worker process for each contender and collects its samples. All workers stay alive
+// until the row ends, but only the one that takes a sample computes.
 std::vector<ContenderResult> contendersRun(const Row& row, U32 rounds, const std::string& only) {
   std::deque<Worker> workers;
   std::vector<ContenderResult> results;
@@ -47,16 +50,18 @@ std::vector<ContenderResult> contendersRun(const Row& row, U32 rounds, const std
   return results;
 }
 
+// One figure for choosing the best peer and for the tables; a goal for time uses ratios().
 double figureOf(const ContenderResult& result, Measure measure) {
   return measure == Measure::bytes ? result.bytes : spreadOf(result.samples).median;
 }
 
 const ContenderResult& named(const std::vector<ContenderResult>& all, const std::string& name) {
   const auto found = std::ranges::find(all, name, &ContenderResult::name);
-  if (found == all.end()) throw std::logic_error("a goal against no contender: " + name);
+  if (found == all.end()) throw std::logic_error("goal names an unknown contender: " + name);
   return *found;
 }
 
+// The peer with the smallest figure among those that the goal names.
 const ContenderResult& best(const std::vector<ContenderResult>& all, const Goal& goal) {
   const ContenderResult* least = nullptr;
   for (const std::string& name : goal.against) {
@@ -66,6 +71,7 @@ const ContenderResult& best(const std::vector<ContenderResult>& all, const Goal&
   return *least;
 }
 
+// The ratios of the times within each round.
 Spread ratios(const ContenderResult& ours, const ContenderResult& theirs) {
   std::vector<double> all;
   for (std::size_t i = 0; i < ours.samples.size(); ++i) {

@@ -1,4 +1,4 @@
-// What came out of a row.
+// The measured figures of a row, and whether it meets its goals.
 #ifndef BENCH_RATIOS_RESULT_H
 #define BENCH_RATIOS_RESULT_H
 
@@ -9,13 +9,14 @@
 
 namespace Bench {
 
-// The middle one, and the ends of the middle half.
+// The median and the quartiles.
 struct Spread {
   double median = 0;
   double low = 0;
   double high = 0;
 };
 
+// All zero for no values.
 Spread spreadOf(std::vector<double> values);
 
 struct ContenderResult {
@@ -26,10 +27,10 @@ struct ContenderResult {
 
 struct GoalResult {
   Goal goal;
-  std::string peer;  // the best of those named; empty for an absolute figure
+  std::string peer;  // the best peer of the goal; empty if the goal bounds an absolute figure
   double ours = 0;
   double theirs = 0;
-  Spread figure;  // what the goal bounds: ours, as part of theirs if there is a peer
+  Spread figure;  // the bounded figure: the ratio ours/theirs, or ours if there is no peer
   bool met() const { return figure.median <= goal.atMost; }
 };
 
@@ -39,10 +40,11 @@ struct RowResult {
   std::vector<GoalResult> goals;
 };
 
-// Runs every contender `rounds` times, one after the other in an order that is
-// shuffled each round: what drifts in the machine, drifts for all. So only times
-// of the same round are compared. A name in `only` leaves all other contenders, and
-// all goals, out.
+// Takes one sample of every contender in each of `rounds` rounds, in an order that is shuffled
+// each round. A drift in the speed of the machine affects all contenders of a round alike, so
+// only times of the same round are compared. If `only` is not empty, only the contender of that
+// name runs and no goal is computed. Throws std::runtime_error if the contenders do not hold the
+// same number of objects at the end.
 RowResult run(const Row& row, U32 rounds, const std::string& only);
 
 }  // namespace Bench

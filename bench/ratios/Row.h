@@ -1,4 +1,4 @@
-// One line of the table: some work, and who does it.
+// A row of the table: some work, the contenders that do it, and the goals for ours.
 #ifndef BENCH_RATIOS_ROW_H
 #define BENCH_RATIOS_ROW_H
 
@@ -13,18 +13,18 @@
 
 namespace Bench {
 
-// One contender at its work, in a process of its own, with all that it holds.
+// The work of one contender, with all objects that it holds. It runs in a process of its own.
 class Trial {
  public:
   Trial() = default;
   Trial(const Trial&) = delete;
   Trial& operator=(const Trial&) = delete;
   virtual ~Trial() = default;
-  // Does a fixed amount of work; returns its time, in the row's unit.
+  // Does a fixed amount of work and returns its time per operation, in the unit of the row.
   virtual double sample() = 0;
-  // What one held object takes, in bytes, and how many different ones are held; 0
-  // where that is no question. Asked for once, after all samples. Contenders that
-  // did the same work must hold the same number: else one of them is wrong.
+  // The memory of one held object in bytes, and the number of different objects held; 0 if the
+  // row does not measure this. Both are called once, after all samples. Contenders of a row do
+  // the same work, so they must hold the same number of objects.
   virtual double bytes() { return 0; }
   virtual double objects() { return 0; }
 };
@@ -36,7 +36,8 @@ struct Contender {
 
 enum class Measure { time, bytes };
 
-// Ours is to be at most so much of the best of those named; of one unit, if none.
+// An upper bound for ours: `atMost` times the best peer of `against`. If `against` is empty,
+// `atMost` is in the unit of the measure (ns, ms or bytes).
 struct Goal {
   Measure measure = Measure::time;
   double atMost = 1;
@@ -45,25 +46,26 @@ struct Goal {
 
 struct Row {
   std::string name;
-  // Ours first. Makes what they work on, which they hold.
+  // Creates the contenders, ours first, together with their data. Called when the row runs, so
+  // only one row's data is in memory at a time.
   std::function<std::vector<Contender>()> contenders;
   std::vector<Goal> goals;
   std::string unit = "ns";
   U32 rounds = 15;
-  // Rows of one series differ by `x` alone, and make a curve.
+  // Rows of one series differ only in `x` and are drawn as a curve.
   std::string series = {};
   double x = 0;
 };
 
-// How much to do.
+// Scales the amount of work.
 struct Scale {
   bool quick = false;
-  // A tenth of it, for a run of seconds.
+  // A tenth of the work for a quick run, which takes seconds and gives no valid figures.
   U32 of(U32 whole) const { return quick ? whole / 10 : whole; }
   U32 rounds(U32 whole) const { return quick ? 3 : whole; }
 };
 
-// What the calling thread computes for, so that other processes do not count.
+// The processor time of the calling thread for `work`. Time of other processes does not count.
 template <class Work>
 double nanoseconds(const Work& work) {
   const auto now = [] {
@@ -76,7 +78,7 @@ double nanoseconds(const Work& work) {
   return now() - start;
 }
 
-// What a clock on the wall says.
+// The wall time for `work`, for work that runs on several threads or in other processes.
 template <class Work>
 double wallNanoseconds(const Work& work) {
   const auto start = std::chrono::steady_clock::now();
@@ -84,7 +86,7 @@ double wallNanoseconds(const Work& work) {
   return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
 }
 
-// A trial that calls `work` `times` times a sample.
+// A trial that calls `work` `times` times per sample.
 template <class Work>
 class Repeat final : public Trial {
  public:
@@ -101,7 +103,8 @@ class Repeat final : public Trial {
   Work work_;
 };
 
-// `Made` made from `args` once the contender has its process.
+// Returns a function that creates the trial `Made` from `args`. The worker calls it in the
+// contender's own process, so the trial's memory belongs to that process alone.
 template <class Made, class... Args>
 std::function<std::unique_ptr<Trial>()> trial(Args... args) {
   return [args...] { return std::make_unique<Made>(args...); };

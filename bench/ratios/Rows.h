@@ -1,4 +1,4 @@
-// All rows of the table, by subject.
+// The rows of the table, by subject. `files` are files of routing data and must not be empty.
 #ifndef BENCH_RATIOS_ROWS_H
 #define BENCH_RATIOS_ROWS_H
 
@@ -11,17 +11,17 @@ namespace Bench {
 
 using Files = std::vector<std::string>;
 
-// Interning of standard lists: received, scaled, distinct, by length.
+// Interning of standard lists: as received, scaled up, all different, and by length.
 std::vector<Row> listRows(const Files& files, const Scale& scale);
-// Interning of extended communities: held, growing, changing.
+// Interning of extended communities: hits, a growing table, and insertions with releases.
 std::vector<Row> valueRows(const Scale& scale);
-// Interning of extended lists of values that are interned.
+// Interning of lists of extended communities that are already interned.
 std::vector<Row> extListRows(const Scale& scale);
 // One table used by several threads.
 std::vector<Row> threadRows(const Files& files, const Scale& scale);
-// Texts and matches of a standard list.
+// The text of a standard list, and matching it with an expression.
 std::vector<Row> textRows(const Scale& scale);
-// The tool beside others, on whole files.
+// The tool compared with other programs, on whole files.
 std::vector<Row> toolRows(const Files& files);
 
 }  // namespace Bench

@@ -7,6 +7,7 @@
 
 #include "OvBgp/OvBgpCommunityList.h"
 #include "Routing/RouteMap/PosixRegex.h"
+#include "bench/peers/Names.h"
 #include "bench/peers/Peers.h"
 #include "bench/ratios/Rows.h"
 
@@ -15,7 +16,8 @@ namespace {
 
 constexpr U32 noExport = 0xFFFFFF01;
 
-// Numbers as they occur: AS numbers of every length, small local parts.
+// A sorted list of random communities that look like real ones: AS numbers with 1 to 5 digits
+// and small local parts. The number of digits determines the cost of the text.
 Comms commsOf(std::size_t length) {
   std::mt19937 random(7);
   Comms comms;
@@ -35,11 +37,12 @@ Routing::Bgp::CommList::PtrConst listOf(const Comms& comms) {
   return list->dedup(table.ptr());
 }
 
-// Keeps what was made from being left out.
+// Keeps the compiler from removing the work that computed the result.
 void use(const std::string& text) { asm volatile("" : : "r"(text.data()) : "memory"); }
 void use(bool answer) { asm volatile("" : : "r"(answer)); }
 
-// "AS:local" by std::to_chars; a well-known one by its name if `named`.
+// Prints the peer's text with std::to_chars: "AS:local" for each community, or the name of a
+// well-known community if `named`. Returns the end of the text.
 char* printed(const Comms& comms, bool named, char* at, char* end) {
   const char* const begin = at;
   for (const U32 c : comms) {
@@ -55,6 +58,7 @@ char* printed(const Comms& comms, bool named, char* at, char* end) {
   return at;
 }
 
+// The text as a new string, as from toStrep(): one allocation of the largest possible size.
 std::string printedText(const Comms& comms) {
   std::string text(comms.size() * 12, '\0');
   char* const end = printed(comms, false, text.data(), text.data() + text.size());
@@ -73,20 +77,21 @@ Row textRow(U32 length, const Scale& scale) {
   const auto list = listOf(comms);
   return {"list text, length " + std::to_string(length),
           [=]() -> std::vector<Contender> {
-            return {repeated("ours", times, [=] { use(list->toStrep()); }),
+            return {repeated(Name::ours, times, [=] { use(list->toStrep()); }),
                     repeated("to_chars", times, [=] { use(printedText(comms)); })};
           },
           {{Measure::time, 0.7, {"to_chars"}}}};
 }
 
-// The C library alone, on text printed into an array: in numbers and, where some
-// community has a name and that did not match, once more with names.
+// The peer for matching: the C library's regexec() on text in a local array. It tries the text
+// with numbers first. If that does not match and a community has a name, it tries the text with
+// names.
 class PlainMatch {
  public:
   PlainMatch(const char* expression, Comms comms)
       : comms_(std::move(comms)), hasName_(std::ranges::count(comms_, noExport) != 0) {
     if (regcomp(&compiled_, expression, REG_EXTENDED | REG_NOSUB) != 0) {
-      throw std::logic_error("no expression");
+      throw std::logic_error("invalid expression");
     }
   }
   PlainMatch(const PlainMatch&) = delete;
@@ -107,6 +112,7 @@ class PlainMatch {
   regex_t compiled_;
 };
 
+// Compares the two results before any measurement, so that a wrong answer is not timed.
 Row matchRow(const char* name, const char* expression, const Comms& comms, const Scale& scale) {
   const U32 times = scale.of(20'000);
   const auto list = listOf(comms);
@@ -117,8 +123,9 @@ Row matchRow(const char* name, const char* expression, const Comms& comms, const
   }
   return {name,
           [=]() -> std::vector<Contender> {
-            return {repeated("ours", times, [=] { use(list->matchCommunitiesRegex(regex.get())); }),
-                    repeated("regexec", times, [=] { use((*plain)()); })};
+            return {
+                repeated(Name::ours, times, [=] { use(list->matchCommunitiesRegex(regex.get())); }),
+                repeated("regexec", times, [=] { use((*plain)()); })};
           },
           {{Measure::time, 1.1, {"regexec"}}}};
 }

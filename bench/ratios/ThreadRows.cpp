@@ -3,6 +3,7 @@
 
 #include "bench/Workload.h"
 #include "bench/peers/ListPeers.h"
+#include "bench/peers/Names.h"
 #include "bench/peers/ValuePeers.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
@@ -10,40 +11,42 @@
 namespace Bench {
 namespace {
 
-// Samples so short that threads mostly keep their processors through one.
+// A sample is short, so a thread seldom loses its processor during a sample.
 template <class Peer, class Sequence>
 Contender shared(const char* name, const Sequence& sequence, const Scale& scale, U32 threads) {
   return {name, trial<SharedReplay<Peer, Sequence>>(&sequence, scale.of(100'000), scale.of(100'000),
                                                     threads)};
 }
 
-// `sequence()` lives as long as the program. One thread, of a table made for
-// several, is what two are compared with.
-template <class Ours, class P2, class Make>
+// `sequence()` returns a reference that stays valid until the process ends. The row for two
+// threads also has ours on one thread, with the same kind of table, to show how ours scales.
+template <class Ours, class Sharded, class Make>
 Row rowOf(const std::string& work, const Make& sequence, const Scale& scale, U32 threads) {
   const auto contenders = [=] {
-    std::vector<Contender> all = {shared<Ours>("ours", sequence(), scale, threads),
-                                  shared<P2>("P2", sequence(), scale, threads)};
-    if (threads == 2) all.push_back(shared<Ours>("one thread", sequence(), scale, 1));
+    std::vector<Contender> all = {shared<Ours>(Name::ours, sequence(), scale, threads),
+                                  shared<Sharded>(Name::shardedSet, sequence(), scale, threads)};
+    if (threads == 2) all.push_back(shared<Ours>(Name::oursOnOneThread, sequence(), scale, 1));
     return all;
   };
   Row row{work + ", " + std::to_string(threads) + (threads == 1 ? " thread" : " threads"),
           contenders,
           {}};
   if (threads == 2) {
-    row.goals = {{Measure::time, 0.75, {"P2"}}, {Measure::time, 1 / 1.5, {"one thread"}}};
+    row.goals = {{Measure::time, 0.75, {Name::shardedSet}},
+                 {Measure::time, 1 / 1.5, {Name::oursOnOneThread}}};
   }
   row.series = work + " by threads";
   row.x = threads;
   return row;
 }
 
-template <class Ours, class P2, class Make>
+// Adds rows for 1, 2, 4 ... threads, up to the number of processors.
+template <class Ours, class Sharded, class Make>
 void append(std::vector<Row>& to, const std::string& work, const Scale& scale,
             const Make& sequence) {
   const U32 most = std::max(2U, std::thread::hardware_concurrency());
   for (U32 threads = 1; threads <= most; threads *= 2) {
-    to.push_back(rowOf<Ours, P2>(work, sequence, scale, threads));
+    to.push_back(rowOf<Ours, Sharded>(work, sequence, scale, threads));
   }
 }
 
@@ -57,14 +60,15 @@ const std::vector<U64>& popularValues(const Scale& scale) {
 std::vector<Row> threadRows(const Files& files, const Scale& scale) {
   std::vector<Row> rows;
   for (const std::string& file : files) {
-    append<OurComms<true>, CommsP2>(rows, "real, " + nameOf(file), scale,
-                                    [=]() -> const Attributes& { return received(file); });
+    append<OurComms<true>, CommsInShardedSet>(
+        rows, "real, " + nameOf(file), scale,
+        [=]() -> const Attributes& { return received(file); });
   }
   const std::string& like = files.front();
-  append<OurComms<true>, CommsP2>(rows, "scaled", scale, [=]() -> const Attributes& {
+  append<OurComms<true>, CommsInShardedSet>(rows, "scaled", scale, [=]() -> const Attributes& {
     return scaled(received(like), scale.of(519'000));
   });
-  append<OurValues<true>, ValueP2>(
+  append<OurValues<true>, ValuesInShardedSet>(
       rows, "values", scale, [=]() -> const std::vector<U64>& { return popularValues(scale); });
   return rows;
 }

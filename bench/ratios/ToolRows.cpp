@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "bench/Workload.h"
+#include "bench/peers/Names.h"
 #include "bench/ratios/Rows.h"
 
 namespace Bench {
@@ -13,7 +14,7 @@ namespace {
 
 using Command = std::vector<std::string>;
 
-// Runs a command to its end, output thrown away; in milliseconds of wall time.
+// Runs a command to its end and discards its output. A sample is wall time in milliseconds.
 class CommandRun final : public Trial {
  public:
   explicit CommandRun(Command command) : command_(std::move(command)) {
@@ -23,7 +24,7 @@ class CommandRun final : public Trial {
     for (const int out : {1, 2}) {
       posix_spawn_file_actions_addopen(&actions_, out, "/dev/null", O_WRONLY, 0);
     }
-    spawn();  // so that the file and the program are in memory
+    spawn();  // brings the file and the program into the page cache
   }
   ~CommandRun() override { posix_spawn_file_actions_destroy(&actions_); }
   double sample() override {
@@ -31,6 +32,7 @@ class CommandRun final : public Trial {
   }
 
  private:
+  // Throws if the command cannot be started or fails.
   void spawn() {
     pid_t process = 0;
     const int error = posix_spawnp(&process, words_[0], &actions_, nullptr, words_.data(), environ);
@@ -49,10 +51,11 @@ Contender command(const char* name, const Command& words) {
   return {name, trial<CommandRun>(words)};
 }
 
+// A row with one peer. Programs take milliseconds, so nine rounds are enough.
 Row row(const std::string& name, const Command& ours, const char* peer, const Command& theirs,
         double atMost) {
   const auto contenders = [=]() -> std::vector<Contender> {
-    return {command("ours", ours), command(peer, theirs)};
+    return {command(Name::ours, ours), command(peer, theirs)};
   };
   Row made{name, contenders, {{Measure::time, atMost, {peer}}}};
   made.unit = "ms";
@@ -66,6 +69,8 @@ std::vector<Row> toolRows(const Files& files) {
   const std::string tool = OVBGP_TOOL;
   std::vector<Row> rows;
   for (const std::string& file : files) {
+    // bgpdump prints each route, so --routes is compared with it. A summary must decompress the
+    // file; the goal bounds the work beyond the decompression.
     rows.push_back(row("mrt --routes, " + nameOf(file), {tool, "mrt", "--routes", file},
                        "bgpdump -m", {"bgpdump", "-m", file}, 0.1));
     rows.push_back(row("mrt, summary, " + nameOf(file), {tool, "mrt", file}, "gzip -dc",

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "bench/Workload.h"
+#include "bench/peers/Names.h"
 #include "bench/peers/ValuePeers.h"
 #include "bench/ratios/Replay.h"
 #include "bench/ratios/Rows.h"
@@ -12,11 +13,13 @@ namespace {
 using Values = std::vector<U64>;
 using SharedValues = std::shared_ptr<const Values>;
 
-// All values are held, and found again in random order.
+// All values are interned and held. A sample looks them up in random order, so every lookup is a
+// hit.
 template <class Peer>
 class ValueHits final : public Trial {
  public:
   ValueHits(const Values& values, U32 operations) : asked_(values), operations_(operations) {
+    // Reserved before the measurement: the handles are not part of the table's memory.
     held_.reserve(values.size());
     const double before = heapBytes();
     peer_ = std::make_unique<Peer>();
@@ -25,7 +28,7 @@ class ValueHits final : public Trial {
     std::shuffle(asked_.begin(), asked_.end(), std::mt19937(5));
   }
   double sample() override {
-    ask(operations_ / 8);
+    ask(operations_ / 8);  // warms the caches
     return nanoseconds([this] { ask(operations_); }) / operations_;
   }
   double bytes() override { return bytes_; }
@@ -48,7 +51,8 @@ class ValueHits final : public Trial {
   double bytes_ = 0;
 };
 
-// A new table takes all values, each new.
+// A sample creates a table and interns all values, so every interning is a miss and the table
+// grows step by step. The release of the values is not measured.
 template <class Peer>
 class ValueGrowth final : public Trial {
  public:
@@ -76,15 +80,19 @@ Contender hits(const char* name, const SharedValues& values, const Scale& scale)
   return {name, [=] { return std::make_unique<ValueHits<Peer>>(*values, operations); }};
 }
 
+// With the lower bound as an additional contender.
 Row hitRow(U32 held, const Scale& scale) {
   const auto contenders = [=]() -> std::vector<Contender> {
     const auto values = std::make_shared<const Values>(valuesOf(held));
-    return {hits<OurValues<false>>("ours", values, scale), hits<ValueP1>("P1", values, scale),
-            hits<ValueP3>("P3", values, scale), hits<ValueP4>("P4", values, scale),
-            hits<ValueFloor>("F", values, scale)};
+    return {hits<OurValues<false>>(Name::ours, values, scale),
+            hits<ValuesInFlatSet>(Name::flatSet, values, scale),
+            hits<ValuesInFlyweight>(Name::flyweight, values, scale),
+            hits<ValuesInSharedPtrSet>(Name::sharedPtrSet, values, scale),
+            hits<ValuesFindOnly>(Name::findOnly, values, scale)};
   };
-  Row row{
-      "value hit, " + std::to_string(held) + " held", contenders, {{Measure::time, 1.0, {"P1"}}}};
+  Row row{"value hit, " + std::to_string(held) + " held",
+          contenders,
+          {{Measure::time, 1.0, {Name::flatSet}}}};
   row.series = "value hit by number held";
   row.x = held;
   return row;
@@ -104,26 +112,31 @@ Contender replay(const char* name, const SharedValues& sequence, const Scale& sc
           }};
 }
 
+// Creating a million values takes long, so seven rounds must do.
 Row growRow(const Scale& scale) {
   const auto contenders = [=]() -> std::vector<Contender> {
     const auto values = std::make_shared<const Values>(valuesOf(scale.of(1'000'000)));
-    return {growth<OurValues<false>>("ours", values), growth<ValueP1>("P1", values),
-            growth<ValueP2>("P2", values), growth<ValueP3>("P3", values),
-            growth<ValueP4>("P4", values)};
+    return {growth<OurValues<false>>(Name::ours, values),
+            growth<ValuesInFlatSet>(Name::flatSet, values),
+            growth<ValuesInShardedSet>(Name::shardedSet, values),
+            growth<ValuesInFlyweight>(Name::flyweight, values),
+            growth<ValuesInSharedPtrSet>(Name::sharedPtrSet, values)};
   };
-  Row row{"value grow", contenders, {{Measure::time, 0.75, {"P1", "P2"}}}};
+  Row row{"value grow", contenders, {{Measure::time, 0.75, {Name::flatSet, Name::shardedSet}}}};
   row.rounds = 7;
   return row;
 }
 
-// `make` makes the sequence.
+// `make()` creates the sequence when the row runs.
 template <class Make>
 Row replayRow(const char* name, const Scale& scale, const Make& make) {
   const auto contenders = [=]() -> std::vector<Contender> {
     const auto sequence = std::make_shared<const Values>(make());
-    return {replay<OurValues<false>>("ours", sequence, scale),
-            replay<ValueP1>("P1", sequence, scale), replay<ValueP2>("P2", sequence, scale),
-            replay<ValueP3>("P3", sequence, scale), replay<ValueP4>("P4", sequence, scale)};
+    return {replay<OurValues<false>>(Name::ours, sequence, scale),
+            replay<ValuesInFlatSet>(Name::flatSet, sequence, scale),
+            replay<ValuesInShardedSet>(Name::shardedSet, sequence, scale),
+            replay<ValuesInFlyweight>(Name::flyweight, sequence, scale),
+            replay<ValuesInSharedPtrSet>(Name::sharedPtrSet, sequence, scale)};
   };
   return {name, contenders, {}};
 }
@@ -136,11 +149,11 @@ std::vector<Row> valueRows(const Scale& scale) {
     if (held > scale.of(1'000'000)) break;
     rows.push_back(hitRow(held, scale));
   }
-  rows[1].goals.clear();  // for the curve
+  rows[1].goals.clear();  // 10,000 values are only a point of the curve
   rows.back().goals.push_back({Measure::bytes, 48, {}});
   rows.push_back(growRow(scale));
   rows.push_back(replayRow("value churn", scale, [=] { return valuesOf(scale.of(1'000'000)); }));
-  rows.back().goals.push_back({Measure::time, 0.85, {"P1", "P2"}});
+  rows.back().goals.push_back({Measure::time, 0.85, {Name::flatSet, Name::shardedSet}});
   rows.push_back(replayRow("value Zipf", scale,
                            [=] { return zipfValues(scale.of(200'000), scale.of(1'000'000)); }));
   return rows;

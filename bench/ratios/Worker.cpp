@@ -11,6 +11,7 @@
 namespace Bench {
 namespace {
 
+// The two ends belong to the worker after the fork, which closes them.
 struct Pipe {
   Pipe() {
     int ends[2];
@@ -22,6 +23,7 @@ struct Pipe {
   int in = -1;
 };
 
+// Requests and answers are shorter than PIPE_BUF, so a write is never partial.
 template <class Value>
 bool send(int to, const Value& value) {
   return write(to, &value, sizeof value) == sizeof value;
@@ -51,8 +53,8 @@ Worker::Worker(const Contender& contender) {
   answer();
 }
 
-// Told to leave, as workers forked later keep the pipe open.  The process takes
-// nothing apart.
+// Closing the pipe would not end the process, because workers that were forked later have copies
+// of its ends. Therefore it gets a request to leave. It exits without destroying its objects.
 Worker::~Worker() {
   send(requests_, Request::leave);
   close(requests_);
@@ -61,16 +63,17 @@ Worker::~Worker() {
 }
 
 double Worker::ask(Request request) {
-  if (!send(requests_, request)) throw std::runtime_error("a contender has died");
+  if (!send(requests_, request)) throw std::runtime_error("the process of a contender has died");
   return answer();
 }
 
 double Worker::answer() {
   double value = 0;
-  if (!receive(answers_, value)) throw std::runtime_error("a contender has died");
+  if (!receive(answers_, value)) throw std::runtime_error("the process of a contender has died");
   return value;
 }
 
+// Runs in the worker's process.
 double Worker::answerOf(Trial& trial, Request request) {
   switch (request) {
     case Request::sample:
@@ -82,7 +85,8 @@ double Worker::answerOf(Trial& trial, Request request) {
   }
 }
 
-// Answers once when ready, and then every request.
+// The main loop of the process. The first answer says that the trial is ready; then each request
+// gets one answer. An exception ends the process, and the parent reports the missing answer.
 void Worker::serve(const Contender& contender, int requests, int answers) {
   try {
     const std::unique_ptr<Trial> trial = contender.start();

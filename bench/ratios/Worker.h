@@ -1,7 +1,8 @@
-// A process that runs one contender's samples on demand.
+// A process that takes samples of one contender on request.
 //
-// So every contender has a heap, process-wide switches and threads of its own, and
-// none finds the memory as another left it. Only one works at a time.
+// Every contender has a process of its own: its heap, its process-wide switches and its threads
+// are not shared, and no contender inherits a heap that another one has fragmented. Only one
+// worker computes at a time; the others wait for a request on their pipe.
 #ifndef BENCH_RATIOS_WORKER_H
 #define BENCH_RATIOS_WORKER_H
 
@@ -13,13 +14,13 @@ namespace Bench {
 
 class Worker {
  public:
-  // Forks, and returns once the contender is ready. Requires: one thread.
+  // Forks and returns when the contender is ready. The calling process must have one thread.
   explicit Worker(const Contender& contender);
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
   ~Worker();
 
-  // All throw std::runtime_error if the process has died.
+  // Forward to the Trial in the process. Throw std::runtime_error if the process has died.
   double sample() { return ask(Request::sample); }
   double bytes() { return ask(Request::bytes); }
   double objects() { return ask(Request::objects); }

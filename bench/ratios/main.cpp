@@ -1,5 +1,5 @@
-// Ours beside the best that a good engineer would use instead, as ratios of times
-// and bytes taken in one run. docs/performance.md says how.
+// Compares ours with the best peers that a good engineer would use instead: prints the ratios of
+// times and bytes, all measured in one run. docs/performance.md describes the method.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <fstream>
@@ -20,7 +20,8 @@ struct Options {
   Files files;
 };
 
-// Each lists its rows; their work is made when they run.
+// The subjects in the order of the report. A subject creates its rows when it is its turn, and a
+// row creates its data when it runs.
 std::vector<std::function<std::vector<Row>()>> subjects(const Options& options) {
   const Scale scale{options.quick};
   const Files files = options.files;
@@ -29,6 +30,7 @@ std::vector<std::function<std::vector<Row>()>> subjects(const Options& options) 
           [=] { return textRows(scale); },        [=] { return toolRows(files); }};
 }
 
+// Shows the name of each row on standard error while it runs; the tables follow at the end.
 std::vector<RowResult> runAll(const Options& options) {
   std::vector<RowResult> results;
   for (const auto& subject : subjects(options)) {
@@ -42,6 +44,7 @@ std::vector<RowResult> runAll(const Options& options) {
   return results;
 }
 
+// Writes the JSON lines first: a run takes minutes, and its figures must not be lost.
 void report(const Options& options, const std::vector<RowResult>& results) {
   if (!options.json.empty()) {
     std::ofstream json(options.json);
@@ -56,18 +59,21 @@ void report(const Options& options, const std::vector<RowResult>& results) {
 
 int main(int argc, char** argv) {
   Options options;
-  CLI::App app("Ours beside its peers: times and bytes, as ratios");
-  app.add_flag("--quick", options.quick, "A tenth of the work, in seconds; no figures to quote");
-  app.add_option("--rounds", options.rounds, "Samples of each contender");
-  app.add_option("--only", options.only, "Only rows whose name has this in it");
-  app.add_option("--contender", options.contender, "Only this one, to see where its time goes");
-  app.add_option("--json", options.json, "Write all results to this file, one object a line");
+  CLI::App app("Compare ours with its peers: times and bytes, as ratios");
+  app.add_flag("--quick", options.quick,
+               "Do a tenth of the work, in seconds; the figures are not valid");
+  app.add_option("--rounds", options.rounds, "Number of samples of each contender");
+  app.add_option("--only", options.only, "Run only the rows whose name contains this text");
+  app.add_option("--contender", options.contender, "Run only this contender, for a profiler");
+  app.add_option("--json", options.json,
+                 "Write all results to this file, one JSON object per line");
   app.add_option("FILE", options.files, "Routing data in MRT format")
       ->envname("OVBGP_BENCH_MRT")
       ->check(CLI::ExistingFile);
   CLI11_PARSE(app, argc, argv);
   if (options.files.empty()) options.files = {OVBGP_SAMPLES_DIR "/speakers-updates.mrt.gz"};
-  std::signal(SIGPIPE, SIG_IGN);  // a contender that dies is told by an error
+  // Writing to a worker that has died must fail with an error, not end this process.
+  std::signal(SIGPIPE, SIG_IGN);
   try {
     report(options, runAll(options));
   } catch (const std::exception& reason) {

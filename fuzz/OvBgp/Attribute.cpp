@@ -13,13 +13,13 @@
 #include "BgpCommon/BgpHashMixImpl.h"
 #include "Kiv/Exception.h"
 #include "OvBgp/OvBgpSerialize.h"
-#include "fuzz/JsonGrammar.h"
-#include "fuzz/Lists.h"
-#include "fuzz/MemoryFile.h"
-#include "fuzz/Require.h"
-#include "tools/bgp-communities/AttributeCommand.h"
-#include "tools/bgp-communities/Json.h"
-#include "tools/bgp-communities/PathAttributes.h"
+#include "fuzz/support/JsonGrammar.h"
+#include "fuzz/support/Lists.h"
+#include "fuzz/support/MemoryFile.h"
+#include "fuzz/support/Require.h"
+#include "tools/bgp-communities/bgp/PathAttributes.h"
+#include "tools/bgp-communities/commands/AttributeCommand.h"
+#include "tools/bgp-communities/output/Json.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <memory>
 #include <vector>
 
-#include "fuzz/InterningHeld.h"
-#include "fuzz/InterningObservers.h"
-#include "fuzz/Mirror.h"
-#include "fuzz/Program.h"
+#include "fuzz/support/InterningHeld.h"
+#include "fuzz/support/InterningObservers.h"
+#include "fuzz/support/Mirror.h"
+#include "fuzz/support/Program.h"
 
 namespace Fuzz {
 KIV_OBJECT_DEFINE(Mirror)

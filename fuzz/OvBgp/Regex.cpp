@@ -1,8 +1,8 @@
-// Arbitrary text as a regular expression, and lists of all kinds to match it with.
-// - It compiles exactly if the C library's compiler, asked for the same, takes it, or
-//   is refused as too costly.
-// - A list matches exactly if the expression is found in one of the list's texts,
-//   each put together from those of its members.
+// Arbitrary text as a regular expression, and lists of all kinds to match the expression with.
+// - The expression compiles if and only if the C library compiles it, unless it is refused before:
+//   it costs too much, or it has a NUL character or a back-reference.
+// - A list matches if and only if the C library finds the expression in one of the list's texts.
+//   Here each text is put together from the texts of the members.
 //
 // Input: the expression up to the first line end, and then the octets of members.
 #include <regex.h>
@@ -15,9 +15,9 @@
 
 #include "Kiv/Exception.h"
 #include "Routing/RouteMap/PosixRegex.h"
-#include "fuzz/Input.h"
-#include "fuzz/Lists.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/Lists.h"
+#include "fuzz/support/Require.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ using Routing::RouteMap::PosixRegex;
 // Matching may take exponential time in the length of the text.
 constexpr std::size_t membersMax = 6;
 
-// The C library's own, with a compilation for itself.
+// The same expression, compiled and matched directly by the C library.
 class Expression {
  public:
   explicit Expression(const std::string& text)
@@ -49,7 +49,7 @@ class Expression {
   const bool isRight_;
 };
 
-// ---- The texts that a list is matched by.
+// ---- The texts of a list
 
 using Texts = std::vector<std::string>;
 
@@ -67,8 +67,8 @@ Texts textsOf(const LargeCommList& list) {
       list, [](const Acl::CommunityValue& value) { return LargeCommList::getStringValue(value); })};
 }
 
-// A community that policies match by its user-interface text.  None of the library's
-// own are, so its plugin makes every sixteenth EVPN community one.
+// A community that policies match by its user-interface text. The library has no such class, so
+// the plugin below makes every sixteenth EVPN community one.
 class Marked final : public ExtCommSubtyped {
   KIV_OBJECT(Marked)
 
@@ -115,7 +115,7 @@ Texts textsOf(const ExtCommList& list) {
   return texts;
 }
 
-// ---- Both ways.
+// ---- The comparison
 
 template <class Kind>
 void checkMatching(const PosixRegex& regex, const Expression& expression, Fuzz::Octets octets) {
@@ -127,7 +127,7 @@ void checkMatching(const PosixRegex& regex, const Expression& expression, Fuzz::
   require(list->matchCommunitiesRegex(&regex) == isFound, "another answer: " + texts[0]);
 }
 
-// No function of the library matches these: policies know the one text that they have.
+// IPv6 extended lists have no match function of their own. Policies match their only text.
 void checkIp6Matching(const PosixRegex& regex, const Expression& expression, Fuzz::Octets octets) {
   using Kind = Fuzz::Ip6Extended;
   const std::size_t size = std::min(octets.size() / Kind::memberSize, membersMax);
@@ -140,17 +140,19 @@ void checkIp6Matching(const PosixRegex& regex, const Expression& expression, Fuz
   require(isFound == expression.isIn(text), "another answer: " + text);
 }
 
-bool isRefusedUntried(std::string_view reason) {
-  return reason.ends_with(": too long") || reason.ends_with(": too complex") ||
-         reason.ends_with(": NUL character");
+// Whether the expression was refused before the C library saw it. The C library might need minutes
+// or gigabytes for it.
+bool isRefusedBefore(std::string_view what) {
+  return what.ends_with(": too long") || what.ends_with(": too complex") ||
+         what.ends_with(": NUL character") || what.ends_with(": back-reference");
 }
 
-// What the expression is, unless it is wrong or too costly.
+// The compiled expression; nothing if the expression is refused.
 std::optional<PosixRegex> compiled(const std::string& text) {
   try {
     return PosixRegex(text);
   } catch (const Kiv::RangeException& error) {
-    require(isRefusedUntried(error.what()) || !Expression(text).isRight(), error.what());
+    require(isRefusedBefore(error.what()) || !Expression(text).isRight(), error.what());
     return std::nullopt;
   }
 }

@@ -15,7 +15,7 @@
 
 #include "Kiv/Exception.h"
 #include "OvBgp/Parse/ExtComm.h"
-#include "fuzz/Program.h"
+#include "fuzz/support/Program.h"
 
 namespace {
 
@@ -381,7 +381,6 @@ class Program {
     for (U32 left = 1 + input_.below(4); left > 0; --left) spec.leaves.push_back(leaf());
     for (U32 left = input_.below(4); left > 2; --left) spec.types.push_back(typeSpec());
     plugins_.emplace_back(new Plugin(collections_, spec));
-    plugins_.back()->hasNotificationActiveIs(true);
     startUp(*plugins_.back());
   }
   // Serves all announced roots. Type rules come first in the registry's order, so a leaf for a type

@@ -19,8 +19,8 @@
 #include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "Stash/StoreException.h"
 #include "Stash/StoreLayout.h"
-#include "fuzz/Allocations.h"
-#include "fuzz/MemoryFile.h"
+#include "fuzz/support/Allocations.h"
+#include "fuzz/support/MemoryFile.h"
 
 namespace {
 

@@ -28,8 +28,8 @@
 #include "OvBgp/Value/ExtCommIp6Content.h"
 #include "Ovnet/Ip6Addr.h"
 #include "Routing/Bgp/RouteTarget.h"
-#include "fuzz/Input.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/Require.h"
 
 namespace {
 

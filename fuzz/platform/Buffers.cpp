@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "OvFmt/Decimal.h"
+#include "OvFmt/Detail/Decimal.h"
 #include "OvFmt/DynamicBuffer.h"
 #include "Routing/Bgp/Serialize.h"
-#include "fuzz/Input.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/Require.h"
 
 namespace {
 

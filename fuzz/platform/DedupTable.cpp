@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "Dorn/DedupHashTable.h"
-#include "fuzz/Mirror.h"
-#include "fuzz/Program.h"
+#include "fuzz/support/Mirror.h"
+#include "fuzz/support/Program.h"
 
 namespace Fuzz {
 KIV_OBJECT_DEFINE(Mirror)

@@ -11,10 +11,10 @@
 #include <utility>
 
 #include "OvToggles/OvToggles.h"
-#include "fuzz/JsonGrammar.h"
-#include "fuzz/MemoryFile.h"
-#include "fuzz/Require.h"
-#include "tools/bgp-communities/Json.h"
+#include "fuzz/support/JsonGrammar.h"
+#include "fuzz/support/MemoryFile.h"
+#include "fuzz/support/Require.h"
+#include "tools/bgp-communities/output/Json.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // A limit for what one allocation may ask for, while data decides how much that is.
-#ifndef FUZZ_ALLOCATIONS_H
-#define FUZZ_ALLOCATIONS_H
+#ifndef FUZZ_SUPPORT_ALLOCATIONS_H
+#define FUZZ_SUPPORT_ALLOCATIONS_H
 
 #include <cstddef>
 #include <cstdio>

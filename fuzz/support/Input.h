@@ -1,6 +1,6 @@
 // The octets of a fuzz target's input, taken one after the other.
-#ifndef FUZZ_INPUT_H
-#define FUZZ_INPUT_H
+#ifndef FUZZ_SUPPORT_INPUT_H
+#define FUZZ_SUPPORT_INPUT_H
 
 #include <algorithm>
 #include <cstddef>

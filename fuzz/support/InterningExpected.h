@@ -1,14 +1,14 @@
 // What must be interned, as a random program over all tables knows it from what it
 // holds; and the few communities that such programs use.
-#ifndef FUZZ_INTERNING_EXPECTED_H
-#define FUZZ_INTERNING_EXPECTED_H
+#ifndef FUZZ_SUPPORT_INTERNING_EXPECTED_H
+#define FUZZ_SUPPORT_INTERNING_EXPECTED_H
 
 #include <map>
 #include <set>
 #include <utility>
 #include <vector>
 
-#include "fuzz/Lists.h"
+#include "fuzz/support/Lists.h"
 
 namespace Fuzz::Interning {
 

@@ -1,6 +1,6 @@
 // What a random program over all tables holds of one kind of lists.
-#ifndef FUZZ_INTERNING_HELD_H
-#define FUZZ_INTERNING_HELD_H
+#ifndef FUZZ_SUPPORT_INTERNING_HELD_H
+#define FUZZ_SUPPORT_INTERNING_HELD_H
 
 #include <array>
 #include <memory>
@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "fuzz/Input.h"
-#include "fuzz/InterningExpected.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/InterningExpected.h"
+#include "fuzz/support/Require.h"
 
 namespace Fuzz::Interning {
 

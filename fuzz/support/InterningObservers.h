@@ -1,13 +1,13 @@
 // Who watches the route targets that are interned, alone and as lists' sub-lists.
-#ifndef FUZZ_INTERNING_OBSERVERS_H
-#define FUZZ_INTERNING_OBSERVERS_H
+#ifndef FUZZ_SUPPORT_INTERNING_OBSERVERS_H
+#define FUZZ_SUPPORT_INTERNING_OBSERVERS_H
 
 #include <algorithm>
 #include <set>
 #include <vector>
 
-#include "fuzz/InterningExpected.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/InterningExpected.h"
+#include "fuzz/support/Require.h"
 
 namespace Fuzz::Interning {
 

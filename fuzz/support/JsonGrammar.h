@@ -1,6 +1,6 @@
 // Whether a text is JSON, by a reader that forgives nothing.
-#ifndef FUZZ_JSON_GRAMMAR_H
-#define FUZZ_JSON_GRAMMAR_H
+#ifndef FUZZ_SUPPORT_JSON_GRAMMAR_H
+#define FUZZ_SUPPORT_JSON_GRAMMAR_H
 
 #include <rapidjson/error/error.h>
 #include <rapidjson/memorystream.h>

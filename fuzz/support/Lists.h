@@ -1,7 +1,7 @@
 // Lists of all kinds for fuzz targets: one set of tables, and of each kind what it is,
 // said in the slowest and plainest way.
-#ifndef FUZZ_LISTS_H
-#define FUZZ_LISTS_H
+#ifndef FUZZ_SUPPORT_LISTS_H
+#define FUZZ_SUPPORT_LISTS_H
 
 #include <array>
 #include <set>

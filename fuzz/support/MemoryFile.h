@@ -1,6 +1,6 @@
 // Files that are in memory alone, for code that opens files by name.
-#ifndef FUZZ_MEMORY_FILE_H
-#define FUZZ_MEMORY_FILE_H
+#ifndef FUZZ_SUPPORT_MEMORY_FILE_H
+#define FUZZ_SUPPORT_MEMORY_FILE_H
 
 #include <sys/mman.h>
 #include <sys/stat.h>

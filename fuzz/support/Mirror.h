@@ -1,6 +1,6 @@
 // An observer of one interning table, for fuzz targets.
-#ifndef FUZZ_MIRROR_H
-#define FUZZ_MIRROR_H
+#ifndef FUZZ_SUPPORT_MIRROR_H
+#define FUZZ_SUPPORT_MIRROR_H
 
 #include <functional>
 #include <set>
@@ -8,7 +8,7 @@
 
 #include "Dorn/DedupHashTable.h"
 #include "Dorn/DedupHashTableLifeTimeNotifiee.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Require.h"
 
 namespace Fuzz {
 

@@ -1,13 +1,13 @@
 // How a fuzz target runs what its input says.
-#ifndef FUZZ_PROGRAM_H
-#define FUZZ_PROGRAM_H
+#ifndef FUZZ_SUPPORT_PROGRAM_H
+#define FUZZ_SUPPORT_PROGRAM_H
 
 #include <cstddef>
 
 #include "Kiv/Ptr.h"
 #include "OvBgpGlobals/OvBgpGlobals.h"
-#include "fuzz/Input.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/Require.h"
 
 namespace Fuzz {
 

@@ -1,6 +1,6 @@
 // What fuzz targets assert.
-#ifndef FUZZ_REQUIRE_H
-#define FUZZ_REQUIRE_H
+#ifndef FUZZ_SUPPORT_REQUIRE_H
+#define FUZZ_SUPPORT_REQUIRE_H
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Arbitrary octets as what is written as JSON: a program of the writer's operations.
 // What comes out is one value of JSON that says what was put in.
-#include "tools/bgp-communities/Json.h"
+#include "tools/bgp-communities/output/Json.h"
 
 #include <bit>
 #include <cmath>
@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "fuzz/Input.h"
-#include "fuzz/JsonGrammar.h"
-#include "fuzz/Require.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/JsonGrammar.h"
+#include "fuzz/support/Require.h"
 
 namespace {
 

@@ -15,12 +15,13 @@
 #include <vector>
 
 #include "Kiv/Types.h"
-#include "fuzz/Allocations.h"
-#include "fuzz/JsonGrammar.h"
-#include "fuzz/MemoryFile.h"
-#include "fuzz/Require.h"
-#include "tools/bgp-communities/MrtCommand.h"
-#include "tools/bgp-communities/MrtFiles.h"
+#include "fuzz/support/Allocations.h"
+#include "fuzz/support/JsonGrammar.h"
+#include "fuzz/support/MemoryFile.h"
+#include "fuzz/support/Require.h"
+#include "tools/bgp-communities/commands/MrtCommand.h"
+#include "tools/bgp-communities/mrt/MrtFiles.h"
+#include "tools/bgp-communities/output/ErrorLines.h"
 
 namespace {
 
@@ -101,9 +102,11 @@ struct Reading {
 Reading read(const std::string& path) {
   Reading reading;
   std::ostringstream errors;
-  MrtFiles files(reading.routes, errors);
+  ErrorLines errorLines(errors);
+  MrtFiles files(reading.routes);
+  files.observerAdd(errorLines);
   files.read(path);
-  reading.status = files.status();
+  reading.status = statusOf(files.counts());
   reading.records = files.counts().records;
   require((reading.status == ExitStatus::damaged) == !errors.str().empty(),
           "damage that nobody was told of, or the other way round");

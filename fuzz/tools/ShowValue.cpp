@@ -9,16 +9,16 @@
 #include <variant>
 #include <vector>
 
-#include "fuzz/Input.h"
-#include "fuzz/JsonGrammar.h"
-#include "fuzz/Lists.h"
-#include "fuzz/MemoryFile.h"
-#include "fuzz/Require.h"
-#include "tools/bgp-communities/AddressText.h"
-#include "tools/bgp-communities/CommunityArgument.h"
-#include "tools/bgp-communities/Json.h"
-#include "tools/bgp-communities/RouteFilter.h"
-#include "tools/bgp-communities/ShowCommand.h"
+#include "fuzz/support/Input.h"
+#include "fuzz/support/JsonGrammar.h"
+#include "fuzz/support/Lists.h"
+#include "fuzz/support/MemoryFile.h"
+#include "fuzz/support/Require.h"
+#include "tools/bgp-communities/bgp/AddressText.h"
+#include "tools/bgp-communities/commands/CommunityArgument.h"
+#include "tools/bgp-communities/commands/ShowCommand.h"
+#include "tools/bgp-communities/output/Json.h"
+#include "tools/bgp-communities/rib/RouteFilter.h"
 
 namespace {
 

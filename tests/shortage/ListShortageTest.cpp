@@ -6,7 +6,6 @@
 #include <optional>
 #include <set>
 #include <sstream>
-#include <utility>
 
 #include "Kiv/Trace.h"
 #include "OvFmt/DynamicBuffer.h"
@@ -142,6 +141,10 @@ Kiv::String attribute(const List& list) {
     return list.serialize(ExtCommList::serialization(true, false, false));
   }
 }
+template <class List>
+constexpr auto listText = text<List, strep<List>>;
+template <class List>
+constexpr auto listAttribute = text<List, attribute<List>>;
 Kiv::String partTexts(const ExtCommList& list) {
   Kiv::String all;
   for (const auto& part : list.classificationListVector()) {
@@ -313,52 +316,33 @@ bool ruleTreeWithoutPlugins(LivingWorld&) {
 class ListShortage : public testing::TestWithParam<Row> {};
 TEST_P(ListShortage, IsSurvived) { sweep(GetParam()); }
 
+// The rows of one operation for the plain lists, for the extended lists, and for all.
+#define PLAIN(name, run) \
+  Row{"Standard" name, run<CommList>}, Row { "Large" name, run<LargeCommList> }
+#define EXTENDED(name, run) \
+  Row{"Extended" name, run<ExtCommList>}, Row { "Ip6" name, run<ExtCommIp6List> }
+#define EACH(name, run) PLAIN(name, run), EXTENDED(name, run)
+
 constexpr Row listRows[] = {
     {"ExtendedValues", extendedValues},
     {"Ip6Values", ip6Values},
-    {"StandardFromAttribute", fromAttribute<CommList>},
-    {"LargeFromAttribute", fromAttribute<LargeCommList>},
-    {"ExtendedFromAttribute", fromAttribute<ExtCommList>},
-    {"Ip6FromAttribute", fromAttribute<ExtCommIp6List>},
-    {"StandardFromLongAttribute", fromLongAttribute<CommList>},
-    {"LargeFromLongAttribute", fromLongAttribute<LargeCommList>},
-    {"ExtendedFromLongAttribute", fromLongAttribute<ExtCommList>},
-    {"Ip6FromLongAttribute", fromLongAttribute<ExtCommIp6List>},
-    {"StandardByHand", byHand<CommList>},
-    {"LargeByHand", byHand<LargeCommList>},
-    {"ExtendedByHand", byHand<ExtCommList>},
-    {"Ip6ByHand", byHand<ExtCommIp6List>},
-    {"ExtendedOfMembers", ofMembers<ExtCommList>},
-    {"Ip6OfMembers", ofMembers<ExtCommIp6List>},
-    {"StandardSnapshot", snapshot<CommList>},
-    {"LargeSnapshot", snapshot<LargeCommList>},
-    {"ExtendedSnapshot", snapshot<ExtCommList>},
-    {"Ip6Snapshot", snapshot<ExtCommIp6List>},
-    {"ExtendedPartSnapshots", partSnapshots<ExtCommList>},
-    {"Ip6PartSnapshots", partSnapshots<ExtCommIp6List>},
-    {"StandardText", text<CommList, strep>},
-    {"LargeText", text<LargeCommList, strep>},
-    {"ExtendedText", text<ExtCommList, strep>},
-    {"Ip6Text", text<ExtCommIp6List, strep>},
+    EACH("FromAttribute", fromAttribute),
+    EACH("FromLongAttribute", fromLongAttribute),
+    EACH("ByHand", byHand),
+    EXTENDED("OfMembers", ofMembers),
+    EACH("Snapshot", snapshot),
+    EXTENDED("PartSnapshots", partSnapshots),
+    EACH("Text", listText),
+    EACH("Attribute", listAttribute),
     {"ExtendedPartTexts", text<ExtCommList, partTexts>},
     {"ExtendedValueTexts", text<ExtCommList, valueTexts>},
     {"Ip6ValueTexts", text<ExtCommIp6List, ip6ValueTexts>},
-    {"StandardAttribute", text<CommList, attribute>},
-    {"LargeAttribute", text<LargeCommList, attribute>},
-    {"ExtendedAttribute", text<ExtCommList, attribute>},
-    {"Ip6Attribute", text<ExtCommIp6List, attribute>},
-    {"StandardLongAttribute", longAttribute<CommList>},
-    {"LargeLongAttribute", longAttribute<LargeCommList>},
-    {"StandardStreamed", streamed<CommList>},
-    {"LargeStreamed", streamed<LargeCommList>},
-    {"ExtendedStreamed", streamed<ExtCommList>},
-    {"Ip6Streamed", streamed<ExtCommIp6List>},
-    {"StandardMatched", matched<CommList>},
-    {"LargeMatched", matched<LargeCommList>},
+    PLAIN("LongAttribute", longAttribute),
+    EACH("Streamed", streamed),
+    PLAIN("Matched", matched),
     {"ExtendedMatched", matched<ExtCommList>},
     {"ShowCache", showCache},
-    {"StandardTableObserved", tableObserved<CommList>},
-    {"LargeTableObserved", tableObserved<LargeCommList>},
+    PLAIN("TableObserved", tableObserved),
     {"Ip6TableObserved", tableObserved<ExtCommIp6List>},
     {"TargetSetsListed", targetSetsListed},
     {"ManyListeners", manyListeners},

@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <functional>
+#include <type_traits>
 #include <vector>
 
 #include "OvBgp/Store/Destash.h"
@@ -29,7 +30,12 @@ struct StoreWorld : LivingWorld {
   }
 
   template <class List>
-  ImageId id() const;
+  ImageId id() const {
+    if constexpr (std::is_same_v<List, CommList>) return standard;
+    if constexpr (std::is_same_v<List, LargeCommList>) return large;
+    if constexpr (std::is_same_v<List, ExtCommList>) return extended;
+    if constexpr (std::is_same_v<List, ExtCommIp6List>) return ip6;
+  }
   template <class List>
   Kiv::Ptr<List> destash() const {
     return List::destash(writer.storedAddress(id<List>()), manager.ptr());
@@ -46,23 +52,6 @@ struct StoreWorld : LivingWorld {
   const ImageId extended = stashPut(writer, *extComms.list);
   const ImageId ip6 = stashPut(writer, *ip6Comms.list);
 };
-
-template <>
-ImageId StoreWorld::id<CommList>() const {
-  return standard;
-}
-template <>
-ImageId StoreWorld::id<LargeCommList>() const {
-  return large;
-}
-template <>
-ImageId StoreWorld::id<ExtCommList>() const {
-  return extended;
-}
-template <>
-ImageId StoreWorld::id<ExtCommIp6List>() const {
-  return ip6;
-}
 
 // Additionally, the texts of the images as readers see them, and the writer's figures.
 std::vector<U64> StoreWorld::facts() const {
@@ -152,19 +141,18 @@ bool madeAndOpened(StoreWorld& world) {
 class StoreShortage : public testing::TestWithParam<Operation<StoreWorld>> {};
 TEST_P(StoreShortage, IsSurvived) { sweep(GetParam()); }
 
-constexpr Operation<StoreWorld> storeRows[] = {
-    {"StandardRebuilt", rebuilt<CommList>},
-    {"LargeRebuilt", rebuilt<LargeCommList>},
-    {"ExtendedRebuilt", rebuilt<ExtCommList>},
-    {"Ip6Rebuilt", rebuilt<ExtCommIp6List>},
-    {"StandardInterned", rebuiltAndInterned<CommList>},
-    {"LargeInterned", rebuiltAndInterned<LargeCommList>},
-    {"ExtendedInterned", rebuiltAndInterned<ExtCommList>},
-    {"Ip6Interned", rebuiltAndInterned<ExtCommIp6List>},
-    {"StandardPut", putAndReplaced<CommList>},
-    {"LargePut", putAndReplaced<LargeCommList>},
-    {"ExtendedPut", putAndReplaced<ExtCommList>},
-    {"Ip6Put", putAndReplaced<ExtCommIp6List>},
+using Row = Operation<StoreWorld>;
+
+#define EACH(name, run)                                                       \
+  Row{"Standard" name, run<CommList>}, Row{"Large" name, run<LargeCommList>}, \
+      Row{"Extended" name, run<ExtCommList>}, Row {                           \
+    "Ip6" name, run<ExtCommIp6List>                                           \
+  }
+
+constexpr Row storeRows[] = {
+    EACH("Rebuilt", rebuilt),
+    EACH("Interned", rebuiltAndInterned),
+    EACH("Put", putAndReplaced),
     {"MadeAndOpened", madeAndOpened},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, StoreShortage, testing::ValuesIn(storeRows), operationName);

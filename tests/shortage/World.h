@@ -3,6 +3,7 @@
 #ifndef TESTS_SHORTAGE_WORLD_H
 #define TESTS_SHORTAGE_WORLD_H
 
+#include <tuple>
 #include <vector>
 
 #include "Kiv/NotifieeList.h"
@@ -49,7 +50,9 @@ struct HeldList {
 // A world with one held list of each kind.
 struct LivingWorld : World {
   template <class List>
-  const HeldList<List>& held() const;
+  const HeldList<List>& held() const {
+    return std::get<const HeldList<List>&>(std::tie(comms, largeComms, extComms, ip6Comms));
+  }
   std::vector<U64> facts() const;
 
   const HeldList<CommList> comms{*this};
@@ -57,23 +60,6 @@ struct LivingWorld : World {
   const HeldList<ExtCommList> extComms{*this};
   const HeldList<ExtCommIp6List> ip6Comms{*this};
 };
-
-template <>
-inline const HeldList<CommList>& LivingWorld::held() const {
-  return comms;
-}
-template <>
-inline const HeldList<LargeCommList>& LivingWorld::held() const {
-  return largeComms;
-}
-template <>
-inline const HeldList<ExtCommList>& LivingWorld::held() const {
-  return extComms;
-}
-template <>
-inline const HeldList<ExtCommIp6List>& LivingWorld::held() const {
-  return ip6Comms;
-}
 
 }  // namespace Shortage
 

@@ -31,12 +31,8 @@ class Agent {
 
   // The number of updates that were applied so far.
   U64 operations() const { return operations_; }
-  // The number of routes now.
-  std::size_t routes() const { return held_.routes().size(); }
   // The tables of the agent.
   const CommTool::CommunityTables& tables() const { return held_.tables(); }
-  // The number of images in the agent's store.
-  U32 images() const { return writer_.images(); }
   // The first error found; empty as long as the library works correctly.
   const std::string& fault() const { return fault_; }
 

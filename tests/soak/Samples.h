@@ -22,8 +22,6 @@ class Figure {
   void add(U64 value) { values_.push_back(value); }
   // The name in the output.
   const std::string& name() const { return name_; }
-  // The last sample; there must be one.
-  U64 last() const { return values_.back(); }
 
   // Describes the growth, or is empty if there is none. The first third of the samples is warm-up.
   // The figure has grown if a sample of the last third exceeds the maximum of the second third by

@@ -6,6 +6,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <mutex>
@@ -121,15 +122,21 @@ class BusyObserver : public Dorn::DedupHashTableLifeTimeNotifiee {
   bool isCalling_ = false;
 };
 
-// An observer of the route targets, or of the sets of route targets. Some of its notifications
-// intern a value or release one.
+// An observer of the route targets, or of the sets of route targets. It counts the entries by their
+// notifications, and compares the count with the collection. Some of its notifications intern a
+// value or release one.
 class TargetListener : public Kiv::Notifiee {
  public:
-  template <class Owner>
-  TargetListener(const Tables& tables, const Owner& owner) : tables_(tables) {
-    notifierIs(owner->notifieeList());
+  // `has(change)` returns whether the collection has the key now; `size()` is its size.
+  TargetListener(const Tables& tables, Kiv::NotifieeList* list,
+                 std::function<bool(const Kiv::Change&)> has, std::function<U32()> size)
+      : tables_(tables), has_(std::move(has)), size_(std::move(size)) {
+    notifierIs(list);
   }
-  void handleChange(const Kiv::Change&) override {
+  // Runs under the notification lock, so the members need no lock of their own.
+  void handleChange(const Kiv::Change& change) override {
+    has_(change) ? ++present_ : --present_;
+    expect(present_ == size_());
     ++heard_;
     if (heard_ % 8 == 0) {
       kept_ = ExtComm::dedupContent(tables_.values.ptr(),
@@ -138,12 +145,41 @@ class TargetListener : public Kiv::Notifiee {
       kept_ = nullptr;
     }
   }
-  void keptDel() { kept_ = nullptr; }
+  void end() {
+    expect(heard_ > 0);
+    notifierIs(nullptr);
+    kept_ = nullptr;
+  }
 
  private:
   const Tables& tables_;
+  const std::function<bool(const Kiv::Change&)> has_;
+  const std::function<U32()> size_;
+  U32 present_ = 0;
   U64 heard_ = 0;
   ExtComm::PtrConst kept_;
+};
+
+// Observers of both collections.
+struct TargetListeners {
+  explicit TargetListeners(const Tables& tables)
+      : list(tables.values->producerRtList()),
+        collection(tables.extCommLists->notifyingRtExtCommListCollection()),
+        targets(
+            tables, list->notifieeList(),
+            [this](const Kiv::Change& change) { return list->rtHas(change.key<RouteTarget>()); },
+            [this] { return list->rt().size(); }),
+        sets(
+            tables, collection->notifieeList(),
+            [this](const Kiv::Change& change) {
+              return collection->rtExtCommListHas(change.key<RtExtCommListLifeTimeNotifier::Ptr>());
+            },
+            [this] { return collection->rtExtCommList().size(); }) {}
+
+  const NotifyingRouteTargetList::Ptr list;
+  const NotifyingRtExtCommListCollection::Ptr collection;
+  TargetListener targets;
+  TargetListener sets;
 };
 
 // --- Routes ---
@@ -301,17 +337,12 @@ void outlives(const Held<List>& held) {
 // lists.
 void liveOnce(unsigned threads, unsigned seed, Clock::time_point until) {
   auto agent = std::make_unique<Agent>();
-  auto targets =
-      std::make_unique<TargetListener>(agent->tables, agent->tables.values->producerRtList());
-  auto sets = std::make_unique<TargetListener>(
-      agent->tables, agent->tables.extCommLists->notifyingRtExtCommListCollection());
+  auto listeners = std::make_unique<TargetListeners>(agent->tables);
   inThreads(threads + 1, [&](unsigned i) {
     i == 0 ? agent->observers(seed, until) : agent->routes(seed + i, until);
   });
-  targets->notifierIs(nullptr);
-  targets->keptDel();
-  sets->notifierIs(nullptr);
-  sets->keptDel();
+  listeners->targets.end();
+  listeners->sets.end();
   if (seed % 2 == 0) {
     std::apply([](auto&... exchange) { (exchange.clear(), ...); }, agent->exchanges);
     EXPECT_EQ((std::array<U32, 11>{}), agent->tables.sizes());
@@ -319,8 +350,7 @@ void liveOnce(unsigned threads, unsigned seed, Clock::time_point until) {
   }
   const auto left = std::apply(
       [](const auto&... exchange) { return std::tuple(exchange.places()...); }, agent->exchanges);
-  targets = nullptr;
-  sets = nullptr;
+  listeners = nullptr;
   agent = nullptr;
   const auto outliveAll = [](const auto& places) {
     for (const auto& held : places) outlives(held);

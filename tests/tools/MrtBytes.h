@@ -13,6 +13,7 @@ class Bytes : public std::vector<U8> {
  public:
   Bytes() = default;
   Bytes(std::initializer_list<U8> octets) : std::vector<U8>(octets) {}
+  using std::vector<U8>::vector;
 
   Bytes& u8(std::size_t value) {
     push_back(static_cast<U8>(value));

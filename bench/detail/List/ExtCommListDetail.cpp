@@ -1,5 +1,6 @@
-// Extended and IPv6 lists of 2, 8 and 32 members: interning from received octets,
-// the attribute and the match of an expression, beside what one would write at first.
+// Lists of 2, 8 and 32 extended or IPv6 extended communities: interning from received octets,
+// the attribute, and the match of an expression. The Naive benchmarks do the same with
+// straightforward code.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -15,6 +16,7 @@ namespace {
 
 using namespace Routing::Bgp;
 
+// A kind of community. The matcher differs: only extended lists have matchCommunitiesRegex().
 struct Extended {
   using List = ExtCommList;
   using Table = ExtCommListDedupTable;
@@ -45,7 +47,8 @@ struct Ip6 {
   }
 };
 
-// Route targets, ascending; `first` tells one list from another.
+// The wire format of ascending route targets. `first` is an octet in each of them, so different
+// values of `first` give different lists.
 template <class Kind>
 std::vector<U8> octetsOf(std::size_t members, U8 first) {
   std::vector<U8> octets(members * Kind::size);
@@ -57,6 +60,7 @@ std::vector<U8> octetsOf(std::size_t members, U8 first) {
   return octets;
 }
 
+// The tables that interning needs. They are destroyed after the lists of a benchmark.
 template <class Kind>
 struct World {
   BgpParseExtCommContainerSm::Ptr parser = bgpParseExtCommContainerSmFactory();
@@ -67,6 +71,7 @@ struct World {
   }
 };
 
+// The list is held, so every interning is a hit.
 template <class Kind>
 void hit(benchmark::State& state) {
   const World<Kind> world;
@@ -75,6 +80,8 @@ void hit(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(world.intern(octets));
 }
 
+// The result is released at once, so every interning is a miss and is followed by a release of
+// the list and of its values.
 template <class Kind>
 void missAndRelease(benchmark::State& state) {
   const World<Kind> world;
@@ -89,7 +96,7 @@ void serialize(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(Kind::serialize(*list));
 }
 
-// Octet by octet, into a string that grows.
+// Appends octet by octet to a string that grows.
 template <class Kind>
 void serializeNaive(benchmark::State& state) {
   const auto octets = octetsOf<Kind>(static_cast<std::size_t>(state.range(0)), 1);
@@ -100,6 +107,7 @@ void serializeNaive(benchmark::State& state) {
   }
 }
 
+// The expression does not match, so every text form is tried.
 template <class Kind>
 void match(benchmark::State& state) {
   const World<Kind> world;
@@ -108,7 +116,8 @@ void match(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(Kind::matches(*list, regex));
 }
 
-// The members' texts as strings, joined, for each form.
+// Joins the texts of the members for each text form, as a first version would. Extended
+// communities have two forms: without and with their classification.
 template <class Kind>
 void matchNaive(benchmark::State& state) {
   const World<Kind> world;

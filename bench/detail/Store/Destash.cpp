@@ -1,12 +1,11 @@
-// Rebuilding 1,000 lists from a shared-memory store, against building the same ones
+// Creates 1,000 lists from images in a shared-memory store, compared with creating the same lists
 // from the octets of their attributes.
 //
-//   destash/KIND     new lists, not interned: what a reader pays for the store
-//   wire/KIND        the same lists built from octets, member by member
-//   destash+intern/KIND, wire+intern/KIND
-//                    the same, interned in tables that hold nothing
+//   destash/KIND                           from images, not interned
+//   wire/KIND                              from octets, member by member, not interned
+//   destash+intern/KIND, wire+intern/KIND  interned in empty tables
 //
-// Lists have 1 to 16 members, as on routes; extended values are shared by lists.
+// Lists have 1 to 16 members, as on real routes. Several lists share an extended value.
 #include "OvBgp/Store/Destash.h"
 
 #include <benchmark/benchmark.h>
@@ -36,7 +35,8 @@ U32 wordAt(const U8* at) {
   return U32{at[0]} << 24 | U32{at[1]} << 16 | U32{at[2]} << 8 | U32{at[3]};
 }
 
-// What is needed of each kind: an attribute, and lists made of one.
+// A kind of community. `vary` changes a random member so that several lists share it, `build`
+// creates a list that is not interned, and `intern` creates an interned one.
 struct Standard {
   using List = CommList;
   static constexpr std::size_t size = 4;
@@ -73,7 +73,8 @@ struct Large {
   List::PtrConst intern(const List::Ptr& list) const { return list->dedup(table.ptr()); }
 };
 
-// Members are interned whenever a list is built of octets: there is no other way.
+// The tables of a kind whose members are interned values. Such a list cannot be built from octets
+// without interning its values, so wire/KIND includes this.
 template <class Family>
 struct Values {
   using List = typename Family::List;
@@ -101,7 +102,7 @@ struct Extended : Values<ExtCommFamily> {
 
   Extended() : Values(extCommDedupTableFactory, extCommListDedupTableFactory) {}
 
-  // Route targets of 4096 numbers.
+  // One of 4,096 route targets.
   static void vary(U8* at, std::mt19937& random) {
     const U32 number = static_cast<U32>(random() % 4096);
     const U8 octets[] = {
@@ -143,7 +144,7 @@ struct Ipv6 : Values<ExtCommIp6Family> {
   }
 };
 
-// In order, as from most senders.
+// The attribute values of all lists; the members of each ascend.
 template <class Kind>
 std::vector<Value> valuesOf() {
   std::mt19937 random(9);
@@ -161,7 +162,7 @@ std::vector<Value> valuesOf() {
   return values;
 }
 
-// The lists as their writer keeps them: interned, and so in order.
+// A store with the images of all lists. Their writer interned them, so they are sorted.
 template <class Kind>
 class Store {
  public:
@@ -170,7 +171,7 @@ class Store {
     for (const Value& value : valuesOf<Kind>()) {
       stored.push_back(writer_.storedAddress(stashPut(writer_, *kind.intern(value))));
     }
-    Stash::storeRemove(name_);  // for others; we have it open
+    Stash::storeRemove(name_);  // removes the name; the mapping stays valid
   }
 
   const KivStash::StoreManager::Ptr& manager() const { return manager_; }
@@ -182,6 +183,7 @@ class Store {
   const KivStash::StoreManager::Ptr manager_ = KivStash::storeManagerFactory(name_);
 };
 
+// A reader that only wants the lists.
 template <class Kind>
 void destash(benchmark::State& state) {
   const Store<Kind> store;
@@ -203,6 +205,8 @@ void wire(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * int64_t{listCount});
 }
 
+// A reader that continues with the lists of a restarted writer interns them. Each list is released
+// at once, so every interning is a miss.
 template <class Kind>
 void destashAndIntern(benchmark::State& state) {
   const Store<Kind> store;

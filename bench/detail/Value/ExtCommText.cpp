@@ -1,4 +1,9 @@
-// Each text of an extended community, beside the same text by snprintf.
+// Each text of an extended community, compared with the same text by snprintf.
+//
+//   policy      the bare numbers, for policies
+//   ui          the type and the numbers, for users; also for an address, a color and a value
+//               of unknown type
+//   diagnostic  the text of toStrep(), for traces
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -18,13 +23,14 @@ constexpr U64 routeOriginIp = 0x01030A0000010005;
 constexpr U64 color = 0x030B800000000064;
 constexpr U64 unknown = 0x0399000000001234;
 
+// The interned community of eight octets in host byte order. The table is static.
 ExtComm::PtrConst communityOf(U64 value) {
   static const auto container = Routing::Bgp::bgpParseExtCommContainerSmFactory();
   static const auto table = Routing::Bgp::extCommDedupTableFactory(container->extCommParser());
   return ExtComm::dedupContent(table.ptr(), ExtCommContent(value));
 }
 
-// `format` is a set of strepFormat flags.
+// Our text. `format` is the bits of a StrepFormat.
 template <U64 value, U8 format>
 void ours(benchmark::State& state) {
   const auto community = communityOf(value);
@@ -38,7 +44,8 @@ void oursDiagnostic(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(community->toStrep());
 }
 
-// The octets come from memory, as they do for ours.
+// The text by snprintf. DoNotOptimize keeps the content unknown to the compiler, so it cannot
+// print a constant.
 template <U64 value, auto print>
 void printed(benchmark::State& state) {
   U64 content = value;
@@ -79,6 +86,7 @@ void printDiagnostic(char* room, std::size_t size, U64 c) {
                 bits(c, 0, 0xFFFFFFFF), static_cast<unsigned long long>(c));
 }
 
+// Bits of a StrepFormat.
 constexpr U8 policyForm = 1;
 constexpr U8 uiForm = 6;
 

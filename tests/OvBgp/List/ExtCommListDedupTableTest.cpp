@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <functional>
-#include <random>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -18,7 +16,6 @@
 #include "OvBgp/Parse/ExtComm.h"
 #include "OvBgp/ValueTable/ExtCommDedupTable.h"
 #include "tests/OvBgp/Value/ExtCommValues.h"
-#include "tests/stress/Stress.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -472,66 +469,6 @@ TEST(CommListDedupTables, DumpsOfTheOthers) {
     EXPECT_EQ("  DedupTable    " + empty, dumpOf(flat, 2));
     EXPECT_EQ("  DedupTable" + empty, dumpOf(flat, atTheMargin));
   }
-}
-
-// --- Several threads ---
-
-// Interns and releases lists of few route targets and colors. Returns how many lists were wrong.
-int work(const ListTables& tables, unsigned seed) {
-  std::mt19937 random(seed);
-  std::array<ExtCommList::PtrConst, 3> held;
-  int wrong = 0;
-  for (int step = 0; step < 4000; ++step) {
-    std::vector<U64> of;
-    const U64 targets = random() % 4;
-    for (U64 i = 0; i < 2; ++i) {
-      if ((targets >> i & 1) != 0) of.push_back(routeTargetA + i);
-    }
-    of.push_back(colorA + random() % 3);
-    ExtCommList::PtrConst list = tables.intern(of);
-    if (!list->isDeduped() || list->comms() != of.size()) ++wrong;
-    held[random() % held.size()] = std::move(list);
-  }
-  return wrong;
-}
-
-void inThreads(const ListTables& tables) {
-  std::array<int, 4> wrong{};
-  Stress::inThreads(4, [&](unsigned i) { wrong[i] = work(tables, i + 1); });
-  EXPECT_EQ((std::array<int, 4>{}), wrong);
-}
-
-// The observer compares its copy of the collection with the collection. It also keeps some
-// notifiers for a while and interns values, as real observers do.
-TEST(ExtCommListDedupTableStress, TheCollectionFollowsWhatThreadsIntern) {
-  const Stress::Threaded on;
-  {
-    const ListTables tables;
-    const auto collection = tables.lists->notifyingRtExtCommListCollection();
-    SubListObserver observer(collection);
-    std::array<Notifier::Ptr, 4> kept;
-    std::array<ExtComm::PtrConst, 4> keptValues;
-    std::size_t turn = 0;
-    int wrong = 0;
-    observer.handler = [&](const Notifier::Ptr& notifier, bool) {
-      if (observer.present.size() != collection->rtExtCommList().size()) ++wrong;
-      if (notifier->toStrep().empty()) ++wrong;
-      ++turn;
-      keptValues[turn % keptValues.size()] = tables.comm(colorA + turn % 7);
-      kept[turn % kept.size()] = turn % 3 == 0 ? notifier : nullptr;
-    };
-    inThreads(tables);
-    EXPECT_EQ(0, wrong);
-    EXPECT_LT(0, observer.came);
-    EXPECT_EQ(observer.came, observer.went);
-    EXPECT_TRUE(observer.present.empty());
-    EXPECT_EQ(0U, collection->rtExtCommList().size());
-    for (const auto& notifier : kept) EXPECT_TRUE(!notifier || !notifier->toStrep().empty());
-    kept = {};
-    keptValues = {};
-    EXPECT_EQ(0U, tables.sizes());
-  }
-  EXPECT_EQ(0U, objectsAlive());
 }
 
 }  // namespace

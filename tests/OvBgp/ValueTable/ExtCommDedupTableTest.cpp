@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <functional>
-#include <random>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -14,7 +12,6 @@
 #include "OvBgp/ExtCommIp6DedupTable.h"
 #include "OvBgp/Parse/ExtComm.h"
 #include "tests/OvBgp/Value/ExtCommValues.h"
-#include "tests/stress/Stress.h"
 
 namespace Routing::Bgp {
 namespace {
@@ -283,58 +280,6 @@ TEST_F(ExtCommIp6DedupTableTest, MembersAreListedAndObserved) {
   table_->lifeTimeNotifieeIs(nullptr);
   (void)intern(0, 12);
   EXPECT_EQ(1, counter->members);
-}
-
-// --- Several threads ---
-
-// Interns and releases six values in random order, so that the threads' last releases, lookups and
-// new insertions of the same value coincide. `intern(i)` interns value i. Returns the number of
-// wrong results.
-template <class Intern>
-int work(unsigned seed, const Intern& intern) {
-  std::mt19937 random(seed);
-  std::array<ExtComm::PtrConst, 3> held;
-  int wrong = 0;
-  for (int step = 0; step < 20000; ++step) {
-    const U32 i = static_cast<U32>(random() % 6);
-    ExtComm::PtrConst got = intern(i);
-    if (!got->isDeduped() || got != intern(i)) ++wrong;
-    held[random() % held.size()] = std::move(got);
-  }
-  return wrong;
-}
-
-// The observer interns value 0 again whenever it is removed, and releases it whenever value 1 is
-// added. Its own copy of the set must always have the size of the table's set.
-TEST(ExtCommDedupTableStress, TheListFollowsWhatThreadsIntern) {
-  const Stress::Threaded on;
-  const auto parser = bgpParseExtCommContainerSmFactory();
-  const auto table = extCommDedupTableFactory(parser->extCommParser());
-  const auto valueOf = [](U32 i) { return i == 5 ? colorA : routeTargetA + i; };
-  const auto intern = [&](U32 i) {
-    return ExtComm::dedupContent(table.ptr(), ExtCommContent(valueOf(i)));
-  };
-  TargetObserver observer(table);
-  ExtComm::PtrConst kept;
-  bool finished = false;  // written after the threads have ended, so no atomic is needed
-  int wrong = 0;
-  observer.handler = [&](U64 value, bool isThere) {
-    if (observer.present.size() != table->producerRtList()->rt().size()) ++wrong;
-    if (value == valueOf(0) && !isThere && !finished) kept = intern(0);
-    if (value == valueOf(1) && isThere) ExtComm::PtrConst().swap(kept);
-  };
-  std::array<int, 4> wrongByThread{};
-  Stress::inThreads(4, [&](unsigned i) { wrongByThread[i] = work(i + 1, intern); });
-  EXPECT_EQ((std::array<int, 4>{}), wrongByThread);
-  finished = true;
-  EXPECT_EQ(0, wrong);
-  EXPECT_EQ(kept ? 1U : 0U, table->size());
-  EXPECT_EQ(table->size(), table->producerRtList()->rt().size());
-  kept = nullptr;
-  EXPECT_EQ(0U, table->size());
-  EXPECT_TRUE(observer.present.empty());
-  EXPECT_EQ(0U, table->producerRtList()->rt().size());
-  EXPECT_EQ(observer.came, observer.went);
 }
 
 }  // namespace

@@ -3,29 +3,17 @@
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <memory>
 #include <sstream>
+
+#include "tests/Texts.h"
+#include "tests/tools/commands/Outcome.h"
 
 namespace CommTool {
 namespace {
 
-struct Shown {
-  ExitStatus status;
-  std::string out;
-  std::string errors;
-};
-
-Shown show(const ShowOptions& options) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
-  std::ostringstream errors;
-  const ExitStatus status = runShow(options, fileno(file.get()), errors);
-  std::string out(static_cast<std::size_t>(::lseek(fileno(file.get()), 0, SEEK_END)), '\0');
-  EXPECT_EQ(::pread(fileno(file.get()), out.data(), out.size(), 0),
-            static_cast<ssize_t>(out.size()));
-  return {status, out, errors.str()};
+Outcome show(const ShowOptions& options) {
+  return outcomeOf([&](int out, std::ostream& e) { return runShow(options, out, e); });
 }
 
 std::string lineOf(const std::string& name, const std::string& value) {
@@ -49,7 +37,7 @@ TEST(ShowCommand, NamesClassAndTexts) {
             "TunnelEncap:tunnelTypeUnknown-99"},
         Row{"0x000220010db8000000000000000000000001000A", "ExtCommIp6Subtyped", "2001:db8::1:10",
             "0002-IP6:2001:db8::1:10"}}) {
-    const Shown shown = show({{row.value}});
+    const Outcome shown = show({{row.value}});
     EXPECT_EQ(ExitStatus::fine, shown.status);
     for (const std::string& line :
          {lineOf("class", row.className), lineOf("text classification", row.classification),
@@ -62,7 +50,7 @@ TEST(ShowCommand, NamesClassAndTexts) {
 TEST(ShowCommand, ReadsEveryKindAndHonoursFlags) {
   ShowOptions options{{"65535:65281", "0xFFFF0000", "4200000000:7:8", "0x0202fa56ea000007"}};
   options.asdot = true;
-  const Shown shown = show(options);
+  const Outcome shown = show(options);
   for (const std::string& line : {lineOf("well_known", "no-export"), lineOf("well_known", "GSHUT"),
                                   lineOf("text policy", "64086.59904:7:8"),
                                   lineOf("text ui", "Route-Target-AS4:64086.59904:7")}) {
@@ -144,33 +132,16 @@ TEST(ShowCommand, ReadsNamesInAnyCase) {
 }
 
 TEST(ShowCommand, TerminalsGetNoControlOctets) {
-  const Shown shown = show({{"0x001b20010db8000000000000000000000001000a"}});
+  const Outcome shown = show({{"0x001b20010db8000000000000000000000001000a"}});
   EXPECT_NE(std::string::npos, shown.out.find("type=\\x00;subtype=\\x1b;")) << shown.out;
 }
 
 TEST(ShowCommand, RefusesWhatIsNoCommunityAndShowsNothing) {
-  for (const char* bad : {"",
-                          "x",
-                          "no export",
-                          "noexport",
-                          "1",
-                          "1:",
-                          ":1",
-                          "1:65536",
-                          "65536:1",
-                          "-1:1",
-                          "1: 1",
-                          "1:1:",
-                          "1:2:3:4",
-                          "4294967296:1:1",
-                          "0x",
-                          "0x1",
-                          "0x000000001",
-                          "0xzz00000000000000",
-                          "0x+00000000000000f",
-                          "0x00022001-db8000000000000000000000001000a",
-                          "00000001"}) {
-    const Shown shown = show({{"1:1", bad}});
+  for (const std::string& bad :
+       Texts::split("|x|no export|noexport|1|1:|:1|1:65536|65536:1|-1:1|1: 1|1:1:|1:2:3:4|"
+                    "4294967296:1:1|0x|0x1|0x000000001|0xzz00000000000000|0x+00000000000000f|"
+                    "0x00022001-db8000000000000000000000001000a|00000001")) {
+    const Outcome shown = show({{"1:1", bad}});
     EXPECT_EQ(ExitStatus::wrongUsage, shown.status) << bad;
     EXPECT_EQ("", shown.out) << bad;
     EXPECT_NE(std::string::npos, shown.errors.find("expected AS:local")) << bad;

@@ -149,9 +149,14 @@ TEST(StoreCommand, RemovesStoresAndNothingElse) {
   write({.name = name.text(), .files = samples});
   EXPECT_EQ(ExitStatus::fine, remove(name.text()).status);
   EXPECT_EQ(ExitStatus::impossible, remove(name.text()).status);
-  const TempFile other(std::vector<U8>(100, 'x'));
-  EXPECT_EQ(ExitStatus::impossible, remove(other.path()).status);
-  EXPECT_EQ(100U, other.contents().size());
+  for (const std::vector<U8>& octets : {std::vector<U8>(100, 'x'), {}, std::vector<U8>(4096)}) {
+    const TempFile other(octets);
+    const Outcome refused = remove(other.path());
+    EXPECT_EQ(ExitStatus::impossible, refused.status);
+    EXPECT_NE(refused.errors.npos, refused.errors.find("not a store")) << refused.errors;
+    EXPECT_EQ(octets.size(), other.contents().size());
+    EXPECT_EQ(0, ::access(other.path().c_str(), F_OK));
+  }
 }
 
 TEST(StoreCommand, WhatCannotBeDoneIsSaid) {
@@ -194,18 +199,58 @@ TEST(StoreCommand, AStoreOfAnotherMakerMayLie) {
             listLines(outcome.out));
   EXPECT_EQ(1U, figure(outcome.out, "  lists marked sorted but unsorted"));
   EXPECT_EQ(1U, figure(outcome.out, "  distinct lists in the last walk"));
+  EXPECT_NE(outcome.errors.npos, outcome.errors.find("marked sorted but unsorted: 1\n"));
+}
+
+// Overwrites the octets of a file.
+template <class T>
+void overwrite(const TestName& name, std::size_t at, const T& value) {
+  std::fstream file(name.text(), std::ios::in | std::ios::out | std::ios::binary);
+  file.seekp(static_cast<std::streamoff>(at));
+  file.write(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+// The offset of one of the first records in a store.
+constexpr std::size_t recordAt(std::size_t index) {
+  return Stash::firstDirectoryBlock + offsetof(Stash::DirectoryBlock, images) +
+         index * sizeof(Stash::StoredImage);
+}
+
+// Forty lists have the same elements, a third of the store, which a true store cannot have. In the
+// other store, the writer seems to have died while it changed forty lists.
+TEST(StoreCommand, SaysWhyAStoreIsNotSound) {
+  const TestName name(true);
+  const TestName other(true);
+  for (const TestName* const store : {&name, &other}) {
+    StoreTest::StoreWriter writer(store->name(), {0, 8192});
+    const std::vector<U32> comms(700, 7);
+    for (std::size_t i = 0; i < 40; ++i) {
+      const auto elements = std::span<const U32>(comms).first(i == 0 ? comms.size() : 1);
+      writer.putList(StoreTest::standardList, false, elements);
+    }
+  }
+  Stash::StoredImage first;
+  std::ifstream file(name.text(), std::ios::binary);
+  file.seekg(static_cast<std::streamoff>(recordAt(0)));
+  file.read(reinterpret_cast<char*>(&first), sizeof first);
+  for (std::size_t i = 0; i < 40; ++i) {
+    overwrite(name, recordAt(i), first);
+    overwrite(other, recordAt(i), U32{5});
+  }
+  const Outcome shared = read(name.text());
+  EXPECT_EQ(ExitStatus::damaged, shared.status);
+  EXPECT_NE(shared.errors.npos, shared.errors.find("lists share their elements")) << shared.errors;
+  EXPECT_GE(8192U * 2 / sizeof(U32), figures(shared.out, "  communities of all lists"));
+  const Outcome changing = read(other.text());
+  EXPECT_EQ(ExitStatus::damaged, changing.status);
+  EXPECT_NE(changing.errors.npos, changing.errors.find("always being changed: 40;"));
 }
 
 TEST(StoreCommand, OneDamagedListLeavesTheOthers) {
   const TestName name(true);
   write({.name = name.text(), .files = samples});
   const std::size_t lists = listLines(read(name.text()).out).size();
-  std::fstream file(name.text(), std::ios::in | std::ios::out | std::ios::binary);
-  const U32 absurd = 0xFFFFFFF0;
-  file.seekp(Stash::firstDirectoryBlock + offsetof(Stash::DirectoryBlock, images) +
-             offsetof(Stash::StoredImage, count));
-  file.write(reinterpret_cast<const char*>(&absurd), sizeof absurd);
-  file.close();
+  overwrite(name, recordAt(0) + offsetof(Stash::StoredImage, count), U32{0xFFFFFFF0});
   const Outcome outcome = read(name.text());
   EXPECT_EQ(ExitStatus::damaged, outcome.status);
   EXPECT_NE(outcome.errors.npos, outcome.errors.find("cannot be in a store")) << outcome.errors;
@@ -213,11 +258,13 @@ TEST(StoreCommand, OneDamagedListLeavesTheOthers) {
   EXPECT_EQ(1U, figure(outcome.out, "damaged"));
 }
 
-// A running process of the tool, with its output in a file.
-pid_t start(std::vector<std::string> arguments, const TempFile& out) {
+// A running process of the tool, with its output in files.
+pid_t start(std::vector<std::string> arguments, const TempFile& out,
+            const TempFile* errors = nullptr) {
   const pid_t pid = ::fork();
   if (pid != 0) return pid;
   ::dup2(out.fd(), STDOUT_FILENO);
+  if (errors) ::dup2(errors->fd(), STDERR_FILENO);
   std::string tool = OVBGP_TOOL_PATH;
   std::vector<char*> argv = {tool.data()};
   for (std::string& argument : arguments) argv.push_back(argument.data());
@@ -231,6 +278,32 @@ int end(pid_t pid, int signal) {
   if (signal != 0) ::kill(pid, signal);
   EXPECT_EQ(pid, ::waitpid(pid, &status, 0));
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+// Waits until `file` contains `text`, at most a minute.
+void awaitText(const TempFile& file, const std::string& text) {
+  const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (file.contents().find(text) == std::string::npos) {
+    ASSERT_LT(std::chrono::steady_clock::now(), until) << text;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+TEST(StoreCommand, FollowsAStoreThatIsRemovedAndMadeAnew) {
+  const TestName name;
+  const TempFile out;
+  const TempFile errors;
+  pid_t reader = 0;
+  for (U32 round = 1; round <= 2; ++round) {
+    StoreTest::StoreWriter writer(name.name());
+    writer.putList(StoreTest::standardList, true, std::span<const U32>(std::array{round}));
+    if (reader == 0)
+      reader = start({"store", "read", name.text(), "--follow", "--lists"}, out, &errors);
+    awaitText(out, "0:" + std::to_string(round) + "|||\n");
+    Stash::storeRemove(name.name());
+    awaitText(errors, round == 1 ? "waiting for a new one\n" : "reading the new store\n");
+  }
+  EXPECT_EQ(0, end(reader, SIGINT));
 }
 
 TEST(StoreCommand, TwoFollowWhatAThirdOneChurns) {

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "tests/tools/MrtBytes.h"
 #include "tools/bgp-communities/bgp/AddressText.h"
 
@@ -229,34 +227,20 @@ TEST(MrtDecoder, ReportsOneLineForDamagedRecords) {
   }
 }
 
-// Whatever part of a record is cut off or changed, decoding must end, with routes or a problem; the
-// sanitizers watch that it reads nothing else.
-TEST(MrtDecoder, SurvivesAnyBody) {
-  Bytes announcement = communities({1, 2}).add(mpReach(2, 1, v6)).add(mpUnreach(1, 2, ten));
+// A record that is cut off anywhere ends decoding with a problem. The fuzz target MrtReader changes
+// octets as well.
+TEST(MrtDecoder, SurvivesEveryCut) {
+  const Bytes announcement = communities({1, 2}).add(mpReach(2, 1, v6)).add(mpUnreach(1, 2, ten));
   const Bytes bodies[] = {
       bgp4mpHead(true).add(update(ten, announcement, eleven)),
       Bytes().u32(0).add(ten).u16(2).add(ribEntry(0, announcement)).add(ribEntry(1, announcement)),
   };
-  std::mt19937 random(1);  // NOLINT: the same run each time
   for (const Bytes& body : bodies) {
-    const auto decode = [&](const Bytes& octets) {
+    for (std::size_t length = 0; length <= body.size(); ++length) {
+      const Bytes octets(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(length));
       const Bytes record = &body == bodies ? mrt(16, 4, octets) : mrt(13, 2, octets);
-      return Decoding(peerIndex().add(record));
-    };
-    const Decoding whole = decode(body);
-    EXPECT_TRUE(whole.problems.empty()) << whole.problems.text();
-    EXPECT_NE(whole.routes(), "");
-    for (std::size_t length = 0; length < body.size(); ++length) {
-      Bytes cut = body;
-      cut.resize(length);
-      EXPECT_FALSE(decode(cut).problems.empty()) << length;
-    }
-    for (int round = 0; round < 5000; ++round) {
-      Bytes changed = body;
-      for (auto changes = 1 + random() % 3; changes > 0; --changes) {
-        changed[random() % changed.size()] = static_cast<U8>(random());
-      }
-      EXPECT_EQ(decode(changed).counts.records, 2U);
+      const Decoding decoding(peerIndex().add(record));
+      EXPECT_EQ(length == body.size(), decoding.problems.empty()) << length;
     }
   }
 }

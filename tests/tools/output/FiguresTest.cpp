@@ -46,13 +46,6 @@ Bytes routeTarget(U32 number) { return Bytes().u32(0x00020001).u32(number); }
 Bytes color(U32 number) { return Bytes().u32(0x030B0000).u32(number); }
 Bytes ip6(U16 number) { return Bytes{0x00, 0x02, 0x20, 0x01}.fill(14, 0).u16(number); }
 
-TEST_F(FiguresTest, AreZeroWithoutRoutes) {
-  const HeldFigures figures = figuresOf(held);
-  EXPECT_EQ(figures.routes, 0U);
-  EXPECT_EQ(figures.bytes, 0U);
-  EXPECT_EQ(figures.bytesUnshared(), 0U);
-}
-
 TEST_F(FiguresTest, CountPlainValues) {
   const Bytes one = Bytes().u32(1).u32(2);
   hold(3, one, {}, {}, {});

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""Checks the program with closed descriptors, full disks and unusual numbers.
+"""Checks the program with closed descriptors, full disks, little memory and unusual numbers.
 
     surroundings-test.py TOOL SAMPLE
 """
 
 import os
+import resource
 import subprocess
 import sys
 import tempfile
@@ -12,12 +13,14 @@ import tempfile
 CANNOT_WRITE = "bgp-communities: cannot write: "
 
 
-def run(command, out=subprocess.DEVNULL, closed=()):
-    """Status and messages, with the descriptors `closed` closed."""
-    def close():
+def run(command, out=subprocess.DEVNULL, closed=(), memory=None):
+    """Status and messages, with the descriptors `closed` closed and at most `memory` octets of data."""
+    def prepare():
         for descriptor in closed:
             os.close(descriptor)
-    ended = subprocess.run(command, stdout=out, stderr=subprocess.PIPE, preexec_fn=close,
+        if memory:
+            resource.setrlimit(resource.RLIMIT_DATA, (memory, memory))
+    ended = subprocess.run(command, stdout=out, stderr=subprocess.PIPE, preexec_fn=prepare,
                            timeout=60, check=False)
     return ended.returncode, ended.stderr.decode()
 
@@ -73,12 +76,27 @@ def sizes(tool, sample, store):
     return failures
 
 
+def lacking_memory(tool, sample):
+    """Expressions that need more memory than there is, to be compiled or to be matched."""
+    memory = 16 << 20
+    if run([tool, "--version"], memory=memory)[0] != 0:
+        return 0  # a sanitizer needs more to start
+    failures = 0
+    for expression, status, message in [("1", 0, ""),
+                                        ("a{1,1900}", 4, "bgp-communities: out of memory"),
+                                        ("^([0-9:]| )*[01][0-9: ]{300}x", 4,
+                                         "bgp-communities: out of memory")]:
+        got = run([tool, "mrt", "--routes", "--match", expression, sample], memory=memory)
+        failures += expect(f"--match {expression} with little memory", (status, message), got)
+    return failures
+
+
 def main():
     tool, sample = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     with tempfile.TemporaryDirectory() as folder:
         store = os.path.join(folder, "store")
         failures = (lacking_output(tool, sample) + closed_descriptors(tool, sample, store) +
-                    sizes(tool, sample, store))
+                    sizes(tool, sample, store) + lacking_memory(tool, sample))
     return 1 if failures else 0
 
 

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "Kiv/Type.h"
 #include "tests/tools/MrtBytes.h"
 #include "tools/bgp-communities/rib/RouteKey.h"
 #include "tools/bgp-communities/rib/RouteTable.h"
@@ -90,25 +89,6 @@ TEST_F(HeldRoutesTest, DropsWithoutCounting) {
   EXPECT_EQ(held.routes().size(), 1U);
   EXPECT_EQ(held.counts().announced, 2U);
   EXPECT_EQ(held.counts().withdrawn, 0U);
-}
-
-TEST(HeldRoutes, LeaveNoMemoryBehind) {
-  const auto bytes = [] {
-    U64 sum = 0;
-    Kiv::forEachType([&](const Kiv::Type& type) { sum += type.bytes(); });
-    return sum;
-  };
-  const U64 before = bytes();
-  {
-    HeldRoutes held;
-    const Nlri routes[] = {nlri(1), nlri(2)};
-    const Bytes value = Bytes().u32(1);
-    RouteBatch batch{testSeconds, RouteAction::announce, {}, {}, routes};
-    batch.communities[CommunityKind::standard] = value;
-    held.add(batch, held.tables().intern(batch.communities));
-    EXPECT_GT(bytes(), before);
-  }
-  EXPECT_EQ(bytes(), before);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 # `bgpdump -m -l`, route by route: kind of line, peer, prefix, and the sets of
 # standard and of large communities.
 #
-#   compare-with-bgpdump.sh FILE...
+#   compare_with_bgpdump.sh FILE...
 #
 # The tool is taken from $BGP_COMMUNITIES (default: bgp-communities in PATH).
 # Prints one line of figures for each file; exit status 1 if any file differs.
