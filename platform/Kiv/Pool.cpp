@@ -6,9 +6,9 @@
 #include <new>
 #include <utility>
 
+#include "Kiv/Detail/SpinLock.h"
 #include "Kiv/Private/AtFork.h"
 #include "Kiv/Private/PerThread.h"
-#include "Kiv/SpinLock.h"
 #include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"
 

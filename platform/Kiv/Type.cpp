@@ -4,10 +4,10 @@
 #include <ostream>
 #include <utility>
 
+#include "Kiv/Detail/SpinLock.h"
 #include "Kiv/Pool.h"
 #include "Kiv/Private/AtFork.h"
 #include "Kiv/Private/PerThread.h"
-#include "Kiv/SpinLock.h"
 
 namespace Kiv {
 namespace {

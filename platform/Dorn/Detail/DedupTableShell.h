@@ -9,9 +9,9 @@
 #include "Dorn/DedupBuckets.h"
 #include "Dorn/DedupHandle.h"
 #include "Dorn/DelayPoint.h"
+#include "Kiv/Detail/RecursiveLock.h"
+#include "Kiv/Detail/SpinLock.h"
 #include "Kiv/Inline.h"
-#include "Kiv/RecursiveLock.h"
-#include "Kiv/SpinLock.h"
 #include "Kiv/ThreadAnnotations.h"
 
 namespace Dorn {

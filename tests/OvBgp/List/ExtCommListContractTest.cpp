@@ -4,6 +4,7 @@
 #include <random>
 #include <sstream>
 #include <type_traits>
+#include <vector>
 
 #include "Kiv/Exception.h"
 #include "OvBgp/Value/ExtCommAsNumber.h"
@@ -147,6 +148,14 @@ TYPED_TEST(ExtCommListContract, HashIsThatOfTheAddresses) {
   EXPECT_EQ(identityHash(list->classificationListVector()), list->hash());
   const auto part = list->classificationList(extCommClassificationRouteTarget);
   EXPECT_EQ(identityHash(part->commVector()), part->hash());
+  // A lookup by the members finds the list if and only if the hash is the list's own.
+  using Value = typename TypeParam::Family::Value;
+  std::vector<const Value*> members;
+  for (const auto& comm : list->commVector()) members.push_back(comm.ptr());
+  const ExtCommListContent<Value> key(members);
+  const auto& table = *this->table_->dedupTable();
+  EXPECT_EQ(list.ptr(), table.lookupByContent(key, list->hash()).ptr());
+  EXPECT_EQ(nullptr, table.lookupByContent(key, list->hash() + 1));
   // Only sub-lists of eight-octet communities must be sorted.
   using Part = typename TypeParam::Family::ClassificationList;
   const typename Part::Ptr unsorted(new Part(extCommClassificationRouteOrigin));

@@ -1,4 +1,4 @@
-#include "Kiv/RecursiveLock.h"
+#include "Kiv/Detail/RecursiveLock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Kiv/SpinLock.h"
+#include "Kiv/Detail/SpinLock.h"
 
 #include <gtest/gtest.h>
 #include <pthread.h>

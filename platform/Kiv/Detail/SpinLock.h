@@ -1,6 +1,6 @@
 // A spin lock of one octet, for critical sections of a few dozen instructions.
-#ifndef KIV_SPINLOCK_H
-#define KIV_SPINLOCK_H
+#ifndef KIV_DETAIL_SPINLOCK_H
+#define KIV_DETAIL_SPINLOCK_H
 
 #include <sched.h>
 #include <time.h>

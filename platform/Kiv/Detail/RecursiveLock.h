@@ -1,11 +1,11 @@
 // A recursive lock, for critical sections of up to some microseconds that may lock it again.
-#ifndef KIV_RECURSIVELOCK_H
-#define KIV_RECURSIVELOCK_H
+#ifndef KIV_DETAIL_RECURSIVELOCK_H
+#define KIV_DETAIL_RECURSIVELOCK_H
 
 #include <atomic>
 #include <mutex>
 
-#include "Kiv/SpinLock.h"
+#include "Kiv/Detail/SpinLock.h"
 #include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"
 
