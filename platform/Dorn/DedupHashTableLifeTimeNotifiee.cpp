@@ -1,6 +1,7 @@
 #include "Dorn/DedupHashTableLifeTimeNotifiee.h"
 
 #include "Dorn/DedupHashTable.h"
+#include "Dorn/DelayPoint.h"
 
 namespace Dorn {
 
@@ -9,9 +10,11 @@ namespace Dorn {
 // observer is unregistered, and the second call destroys it. The table stops this observer only:
 // another one may have been registered since.
 void DedupHashTableLifeTimeNotifiee::zeroReferencesIs() noexcept {
-  if (!table_) return PtrInterface::zeroReferencesIs();
+  DedupHashTable* const table = table_;
+  if (!table) return PtrInterface::zeroReferencesIs();
   const Ptr self(this);
-  table_->notifieeDel(*this);
+  delayAt(DelayPoint::unregister);
+  table->notifieeDel(*this);
 }
 
 }  // namespace Dorn

@@ -21,6 +21,7 @@ enum class DelayPoint : U8 {
   lock,          // before a shard's lock is taken
   unlink,        // under the shard's lock: a member without users is about to be removed
   notification,  // under the notification lock: after a change, before its notice
+  unregister,    // an observer without references is about to be unregistered
 };
 
 #ifdef OVBGP_DELAYS

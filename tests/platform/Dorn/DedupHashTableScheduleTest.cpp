@@ -102,6 +102,30 @@ TEST(DedupHashTableSchedule, ObserverIsRegisteredWhileTheLastReleaseWaits) {
   table->lifeTimeNotifieeDel();
 }
 
+// An observer has lost its last reference and is about to be unregistered, when another observer is
+// registered in its place. That one stays.
+void succeed(Dorn::DelayPoint point) {
+  if (point != Dorn::DelayPoint::unregister) return;
+  Dorn::delayHook = nullptr;
+  visited->lifeTimeNotifieeIs(Dorn::DedupHashTableLifeTimeNotifiee::Ptr(visitor));
+}
+
+TEST(DedupHashTableSchedule, EndOfAnObserverLeavesItsSuccessorRegistered) {
+  const ThreadSafePointers on;
+  const auto table = newTable(true);
+  Kiv::Ptr<Visitor> former(new Visitor);
+  const Kiv::Ptr<Visitor> successor(new Visitor);
+  table->lifeTimeNotifieeIs(former);
+  visited = table.ptr();
+  visitor = successor.ptr();
+  Dorn::delayHook = succeed;
+  former = nullptr;
+  intern(table, 1);
+  EXPECT_EQ(1U, successor->came);
+  EXPECT_EQ(1U, successor->went);
+  table->lifeTimeNotifieeDel();
+}
+
 // A release has seen a member and is about to lock the shard, when the table is destroyed, and
 // perhaps the next table takes the shell.
 Kiv::Ptr<Dorn::DedupHashTable>* dying = nullptr;

@@ -300,12 +300,18 @@ TEST_P(DedupHashTableTest, ValueInternedAgainDuringItsRemovalIsANewObject) {
 TEST_P(DedupHashTableTest, InsertionThatTheObserverRefusesIsUndone) {
   const Observer::Ptr observer = observe(table_);
   observer->throwOnInsert = true;
-  const Number::Ptr handle = Number::make(4);
+  Number::Ptr handle = Number::make(4);
   EXPECT_THROW(table_->dedup(handle), std::runtime_error);
   EXPECT_EQ(0U, table_->size());
   EXPECT_EQ(1U, handle->references());
   observer->throwOnInsert = false;
   EXPECT_EQ(handle, table_->dedup(handle));
+  // A removal cannot be undone, so it stands.
+  observer->onRemove = [](U32) { throw std::runtime_error("refused"); };
+  handle = nullptr;
+  EXPECT_EQ(0U, table_->size());
+  EXPECT_EQ(0, Number::alive);
+  observer->onRemove = nullptr;
 }
 
 TEST_P(DedupHashTableTest, NotifierReferenceRaisesTheIdleCount) {
@@ -377,6 +383,9 @@ TEST(DedupHashTable, MembersFindTheirTableAmongAnyNumberOfOthers) {
 }
 
 TEST(DedupHandleDeathTest, MisuseStopsTheProcess) {
+  EXPECT_DEATH(
+      newTable(true),
+      "multiThreaded\\(\\) \\|\\| Kiv::VFPtrInterface::threadSafePointers.*Dorn/DedupHashTable");
   const auto table = newTable();
   const auto observer = observe(table);
   Number* detached = nullptr;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <random>
@@ -147,5 +148,15 @@ TEST(Type, CountsExactlyWhateverThreadsDo) {
   EXPECT_EQ(0U, type.objects());
   EXPECT_EQ(0U, type.bytes());
 }
+
+#ifdef __SANITIZE_ADDRESS__
+// In a build with AddressSanitizer, the pool marks free pieces as not to be touched.
+TEST(PoolDeathTest, UseOfAFreePieceIsReported) {
+  if (!std::getenv("KIV_POOLED")) GTEST_SKIP() << "the sanitizer's own allocator is in use";
+  auto* const piece = static_cast<U8*>(Kiv::poolNew(64));
+  Kiv::poolDelete(piece, 64);
+  EXPECT_DEATH(*static_cast<volatile U8*>(piece + 32) = 1, "use-after-poison");
+}
+#endif
 
 }  // namespace
