@@ -1,21 +1,20 @@
 #!/usr/bin/env python3
 """Checks which of our files include which.
 
-An include points down the floors or stays in its own room. No two files include
-each other, directly or around a circle. Every quoted include is a file of ours. A
-header in a folder named Private is included only by sources of the same floor
-group (its top folder) and by what stands outside the house.
+A file includes only files of its own room and of rooms that precede it. No two files
+include each other, directly or around a circle. Every quoted include is a file of
+ours. A header in a folder named Private is included only by sources under the same
+top folder, and by files outside the rooms.
 """
 
 import pathlib
 import re
 import sys
 
-# The rooms, lowest first. A file belongs to the longest of these folders that holds
-# it, and may include only its own room and rooms that stand before it in this list.
-# The headers directly in OvBgp/ and OvBgp/Parse/ are the library's face: umbrellas,
-# which stand above all rooms. Tests, benchmarks and examples stand outside the house
-# and may look into all of it.
+# The rooms, in order. A file belongs to the longest of these folders that contains it, and
+# may include only files of its own room and of rooms before it in this list. The headers
+# directly in OvBgp/ and OvBgp/Parse/ are the library's public face, which is after all its
+# rooms. Tests, benchmarks and examples are outside the rooms and may include everything.
 FLOORS = [
     "platform",
     "BgpCommon",
@@ -47,7 +46,7 @@ INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]+)"|<([^>]+)>)', re.M
 
 
 def room(path):
-    """The longest folder of FLOORS that holds PATH, or None outside the house."""
+    """The longest folder of FLOORS that contains PATH, or None outside the rooms."""
     for folder in path.parents:
         if str(folder) in FLOORS:
             return str(folder)

@@ -63,9 +63,9 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
   // An empty list. Users call commListFactory() instead.
   CommList() noexcept = default;
 
-  // Whether NO_EXPORT is a member (RFC 1997). One load, as for the two questions below:
-  // the answers are computed when the list is interned. Requires: the list is interned,
-  // or once was.
+  // Whether NO_EXPORT is a member (RFC 1997). This function and the next two cost one load, because
+  // the answers are computed when the list is interned. Requires: the list is interned, or once
+  // was.
   bool noExport() const;
   // Whether NO_ADVERTISE is a member (RFC 1997). Requires: as noExport.
   bool noAdvertise() const;
@@ -80,8 +80,8 @@ class OV_EXPORT CommList final : public ValueList<CommListFamily> {
   // `community` as "AS:local", both numbers in decimal.
   static Kiv::String getStringValue(U32 community);
 
-  // Appends the members to `to` in list order, separated by one blank. A member is written
-  // by its name if it has one, else as numbers.
+  // Appends the members to `to` in list order, separated by one blank. A member that has a name is
+  // written by this name, any other member as numbers.
   void appendText(OvFmt::DynamicBufferInterface& to) const;
 
   // Whether `regex` matches the text of the list. Two texts are tried: all members as

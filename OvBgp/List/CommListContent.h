@@ -10,10 +10,10 @@
 
 namespace Routing::Bgp {
 
-// A key that looks up a plain list in its table without building a list first: the value of
-// a COMMUNITIES or LARGE_COMMUNITY attribute, as big-endian words, one or three for each
-// community. Does not own the octets, which must outlive the key. If the communities do not
-// ascend strictly, no list matches, because the members of interned lists do.
+// A key that looks up a plain list in its table without building a list first. It is the value of a
+// COMMUNITIES or LARGE_COMMUNITY attribute, as big-endian words, one or three for each community.
+// Does not own the octets, which must outlive the key. If the communities do not ascend strictly,
+// no list matches, because the members of interned lists do.
 class OV_EXPORT CommListContent : public Dorn::DedupContentHandle {
  public:
   // A key of `octets`. Requires: their number is a multiple of four.
@@ -21,7 +21,7 @@ class OV_EXPORT CommListContent : public Dorn::DedupContentHandle {
 
   // The octets that were given to the constructor.
   std::span<const U8> octets() const noexcept { return octets_; }
-  // The hash to look up: the same as ValueList::probeHash() of a list with this content.
+  // The hash to look up. It equals ValueList::probeHash() of a list with this content.
   U32 probeHash() const noexcept;
 
  private:

@@ -36,7 +36,7 @@ class OV_EXPORT ExtCommIp6List final : public ExtCommListBase<ExtCommIp6Family> 
   const ExtCommVector<ExtCommIp6>& comms() const noexcept { return commVector(); }
   // The member with this content, or null; a binary search. Requires: sorted.
   ExtCommIp6::PtrConst comm(const ExtCommIp6Content& content) const;
-  // The same as comm, under the name that lists of eight octets have for it.
+  // Returns what comm() returns. Lists of eight octets have this name for it.
   ExtCommIp6::PtrConst lookupExtComm(const ExtCommIp6Content& content) const {
     return comm(content);
   }
@@ -51,8 +51,8 @@ class OV_EXPORT ExtCommIp6List final : public ExtCommListBase<ExtCommIp6Family> 
   // `includeNonTransitive`, the transitive ones. An empty string if there are none.
   //
   // Requires: fitsAttribute(includeNonTransitive); a list that was made of a received attribute
-  // always fits. The transitive members are known once the list is interned; before, they
-  // count as none. All members require that the list is sorted.
+  // always fits. Without `includeNonTransitive`, the list must be interned, because the transitive
+  // members are counted then. With it, the list must be sorted.
   Kiv::String serialize(bool includeNonTransitive) const;
   // Whether these members fit in one path attribute. Without `includeNonTransitive`, false for a
   // list that was never interned, because its transitive members are not counted yet. With it,

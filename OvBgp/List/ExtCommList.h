@@ -143,12 +143,12 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
 
   // A copy of members and sub-lists that belongs to the caller, who may edit and observe it.
   Kiv::Ptr<ExtCommListSnapshot> commSnapshot() const;
-  // The same as commSnapshot(), under the second name that the interface gives it.
+  // Returns what commSnapshot() returns. The interface has both names.
   Kiv::Ptr<ExtCommListSnapshot> snapshot() const;
 
   // Rebuilds a list from its image at address `stored` of a shared-memory store, for reading
   // only. The list is sorted and has its texts, and it can be written with Serialization::all.
-  // It was never interned, so classificationList() stops the process, and without `all`
+  // The list was never interned, so classificationList() stops the process, and without `all`
   // serialize() writes nothing and fitsAttribute() is false. Its members are plain ExtComm
   // objects, so isBetterThan() of an interned link bandwidth stops the process if given one of
   // them; do not mix them in one list. dedupDestashed makes an interned list, which has none of
@@ -159,13 +159,13 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
   template <class>
   friend class ExtCommListBase;
 
-  // The following functions are hooks that ExtCommListBase calls while it groups the members.
-  // They compute the flags. This one: the members have been sorted.
+  // The following functions are hooks that ExtCommListBase calls while it groups the members. They
+  // compute the flags. The first hook is called when the members have been sorted.
   void commVectorSortedIs() noexcept { commVectorAttrs_.sortedIs(true); }
   // Grouping begins, perhaps once more.
   void groupingStarts() noexcept;
-  // The member `comm` was added to a sub-list. Most values are plain, and nothing is recorded
-  // of them, which isPlain() says without a virtual call.
+  // The member `comm` was added to a sub-list. Most values are plain, and nothing is recorded of
+  // them. isPlain() says so without a virtual call.
   void commGrouped(const ExtComm& comm, bool dedupMode) {
     if (!comm.isPlain()) commAsked(comm, dedupMode);
   }
@@ -181,7 +181,7 @@ class OV_EXPORT ExtCommList final : public ExtCommListBase<ExtCommFamily> {
 enum class MatchMode : U8 {
   // The members' texts as in policies.
   policy = 0,
-  // The same texts, each with its classification in front.
+  // The texts of `policy`, each with its classification in front.
   classification = 1,
   // The user-interface texts of those members that policies match by that text.
   ui = 2,

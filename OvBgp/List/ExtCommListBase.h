@@ -31,9 +31,9 @@ namespace Routing::Bgp {
 // interned one by one. The list holds them in ascending order and also groups them, by
 // classification (route targets, colors ...), into sub-lists, which are interned as well.
 //
-// Sub-lists have two purposes. Routes that differ in one classification still share the
-// sub-lists of the other ones. And policies ask for members by classification; the
-// sub-list is the answer, without a search or a copy.
+// Sub-lists have two purposes. Routes that differ in one classification still share the sub-lists
+// of the other classifications. And policies ask for members by classification; the sub-list is the
+// answer, without a search or a copy.
 //
 // Life of a list: one thread builds it with commIs and its siblings, in any order, and may
 // append a value twice. `dedup` sorts, groups and interns the list. From then on the list is
@@ -41,7 +41,7 @@ namespace Routing::Bgp {
 // sub-lists are the same objects. Two equal sub-lists are always one object, so comparing
 // addresses is enough.
 //
-// A list that dedupComms made is one piece of memory for everything. For a list of n members
+// A list that dedupComms made is one allocation with its two arrays. For a list of n members
 // in k places for sub-lists, with offsets in octets on x86-64:
 //
 //      0   vtable, reference count, table number, state   (Dorn::DedupHandle)
@@ -104,11 +104,11 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   // Sorts the members ascending by content and drops repeated ones. Changes nothing in a list
   // that is sorted, so also nothing in an interned list.
   void sortComms();
-  // Sorts the members and groups them into sub-lists. With `dedupMode`, the list will be
-  // interned, and everything that it records about its members is computed. Without it, the
-  // list is only for reading: its sub-lists are never interned. Call this once: a second
-  // call appends each member to its sub-list again. Throws std::bad_alloc. Requires: the list
-  // was never interned.
+  // Sorts the members and groups them into sub-lists. With `dedupMode`, the list will be interned,
+  // and everything that it records about its members is computed. Without it, the list is only for
+  // reading, and its sub-lists are never interned. Call this once, because a second call appends
+  // each member to its sub-list again. Throws std::bad_alloc. Requires: the list was never
+  // interned.
   void createClassificationListVector(bool dedupMode);
 
   // Sorts, groups and interns this list. Returns this list, or the equal list that is already
@@ -132,7 +132,7 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   static ListPtr dedupAttributeValue(const ListTable* table, const ValueTable* values,
                                      std::span<const U8> octets);
   // Returns the interned list with the same communities as `destashed`, which was rebuilt
-  // from a store. Only the contents of its members are used: each of them is interned by
+  // from a store. Only the contents of its members are used. Each of them is interned by
   // Value::dedupContent, so that the rule tree chooses class and classification. Therefore
   // `destashed` need not be sorted, and its stored classifications may be wrong. It is not
   // changed. Throws as dedupComms.
@@ -178,8 +178,8 @@ class OV_EXPORT ExtCommListBase : public Family::ListHandle {
   // Whether the members are those of `key`, an ExtCommListContent. For interned lists this is
   // equivalent to compare(), because the members determine the sub-lists.
   bool compareByContent(const Dorn::DedupContentHandle& key) const override;
-  // The hash that the table probes with: of the members' whole addresses, keyed per process.
-  // The members themselves are not read.
+  // The hash that the table probes with. It is computed from the members' whole addresses, without
+  // reading the members, and is keyed per process.
   U32 probeHash() const override;
 
   // Destroys the list and frees its memory; called when the last reference is dropped.

@@ -16,7 +16,7 @@ namespace Routing::Bgp {
 //
 // Sub-lists of route targets have a hash table of their own. From the constructor on, an
 // observer of it gives each of these sub-lists a notifier and keeps the notifiers in a
-// collection, notifyingRtExtCommListCollection(). So users can observe which sets of route
+// collection, notifyingRtExtCommListCollection(). Users can thus observe which sets of route
 // targets are in use.
 //
 // Threads. The collection changes, and its observers run, under the notification lock of the
@@ -24,13 +24,13 @@ namespace Routing::Bgp {
 // several threads, read the collection only from such an observer. Only one thread may set
 // up and stop notification.
 //
-// Observers may intern and release sub-lists of the same table, and values. An observer that
-// is notified of a removal finds the sub-list neither in the collection nor in the table. If
-// it interns an equal sub-list, that is a new object with a notifier of its own, which stays
-// in the collection. An observer that throws while it is notified of an insertion undoes the
-// insertion. What it throws while it is notified of a removal is traced.
+// Observers may intern and release sub-lists of the same table, and values. An observer that is
+// notified of a removal finds the sub-list neither in the collection nor in the table. If it
+// interns an equal sub-list, the result is a new object with a notifier of its own, which stays in
+// the collection. An observer that throws while it is notified of an insertion undoes the
+// insertion. An exception that it throws on a removal is traced.
 //
-// The end. Destroying the table leaves lists alive that users still hold; they are no longer
+// The end. If the table is destroyed, lists that users still hold stay alive. They are no longer
 // interned, and the collection becomes empty. Notification also stops when the observer is
 // destroyed, or by lifeTimeNotifieeDel() of the route-target table.
 class OV_EXPORT ExtCommListDedupTable final : public ExtCommListDedupTableBase {
@@ -61,8 +61,8 @@ class OV_EXPORT ExtCommListDedupTable final : public ExtCommListDedupTableBase {
     return rtExtCommListLifeTimeNotifiee_;
   }
 
-  // Replaces the collection by a new, empty one, and returns it. A registered observer goes on
-  // to maintain the former collection. Throws std::bad_alloc.
+  // Replaces the collection by a new, empty one, and returns it. A registered observer continues to
+  // maintain the former collection. Throws std::bad_alloc.
   const NotifyingRtExtCommListCollection::Ptr& notifyingRtExtCommListCollectionIs();
   // Drops the reference to the collection, which lives on while its observer does.
   void notifyingRtExtCommListCollectionDel();

@@ -9,7 +9,7 @@
 
 namespace Routing::Bgp {
 
-// Two hash tables: one of the lists, which is inherited, and one of their sub-lists. A list
+// Has two hash tables, the inherited one of the lists and one of their sub-lists. A list
 // holds references to its sub-lists, and a sub-list to its values. When the last user releases
 // a list, list, sub-lists and values therefore leave their tables one after the other.
 //

@@ -66,8 +66,8 @@ class OV_EXPORT LargeCommList final : public ValueList<LargeCommListFamily> {
 
   // The text of `community`: its three words in decimal, joined by colons.
   static Kiv::String getStringValue(const Acl::CommunityValue& community);
-  // The same text if `asdot` is false. With `asdot`, a global administrator above 65535 is
-  // written as two 16-bit numbers joined by a period (RFC 5396, section 2).
+  // The text of getStringValue() if `asdot` is false. With `asdot`, a global administrator above
+  // 65535 is written as two 16-bit numbers joined by a period (RFC 5396, section 2).
   static Kiv::String displayString(const Acl::CommunityValue& community, bool asdot);
 
   // Appends the members to `to` in list order, without asdot, separated by one blank.

@@ -2,7 +2,7 @@
 //
 // An interned list never changes, so the result of a match on it does not change either.
 // A policy that runs the same match on many routes can compute the result once per list.
-// The lists themselves cache nothing: each call of their operations computes its answer.
+// The lists themselves cache nothing; each call of their operations computes its answer.
 #ifndef OVBGP_LIST_PERLIST_H
 #define OVBGP_LIST_PERLIST_H
 
@@ -35,9 +35,9 @@ class PerList {
   // length of a string.
   static constexpr std::size_t longText = 4096;
 
-  // The answer for `list`. If it is not in the cache, `make(list)` computes it. The
-  // reference is valid until the next call of a function that is not const. Throws what
-  // `make` throws, and std::bad_alloc; no answer is stored then.
+  // The answer for `list`. If it is not in the cache, `make(list)` computes it. The reference is
+  // valid until the next call of a function that is not const. Throws the exceptions of `make`, and
+  // std::bad_alloc; no answer is stored then.
   template <class List, class Make>
   const Answer& of(const List& list, const Make& make) {
     const auto found = entries_.find(&list);
@@ -63,7 +63,7 @@ class PerList {
     Answer answer;
   };
 
-  // The references to a list that nobody else uses: one by its table, one by the entry.
+  // The references to a list that nobody else uses. Its table owns one, the entry the other.
   static constexpr U32 idleReferences = 2;
 
   // Answers without a size, such as bool, are always kept.

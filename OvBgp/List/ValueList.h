@@ -2,9 +2,8 @@
 // communities (RFC 8092). Users include OvBgp/List/CommList.h or
 // OvBgp/List/LargeCommList.h.
 //
-// The names of three operations are given by the interface and are short for what
-// they do: `commIs(x)` appends x, `comm(x)` says whether x is a member, and `comms()`
-// is the number of members.
+// The interface gives three operations names that are shorter than their meaning. `commIs(x)`
+// appends x, `comm(x)` says whether x is a member, and `comms()` is the number of members.
 #ifndef OVBGP_LIST_VALUELIST_H
 #define OVBGP_LIST_VALUELIST_H
 
@@ -39,7 +38,7 @@ namespace Routing::Bgp {
 // Invariant of a sorted list: the members ascend strictly, and the list holds no spare
 // storage (unless memory ran out when the spare storage was to be returned).
 //
-// A list that dedupAttributeValue made is one piece of memory. The members begin right
+// A list that dedupAttributeValue made is one allocation. The members begin right
 // behind their count, and continue behind the object. Offsets in octets, x86-64:
 //
 //   0        8            12       14      15             16      20                   32
@@ -52,7 +51,7 @@ namespace Routing::Bgp {
 // A list that was built with commIs has, from offset 20, the capacity of its array and
 // the array's address instead (KivStash/Vector.h).
 //
-// `Family` holds everything in which one kind of plain list differs from another:
+// `Family` has everything in which one kind of plain list differs from another:
 //   List      the class that derives from this template. It adds appendText, and textOf,
 //             which returns the same text as a string. It adds flagsIs if it keeps notes
 //             about its members.
@@ -94,8 +93,8 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
 
   // The members in list order. The list owns the array, and the pointer is never null.
   const KivStash::Vector<Element>* commVectorRawPtr() const noexcept { return &commVector_; }
-  // The members, for writing. Only the thread that builds the list may call this, and only
-  // before `dedup`: an interned list is shared, and its table has hashed the members.
+  // The members, for writing. Only the thread that builds the list may call this, and only before
+  // `dedup`, because an interned list is shared, and its table has hashed the members.
   KivStash::Vector<Element>* commVectorRawPtrNonConst() noexcept { return &commVector_; }
   // Whether the members ascend strictly. `dedup` sets this flag; `destash` takes it from
   // the image without checking it (OvBgp/Store/Destash.h).
@@ -118,7 +117,7 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   bool compare(Dorn::DedupHandle::RawPtrConst other) const override;
   // Whether the members are those of `key`, which must be a CommListContent.
   bool compareByContent(const Dorn::DedupContentHandle& key) const override;
-  // The hash that the table probes with: keyed per process, and computed from the wire
+  // The hash that the table probes with. It is keyed per process, and computed from the wire
   // format, so that a received attribute need not be decoded for a lookup.
   U32 probeHash() const override;
 
@@ -154,7 +153,7 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
   std::span<const Element> members() const noexcept {
     return {commVector_.data(), commVector_.size()};
   }
-  // A hook, which List may hide with its own: it computes the notes from the sorted members. It is
+  // A hook, which List may hide with its own. It computes the notes from the sorted members. It is
   // called before the list enters a table, because nothing may be written afterwards.
   void flagsIs() noexcept {}
   // Seven bits that List uses as it likes, see flagsIs; zero if it never writes them.
@@ -195,7 +194,7 @@ class OV_EXPORT ValueList : public Dorn::DedupHandle {
 
   // The fields of ownOctet(): this bit, and the notes above it.
   static constexpr U8 sortedBit = 1;
-  // Must be the last member: in-place members continue behind the object.
+  // Must be the last data member, because in-place members continue behind the object.
   KivStash::Vector<Element> commVector_;
 };
 

@@ -7,23 +7,24 @@
 // `stored` is the image's address in the writing process, as KivStash::StoreCursor finds it.
 // The writer may change the image while it is read.
 //
-// Errors. A store is shared memory, and its contents may come from anyone. Whatever they are,
-// `destash` either returns an object whose contents were in the image at one moment, or throws
-// a Stash::StoreException: one of those that KivStash::ReaderPtr lists, or ContentException if
-// a value has an unknown classification. VersionAnchorException means that the writer changed
-// the image meanwhile; the caller should try again, a few times. After an exception nothing
-// of the new object is left. A count from the store is checked against the store's size before
-// memory is allocated for it. Running out of memory throws std::bad_alloc.
+// Errors. A store is shared memory, and anyone may have written its contents. Whatever they are,
+// `destash` either returns an object whose contents were in the image at one moment, or throws a
+// Stash::StoreException, which is one of those that KivStash::ReaderPtr lists, or ContentException
+// if a value has an unknown classification. VersionAnchorException means that the writer changed
+// the image meanwhile; the caller should try again, a few times. After an exception nothing of the
+// new object is left. A count from the store is checked against the store's size before memory is
+// allocated for it. Running out of memory throws std::bad_alloc.
 //
 // The following is not checked:
 //
 // - Plain lists and IPv6 lists keep their stored order and sorted flag. `dedup` of a plain list
 //   does not sort it if the flag is set. If the writer is not trusted, check that the members
 //   ascend before calling `dedup`.
-// - An extended list is sorted and grouped again. Its values and sub-lists have the state
-//   `rebuilt` and can never be interned, so the list is for reading only. Do not call its
-//   `dedup`; ExtCommList::dedupDestashed makes an interned list with the same contents. The
-//   same is true of IPv6 lists.
+// - An extended list is sorted and grouped again. An IPv6 list is neither, and has no sub-lists.
+//   The values of both, and the sub-lists of an extended list, have the state `rebuilt` and can
+//   never be interned, so both kinds of list are for reading only. Do not call their `dedup`.
+//   ExtCommList::dedupDestashed and ExtCommIp6List::dedupDestashed make an interned list with the
+//   same contents.
 // - The members and sub-lists of a rebuilt extended list were never interned, and the attributes
 //   that `dedup` computes are missing. Therefore `fitsAttribute` is false for every selection but
 //   `all`, such as `transitive`, and `serialize` returns an empty string for it.

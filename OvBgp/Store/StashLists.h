@@ -3,7 +3,7 @@
 //
 // The functions exist for CommList, LargeCommList, ExtCommList and ExtCommIp6List. A list need
 // not be interned. The store copies the list, so the list may be released afterwards. Threads:
-// only the one that uses the writer.
+// only the thread that uses the writer.
 #ifndef OVBGP_STORE_STASHLISTS_H
 #define OVBGP_STORE_STASHLISTS_H
 
@@ -12,10 +12,10 @@
 
 namespace Routing::Bgp {
 
-// Puts an image of `list` into the store and returns its id. The image has the list's members
-// and its sorted flag. For extended lists, the members are images of values, of which the
-// store keeps one per value. Throws what KivStash::StoreWriter throws, and std::bad_alloc; the
-// store's images are then as they were.
+// Puts an image of `list` into the store and returns its id. The image has the list's members and
+// its sorted flag. For extended lists, the members are images of values, of which the store keeps
+// one per value. Throws the exceptions of KivStash::StoreWriter, and std::bad_alloc; the store's
+// images are then as they were.
 template <class List>
 KivStash::ImageId stashPut(KivStash::StoreWriter& writer, const List& list);
 

@@ -69,14 +69,16 @@ class OV_EXPORT ExtCommClassificationList : public ExtCommClassificationListBase
   // have been removed since; see hasPrunableMembers().
   bool hasPrunableValues() const noexcept { return (notes() & prunableNote) != 0; }
 
-  // Sets hasPrunableValues() if `comm`, the last member, makes it true. Here, it does if it is not
-  // valid.
+  // Sets hasPrunableValues() if `comm`, the last member, makes it true. In this class, a member
+  // that is not valid makes it true.
   virtual void checkPrunable(const ExtComm::PtrConst& comm);
-  // The members that should be advertised, in order. Here, the valid ones. Throws std::bad_alloc.
+  // The members that should be advertised, in order. In this class, they are the valid members.
+  // Throws std::bad_alloc.
   virtual std::vector<ExtComm::PtrConst> prune() const;
 
   // Recomputes hasPrunableValues() from the current members. The stored flag can be true merely
-  // because duplicates were added before sorting removed them: two equal link bandwidths are one.
+  // because duplicates were added before sorting removed them. For example, two equal link
+  // bandwidths become one member.
   bool hasPrunableMembers() const;
   // Calls checkPrunable for all members that need it. For sub-lists whose members are stored all at
   // once instead of by commIs.
@@ -119,7 +121,7 @@ class OV_EXPORT RtExtCommClassificationList final : public ExtCommClassification
   // The notifier; null before the sub-list is interned and after it has left its table. Locking as
   // for lifeTimeNotifierIs.
   Kiv::Ptr<RtExtCommListLifeTimeNotifier> lifeTimeNotifier() const;
-  // The same as lifeTimeNotifier(). The interface has both names, so both stay.
+  // Returns what lifeTimeNotifier() returns. The interface has both names.
   Kiv::Ptr<RtExtCommListLifeTimeNotifier> getLifeTimeNotifier() const;
 
   // As in the base class.
@@ -165,9 +167,9 @@ OV_EXPORT RtExtCommClassificationList::Ptr rtExtCommClassificationListFactory(
 OV_EXPORT LinkBandwidthExtCommClassificationList::Ptr
 linkBandwidthExtCommClassificationListFactory();
 
-// Writes the sub-list's text; nothing for null. The stream's format plays no part.
+// Writes the sub-list's text; nothing for null. The stream's format has no effect.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommClassificationList* list);
-// Writes the sub-list's text. The stream's format plays no part.
+// Writes the sub-list's text. The stream's format has no effect.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommClassificationList& list);
 
 }  // namespace Routing::Bgp

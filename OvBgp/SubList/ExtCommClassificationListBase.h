@@ -20,9 +20,9 @@
 
 namespace Routing::Bgp {
 
-// The key by which a table of lists or sub-lists is searched before such an object is built: the
-// addresses of the members. The members must be interned and strictly ascending by content, as
-// those of every interned list are; otherwise nothing is found.
+// The key by which a table of lists or sub-lists is searched before such an object is built. It
+// consists of the addresses of the members. The members must be interned and strictly ascending by
+// content, as those of every interned list are; otherwise nothing is found.
 template <class Value>
 class ExtCommListContent : public Dorn::DedupContentHandle {
  public:
@@ -35,8 +35,8 @@ class ExtCommListContent : public Dorn::DedupContentHandle {
   std::span<const Value* const> comms_;
 };
 
-// A sub-list: the members of a list that have one classification. A sub-list is interned on its
-// own, so routes that differ only in communities of other classifications share it.
+// A sub-list has the members of a list that have the same classification. A sub-list is interned on
+// its own, so routes that differ only in communities of other classifications share it.
 //
 // One thread builds a sub-list and interns it by dedup. From then on it is read-only, and any
 // thread may share it. Hash and equality use the addresses of the members, not their contents;
@@ -69,12 +69,12 @@ class OV_EXPORT ExtCommClassificationListBase : public Dorn::DedupHandle {
   // The text of writeText. Throws std::bad_alloc.
   Kiv::String toStrep() const;
   // Writes the classification's name, " : " and the members' diagnostic texts with one blank
-  // between. The stream's format plays no part.
+  // between. The stream's format has no effect.
   void writeText(std::ostream& out) const;
 
   // The one-at-a-time hash of the members' addresses, four octets each; 0 without members. A
-  // sub-list of communities of eight octets stops the process unless it is sorted. One of IPv6
-  // communities hashes its members in the order that they have.
+  // sub-list of communities of eight octets stops the process unless it is sorted. A sub-list of
+  // IPv6 communities hashes its members in the order that they have.
   U32 hash() const override;
   // Whether `other`, a sub-list of this family, has the same members. Stops the process unless this
   // sub-list is sorted.

@@ -1,8 +1,8 @@
 // The two families of extended communities.
 //
-// Communities of eight octets and those of IPv6 have the same lists, sub-lists and tables. These
-// are written once, as templates over a family, and a family struct names the classes and numbers
-// in which the two differ.
+// Communities of eight octets and those of IPv6 have the same lists, sub-lists and tables. Their
+// code is written once, as templates over a family, and a family struct names the classes and
+// numbers in which the two differ.
 #ifndef OVBGP_SUBLIST_EXTCOMMFAMILY_H
 #define OVBGP_SUBLIST_EXTCOMMFAMILY_H
 

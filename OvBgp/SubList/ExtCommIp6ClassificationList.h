@@ -53,9 +53,9 @@ class OV_EXPORT ExtCommIp6ClassificationList final
 OV_EXPORT ExtCommIp6ClassificationList::Ptr extCommIp6ClassificationListFactory(
     ExtCommClassification classification);
 
-// Writes the sub-list's text; nothing for null. The stream's format plays no part.
+// Writes the sub-list's text; nothing for null. The stream's format has no effect.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6ClassificationList* list);
-// Writes the sub-list's text. The stream's format plays no part.
+// Writes the sub-list's text. The stream's format has no effect.
 OV_EXPORT std::ostream& operator<<(std::ostream& out, const ExtCommIp6ClassificationList& list);
 
 }  // namespace Routing::Bgp

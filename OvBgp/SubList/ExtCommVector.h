@@ -61,7 +61,8 @@ template <class Value>
 bool ExtCommSortFn(const Kiv::Ptr<const Value>& a, const Kiv::Ptr<const Value>& b) {
   return a->getContent() < b->getContent();
 }
-// The same order between a member and a content; `content` may also be the number of a content.
+// The order of ExtCommSortFn between a member and a content; `content` may also be the number of a
+// content.
 template <class Value, class Content>
 bool ExtCommSortFnValue(const Kiv::Ptr<const Value>& a, const Content& content) {
   return a->getContent() < ExtCommContentOf<Value>(content);

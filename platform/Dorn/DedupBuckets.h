@@ -1,8 +1,8 @@
 // The storage of one shard of an interning table: a bucketed hash table with open addressing.
-// It stores the addresses of handles. It owns no handle, takes no lock and calls no hash
-// function: the callers do that.
+// It stores the addresses of handles. It owns no handle. The callers take the locks and
+// compute the hashes.
 //
-// Shape. A bucket is one cache line with seven slots. A slot holds a member's address and 23
+// Shape. A bucket is one cache line with seven slots. A slot has a member's address and 23
 // bits of its hash. Seven of these bits are in an 8-bit tag, and the tags of all slots are
 // compared at once, within one 64-bit word (SWAR), as a Swiss table does with SIMD registers.
 //
@@ -45,13 +45,18 @@
 //   table under long churn needs no rebuild.
 // - Seven counters instead of one. Under churn, members stored elsewhere do not move back when
 //   their home bucket gets room. With a single counter a bucket, nearly every counter is not
-//   zero at a load factor of 6/7, and a miss reads dozens of buckets. With a counter a class it
-//   reads about three. The counters take no room: they use bits that alignment leaves free.
+//   zero at a load factor of 6/7, and a miss reads dozens of buckets. With a counter for each
+//   class, it reads 2.8. The counters use bits that alignment leaves free, so they take no room.
 //
-// Cost. A hit or a miss mostly reads one bucket. A slot takes 64 / 7 = 9.14 bytes. The table
-// grows at a load factor of 6/7, below 2,048 buckets at 5/7 already. It grows by a quarter, and
-// below 16 buckets to twice the number plus one. Most members keep the order of their hashes,
-// so growth reads the old array and writes the new one mostly from end to end.
+// Cost. In a table with few removals, hits and misses mostly read one bucket. After long churn, a
+// miss reads 1.5 buckets on average at a load factor of 3/4, and 2.8 at 6/7. A slot takes
+// 64 / 7 = 9.14 bytes.
+//
+// Growth. Each shard grows on its own; a table for one thread is one shard, a table with locks has
+// 256. A shard of fewer than 2,048 buckets grows at a load factor of 5/7, a larger shard at 6/7. A
+// shard of n buckets grows to 2 n + 1 if n is below 16, and by a quarter otherwise. It never
+// shrinks. Most members keep the order of their hashes, so growth reads the old array and writes
+// the new array mostly from end to end.
 //
 // Threads: like a standard container. The owner's lock guards each object of these classes.
 #ifndef DORN_DEDUPBUCKETS_H
@@ -70,8 +75,8 @@ class DedupHandle;
 // One bucket: seven slots and seven overflow counters in one cache line. All-zero memory is an
 // empty bucket.
 //
-// Every hash that is given to it has bit 9 set. So a tag is never 0, which marks a free slot,
-// nor 1, which zeros() can report as free. Bit 9 is used because it hardly affects the home
+// Bit 9 of every hash that a bucket is given is 1. Therefore a tag is never 0, which marks a free
+// slot, nor 1, which zeros() can report as free. Bit 9 is used because it hardly affects the home
 // bucket; forcing a high bit would leave half of the buckets without a home member.
 class alignas(64) DedupBucket {
  public:
@@ -94,8 +99,8 @@ class alignas(64) DedupBucket {
   SlotSet freeSlots() const noexcept { return zeros(tags_); }
 
   // The first member that has the tag of `hash` and that `isWanted(DedupHandle*)` accepts, or
-  // null. The predicate is called for every such member, so it must compare the contents. What
-  // it throws is passed on.
+  // null. The predicate is called for every such member, so it must compare the contents. Its
+  // exceptions are passed on.
   template <class IsWanted>
   KIV_INLINE DedupHandle* find(U32 hash, const IsWanted& isWanted) const {
     for (SlotSet found = candidates(hash); found != 0; found &= found - 1) {
@@ -195,9 +200,9 @@ static_assert(sizeof(DedupBucket) == 64);
 // array grows.
 class DedupBuckets {
  public:
-  // An empty set without memory: the first insertion allocates.
+  // An empty set without memory. The first insertion allocates.
   DedupBuckets() noexcept = default;
-  // Takes the other one's buckets and leaves it empty.
+  // Takes the buckets of `other` and leaves it empty.
   DedupBuckets(DedupBuckets&& other) noexcept { swap(other); }
   DedupBuckets(const DedupBuckets&) = delete;
   DedupBuckets& operator=(const DedupBuckets&) = delete;
@@ -270,7 +275,7 @@ class DedupBuckets {
   void eraseIf(const IsLeaving& isLeaving);
 
   // The number of slots of all buckets. With memberAt() it serves walks that release the lock
-  // between two members: a member keeps its slot as long as this number does not change.
+  // between two members, because a member keeps its slot as long as this number does not change.
   U32 slotCount() const noexcept { return count_ * DedupBucket::slots; }
   // The member in a slot, or null. Requires: slot < slotCount().
   DedupHandle* memberAt(U32 slot) const noexcept {
@@ -301,7 +306,7 @@ class DedupBuckets {
     return at + 1 == count_ ? 0 : at + 1;
   }
 
-  // Shared by all sets without memory: a lookup needs no check for "no buckets". Never written.
+  // Shared by all sets without memory, so that a lookup need not check for it. Never written.
   static DedupBucket noBucket;
 
   DedupBucket* buckets_ = &noBucket;

@@ -4,11 +4,12 @@
 // privately by one thread and given to a table once (dedup). From then on it is read-only and
 // shared.
 //
-// References. The table owns one reference to each member. A notifier object that stands for a
-// member (haveLifeTimeNotifierIs) may own a second one. All others belong to users. The *idle
-// count* of a member is the number of references held by table and notifier: 1 or 2. A release
-// that leaves the idle count has given up the last user's reference: it removes the member
-// from its table. The table's reference is dropped after that and mostly destroys the object.
+// References. The table owns one reference to each member. A notifier object that represents
+// a member (haveLifeTimeNotifierIs) may own a second reference. All others belong to users. The
+// *idle count* of a member is the number of references that table and notifier own: 1 or 2. If
+// only the references of table and notifier remain after a release, the last user is gone, and
+// the release removes the member. The table's reference is dropped after that, which mostly
+// destroys the object.
 //
 // Layout. The reference word (Kiv/PtrInterface.h) holds all that the protocol decides about, in
 // 64 bits that change as a whole:
@@ -21,10 +22,10 @@
 //
 //   state, 8 bits   | 7: beingDetached | 6: notable | 5-0: DedupHandleState                  |
 //
-// So a release changes the count only if the handle is still in the state that the thread has
-// seen, and a removal changes state and count in one step. The table's number means something
-// only while the handle is a member. The subclass's octet changes only while one thread has the
-// handle: it costs nothing, where a data member of its own would cost eight octets with alignment.
+// A release therefore changes the count only if the handle is still in the state that the thread
+// has seen, and a removal changes state and count in one step. The table's number is valid only
+// while the handle is a member. The subclass's octet changes only while one thread has the handle.
+// The octet costs no memory; a data member of its own would cost eight octets with alignment.
 //
 // Invariant. While no thread holds the lock of the shard that a handle h belongs to:
 //
@@ -90,7 +91,8 @@ class OV_EXPORT DedupHandle : public Kiv::PtrInterface {
   // The type's hash of the content. Equal contents have equal hashes.
   virtual U32 hash() const = 0;
   // Whether both contents are equal. `other` is of the type of this object's table. The table
-  // calls it under a shard lock: it must not use a table or release a reference.
+  // calls this function under a shard lock, so the function must not use a table or release a
+  // reference.
   virtual bool compare(RawPtrConst other) const = 0;
   // Whether `key`, a content record of this type, equals this object's content. Called under a
   // shard lock, like compare(). The default, for types that are never looked up by content, is

@@ -11,44 +11,46 @@
 // not do anything else with the table then.
 //
 // Threads. A table made thread-safe may be used by any thread. It is split into shards by hash.
-// A shard has a spin lock that is held for one probe. Three races must be settled:
+// A shard has a spin lock that is held for one probe. Four races must be settled:
 //
 // 1. Release against lookup, and against another release. If a thread first decremented the
 //    count to the idle count and only then locked the shard, another thread could revive,
-//    release and destroy the member in between. So a release that could leave the idle count
-//    locks the member's shard first, decrements under the lock, and decides there, once. A
-//    lookup takes its reference under the same lock. Either the lookup is first and revives
-//    the member, or it does not find the member any more.
-// 2. Order of notices. An observer must not hear of a value's new member before it has heard of
-//    the old one's removal. So for observed members, insertion and handleInsert are one step
-//    under the table's notification lock, and removal and handleRemove are one step, too. No
-//    shard lock is held while an observer runs. A lookup never takes the notification lock.
+//    release and destroy the member in between. Therefore, if only the references of table and
+//    notifier might remain after a release, the release locks the member's shard first and
+//    decides under the lock, once. One exchange then decrements the count and, if no user is
+//    left, also changes the state. A lookup takes its reference under the same lock. Either the
+//    lookup is first and revives the member, or it does not find the member any more.
+// 2. Order of notices. An observer must be notified that the old member was removed before it is
+//    notified that an equal new member was inserted. Therefore, for observed members, insertion
+//    and handleInsert are one step under the table's notification lock, and removal and
+//    handleRemove are one step, too. No shard lock is held while an observer runs. A lookup never
+//    takes the notification lock.
 // 3. Count against idle count and state. The flag for the notifier's reference, the state and the
-//    number of the table are in the same atomic word as the count. So a release never compares a
-//    new count with an old idle count. And a release that has seen a handle outside all tables
-//    gives up its reference only if the handle still is: otherwise the reference would have
-//    counted as a user's in the table that the handle has entered meanwhile, and the member would
-//    stay for ever.
+//    number of the table are in the same atomic word as the count, so a release never compares a
+//    new count with an old idle count. A release that has seen a handle outside all tables checks
+//    this again in the exchange. Without the check, the handle could enter a table meanwhile, its
+//    reference would count as a user's, and the member would stay for ever.
 // 4. Release against the end of the table. The locks are in the table's shell
-//    (Detail/DedupTableShell.h), which outlives the table. A release that comes late finds under
-//    the lock that the handle has left the table.
+//    (Detail/DedupTableShell.h). The shell of a table with locks outlives the table, so a release
+//    that is late finds under the lock that the handle has left the table, and starts again.
 //
 // models/interning.pml is a model of this protocol; a model checker searches all its interleavings.
 //
 // Order of locks: the notification lock of a table, then one shard lock of that table. Under a
 // shard lock no thread takes another lock of any table. Under the notification lock, an observer
-// may use this table and the tables below it (list, then sub-list, then value). So notification
-// locks of several tables are taken downward only.
+// may use this table and the tables below it (list, then sub-list, then value). Therefore the
+// notification locks of several tables are taken downward only.
 //
-// Destruction. No object is destroyed under a shard lock. The table's reference to a member that
-// a release has removed is dropped after the shard's lock. If the member was observed, it is
-// dropped after this thread's outermost hold of the notification lock, too. These objects are
-// destroyed under a notification lock nevertheless:
+// Destruction. No object is ever destroyed under a shard lock. The table's reference to a member
+// that a release has removed is dropped after the shard's lock. If the member was observed, the
+// reference is dropped after this thread's outermost hold of the notification lock, too. Normally
+// no object is destroyed under a notification lock either. The exceptions are:
 // - a removed member, if there is no memory to remember it for later (dropLater);
 // - objects that an observer's handler itself releases, unless they are observed members of the
-//   handler's own table: so objects of the tables below, unobserved members, private handles;
+//   handler's own table. These are objects of the tables below, unobserved members and private
+//   handles;
 // - unobserved members whose last user was the walk of lifeTimeNotifieeIs();
-// - an observer whose last reference is given up while it is told to stop.
+// - an observer whose last reference is given up while it is notified that it must stop.
 // These cases cannot deadlock, because destructors release objects in the same table, whose
 // notification lock is recursive, and in tables below it.
 //
@@ -56,7 +58,7 @@
 //
 // fork(). In a child of a process whose other threads used a table at that moment, a lock of this
 // table may be held for ever. Such a child must not touch the tables that it has inherited, nor
-// release handles: it calls exec() or _exit(), or works with tables that it makes itself. Pools and
+// release handles. It calls exec() or _exit(), or works with tables that it makes itself. Pools and
 // all other state of the framework are usable in the child.
 #ifndef DORN_DEDUPHASHTABLE_H
 #define DORN_DEDUPHASHTABLE_H
@@ -77,9 +79,9 @@ namespace Dorn {
 // An interning table; see the top of this file. All members of one table are of one type.
 //
 // Predicates. The lookups below call `isWanted(const Handle&)` for each member that matches the
-// hash's tag, so also for some members of other hashes: it must compare the contents. It is
-// called under a shard lock. It must not use a table, and it must not take or give up
-// references.
+// hash's tag, and so for some members of other hashes, too. Therefore the predicate must compare
+// the contents. The predicate is called under a shard lock. It must not use a table, and it must
+// not take or give up references.
 class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   KIV_OBJECT(DedupHashTable)
 
@@ -87,9 +89,9 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // The member whose content is `key` and whose hash() is `hash`, or null. Takes one lock, builds
   // nothing, and allocates nothing.
   //
-  // The table finds it by the probeHash() of members with this content: what the key probe says, or
-  // `hash` in a table without one. The member's hash() is compared after the lock has been given
-  // back, because it may be slow.
+  // The table searches with the result of the key probe. If no key probe is set, it searches with
+  // `hash`. The member's hash() is compared after the lock has been released, because hash() may be
+  // slow.
   DedupHandle::Ptr lookupByContent(const DedupContentHandle& key, U32 hash) const;
 
   // A function that computes the probeHash() of members with the content `key`.
@@ -141,8 +143,8 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // `miss`.
   //
   // A hit increments the candidate's reference count, and in a table for several threads another
-  // processor may own that cache line. So the line is prefetched for writing before the content
-  // is compared.
+  // processor may own that cache line. Therefore the line is prefetched for writing before the
+  // content is compared.
   template <class Handle, class IsWanted>
   KIV_INLINE Kiv::Ptr<Handle> lookup(U32 hash, const IsWanted& isWanted, Miss& miss) const {
     const U32 mixed = mixed32(hash);
@@ -183,7 +185,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // Interns `handle`: returns the member with an equal content. If there is none, `handle`
   // becomes a member and is returned.
   //
-  // Throws std::bad_alloc, and what the observer's handleInsert throws; the table is then as
+  // Throws std::bad_alloc, and exceptions of the observer's handleInsert; the table is then as
   // before. Requires: `handle` is in no other table. Unless it is a member of this one, no
   // other thread has it. (After a refused insertion, other threads may have it.)
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle) {
@@ -195,14 +197,14 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // dedup() after a lookup of the handle's content in this table has set `miss`.
   DedupHandle::Ptr dedup(DedupHandle::Ptr handle, const Miss& miss);
 
-  // Registers an observer. A former observer is told to stop first. The new one is then
-  // notified of each member that exists already. Null only stops the former observer. The table
-  // owns no reference to its observer.
+  // Registers an observer. A former observer is first notified that it must stop. The new observer
+  // is then notified of each member that exists already. Null only stops the former observer. The
+  // table owns no reference to its observer.
   //
-  // Throws std::bad_alloc, and what handleInsert throws: then the new observer is told to stop,
-  // and the table has none.
+  // Throws std::bad_alloc, and exceptions of handleInsert. The new observer is then notified that
+  // it must stop, and the table has no observer.
   void lifeTimeNotifieeIs(const DedupHashTableLifeTimeNotifiee::Ptr& notifiee);
-  // Tells the observer, if there is one, to stop and unregisters it.
+  // Notifies the observer, if the table has one, that it must stop, and unregisters it.
   void lifeTimeNotifieeDel() { lifeTimeNotifieeIs(nullptr); }
 
   // The number of members. Adds up the shards one by one, so the sum is no snapshot while other
@@ -227,8 +229,8 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
   // Prints one line with the number of members, indented by `indent` blanks.
   void dumpState(const Kiv::Ptr<const DumpContext>& context, unsigned int indent) const;
 
-  // Called when the last reference to the table has been given up. Tells the observer to stop,
-  // detaches all members, and destroys the table.
+  // Called when the last reference to the table has been given up. Notifies the observer that it
+  // must stop, detaches all members, and destroys the table.
   void zeroReferencesIs() noexcept override;
   // Requires: zeroReferencesIs() has emptied the table.
   ~DedupHashTable() override;
@@ -247,8 +249,7 @@ class OV_EXPORT DedupHashTable : public Kiv::PtrInterface {
 
   static constexpr U32 mixed32(U32 hash) noexcept { return DedupTableShell::mixed32(hash); }
   Shard& shardOf(U32 mixed) const noexcept { return shards_[mixed & shardMask_]; }
-  // Tells Clang's check that no lock is needed here: the calling thread is the only one that
-  // uses the table. No code.
+  // For Clang's check: no lock is needed here, because no other thread uses the table. No code.
   static void onlyThreadUses(const Shard& shard) noexcept KIV_ASSERT_CAPABILITY(shard.lock) {
     static_cast<void>(shard);
   }

@@ -14,14 +14,14 @@ class DedupHashTable;
 // registers it.
 //
 // Threads. The handlers run on the thread that inserts or releases the member, under the table's
-// notification lock. So they run one at a time, and in the order of the changes. A handler may
-// intern, release and look up in the observed table and in the tables below it (list, then
-// sub-list, then value). It must not use a table above it: two observers that use each other's
-// tables in opposite directions could wait for each other for ever.
+// notification lock. Therefore they run one at a time, and in the order of the changes. A handler
+// may intern, release and look up in the observed table and in the tables below it (list, then
+// sub-list, then value). It must not use a table above the observed table, because two observers
+// that use each other's tables in opposite directions could wait for each other for ever.
 //
 // Ownership. The table does not own its observer. If the observer or the table is about to be
-// destroyed, the observer is first told to stop (handleNotificationStop). Register and destroy
-// an observer on one thread, and do not register it on two tables at the same time.
+// destroyed, the observer is first notified that it must stop (handleNotificationStop). Register
+// and destroy an observer on one thread, and do not register it on two tables at the same time.
 class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
  public:
   // A counted pointer to an observer.
@@ -38,8 +38,8 @@ class OV_EXPORT DedupHashTableLifeTimeNotifiee : public Kiv::PtrInterface {
   // insertion is undone and the exception is passed on to the caller of dedup().
   virtual void handleInsert(const Kiv::Ptr<DedupHandle>& handle) = 0;
   // `handle` is no longer a member, and the table drops its reference after this call. The
-  // handler may read it, but must not take a reference: that ends the process. If it throws, the
-  // exception is caught and traced (the rule of Kiv/NotifieeList.h), and the removal stands.
+  // handler may read it, but must not take a reference, because that ends the process. An exception
+  // of the handler is caught and traced (the rule of Kiv/NotifieeList.h); the member stays removed.
   virtual void handleRemove(DedupHandle* handle) = 0;
   // The observer is unregistered from `table`, whose members stay. It is notified of nothing
   // after this call, nor of changes that this call causes. To look at the members here, use

@@ -30,7 +30,7 @@ using DelayHook = void (*)(DelayPoint);
 // The hook of the process, or null. Any thread may set it.
 extern OV_EXPORT std::atomic<DelayHook> delayHook;
 
-// Calls the hook, if there is one.
+// Calls the hook, if it is set.
 inline void delayAt(DelayPoint point) noexcept {
   if (const DelayHook hook = delayHook.load(std::memory_order_relaxed)) hook(point);
 }

@@ -6,11 +6,11 @@
 //
 // Observers that throw. All collections, tables and parse rules follow one rule:
 // - Insertion, or replacement of a value. The exception ends the notification. The insertion is
-//   undone. The observers that were notified of it, including the one that threw, are notified of
-//   the undoing as of a removal; the others, behind it, hear of neither. Then the exception reaches
-//   the caller that inserted.
-// - Removal. The exception is caught and traced (Kiv/ObserverFailure.h). The removal stands, and
-//   all other observers are notified of it.
+//   undone. The observers that were notified of it, including the observer that threw, are notified
+//   of a removal. Observers registered after the one that threw are notified of nothing. Then the
+//   exception reaches the caller that inserted.
+// - Removal. The exception is caught and traced (Kiv/ObserverFailure.h). The entry stays removed,
+//   and all other observers are notified of the removal.
 #ifndef KIV_NOTIFIEELIST_H
 #define KIV_NOTIFIEELIST_H
 

@@ -24,13 +24,17 @@ String currentExceptionText() {
   }
 }
 
+void failureTrace() {
+  KIV_TRACE(kivTrace, traceFailure, "observer of a removal threw: " << currentExceptionText());
+}
+
 }  // namespace
 
-// The outer try block covers what KIV_TRACE passes on: exceptions of the sink, and a shortage of
-// memory when the handle enters its register.
+// The try block covers what KIV_TRACE passes on: exceptions of the sink, and a shortage of memory
+// when the handle enters its register.
 void observerFailureTrace() noexcept {
   try {
-    KIV_TRACE(kivTrace, traceFailure, "observer of a removal threw: " << currentExceptionText());
+    failureTrace();
   } catch (...) {
     // Tracing failed as well. The removal must go on, so nothing is left to do.
   }

@@ -32,11 +32,12 @@
 // empty or full bin moves one chain from or to the depot, under its lock. A slab without used
 // pieces is returned to the general allocator, unless no other slab of its class has a free piece.
 //
-// Threads: all functions are thread-safe, and any thread may release what another one allocated. A
-// thread that ends gives its pieces to the depots; what it allocates or releases after that, in
-// late destructors, goes to the depots directly. Depots are never destroyed, so objects with static
-// storage may be released at any time of the process's end. After fork() in a process with several
-// threads, the child must not use the pool, since another thread may have held a depot's lock.
+// Threads: all functions are thread-safe, and any thread may release a block that another thread
+// allocated. A thread that ends gives its pieces to the depots. Blocks that it allocates or
+// releases after that, in late destructors, are taken from the depots or returned to them directly.
+// Depots are never destroyed, so objects with static storage may be released at any time of the
+// process's end. The pool is usable in a child of fork(), because all depot locks are taken before
+// the fork and released in both processes.
 //
 // Memory shortage: if no piece is free and no slab can be allocated, poolNew() throws
 // std::bad_alloc and nothing has changed. A thread without memory for its bins uses the depots

@@ -45,8 +45,9 @@ class OV_EXPORT StoreManager : public PtrInterface {
   friend Ptr storeManagerFactory(const Stash::StoreName& name);
   friend Ptr storeManagerFactory(std::shared_ptr<const Stash::Mapping> writers);
 
-  template <class Source>
-  explicit StoreManager(Source&& source) : store_(std::forward<Source>(source)) {}
+  explicit StoreManager(const Stash::StoreName& name) : store_(name) {}
+  explicit StoreManager(std::shared_ptr<const Stash::Mapping> writers)
+      : store_(std::move(writers)) {}
 
   const Stash::StoreBase store_;
   WaitBudget waits_;

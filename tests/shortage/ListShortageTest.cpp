@@ -351,6 +351,9 @@ constexpr Row listRows[] = {
     {"LatePlugins", latePlugins},
     {"RuleTreeWithoutPlugins", ruleTreeWithoutPlugins},
 };
+#undef PLAIN
+#undef EXTENDED
+#undef EACH
 INSTANTIATE_TEST_SUITE_P(Rows, ListShortage, testing::ValuesIn(listRows), operationName);
 
 // --- With everything traced ---

@@ -141,20 +141,21 @@ bool madeAndOpened(StoreWorld& world) {
 class StoreShortage : public testing::TestWithParam<Operation<StoreWorld>> {};
 TEST_P(StoreShortage, IsSurvived) { sweep(GetParam()); }
 
-using Row = Operation<StoreWorld>;
+using StoreRow = Operation<StoreWorld>;
 
-#define EACH(name, run)                                                       \
-  Row{"Standard" name, run<CommList>}, Row{"Large" name, run<LargeCommList>}, \
-      Row{"Extended" name, run<ExtCommList>}, Row {                           \
-    "Ip6" name, run<ExtCommIp6List>                                           \
+#define STORE_EACH(name, run)                                                           \
+  StoreRow{"Standard" name, run<CommList>}, StoreRow{"Large" name, run<LargeCommList>}, \
+      StoreRow{"Extended" name, run<ExtCommList>}, StoreRow {                           \
+    "Ip6" name, run<ExtCommIp6List>                                                     \
   }
 
-constexpr Row storeRows[] = {
-    EACH("Rebuilt", rebuilt),
-    EACH("Interned", rebuiltAndInterned),
-    EACH("Put", putAndReplaced),
+constexpr StoreRow storeRows[] = {
+    STORE_EACH("Rebuilt", rebuilt),
+    STORE_EACH("Interned", rebuiltAndInterned),
+    STORE_EACH("Put", putAndReplaced),
     {"MadeAndOpened", madeAndOpened},
 };
+#undef STORE_EACH
 INSTANTIATE_TEST_SUITE_P(Rows, StoreShortage, testing::ValuesIn(storeRows), operationName);
 
 }  // namespace

@@ -181,7 +181,7 @@ void ValueList<Family>::lengthRefuse(std::size_t octets) {
 }
 
 // Fast path: a table for one thread, and the list is in its home bucket. Whether the octets
-// ascend need not be checked before the lookup: if they equal an interned list, they do.
+// ascend need not be checked before the lookup, because the members of an interned list ascend.
 template <class Family>
 Kiv::Ptr<const typename Family::List> ValueList<Family>::dedupAttributeValue(
     const Table* table, std::span<const U8> value) {

@@ -30,8 +30,7 @@ inline U32 wireWordAt(const U8* octets) noexcept {
   return word;
 }
 
-// Loads words in wire order from memory that holds them in wire order. pairAt loads two
-// words, wordAt loads one.
+// Loads words in wire order from memory in wire order. pairAt loads two words, wordAt loads one.
 struct WireOrder {
   static U64 pairAt(const U8* at) noexcept {
     U64 pair = 0;
@@ -41,7 +40,7 @@ struct WireOrder {
   static U32 wordAt(const U8* at) noexcept { return wireWordAt(at); }
 };
 
-// Loads words in wire order from memory that holds them in host order.
+// Loads words in wire order from memory in host order.
 struct HostOrder {
   static U64 pairAt(const U8* at) noexcept {
     const U64 pair = WireOrder::pairAt(at);
@@ -52,10 +51,10 @@ struct HostOrder {
   static U32 wordAt(const U8* at) noexcept { return wireWord(wireWordAt(at)); }
 };
 
-// Calls `use(i, j)` with the offsets of two pairs of words at a time, so that the pairs
-// cover all `octets`. Requires: at least eight octets. The pairs of the last call may overlap
-// earlier ones. So there is one branch for each 16 octets, and none for a remainder. This
-// matters because lists have few words: one mispredicted loop exit costs more than the loop.
+// Calls `use(i, j)` with the offsets of two pairs of words at a time, so that the pairs cover all
+// `octets`. Requires: at least eight octets. The pairs of the last call may overlap earlier pairs.
+// Therefore there is one branch for each 16 octets, and none for a remainder. This saves time
+// because lists have few words, so that one mispredicted loop exit costs more than the loop.
 template <class Use>
 KIV_INLINE void forPairs(std::size_t octets, const Use& use) noexcept {
   const std::size_t last = octets - 8;

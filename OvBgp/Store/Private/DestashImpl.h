@@ -1,7 +1,7 @@
 // Rebuilds objects of every kind from a shared-memory store. Private to the library.
 //
 // The writer may change an image while it is read. The readers of KivStash/ReaderPtr.h work
-// like the read side of a sequence lock: they return only data that was in the image at one
+// like the read side of a sequence lock. They return only data that was in the image at one
 // moment, or throw. Only a list of values needs more care, in appendDestashed.
 #ifndef OVBGP_STORE_PRIVATE_DESTASHIMPL_H
 #define OVBGP_STORE_PRIVATE_DESTASHIMPL_H

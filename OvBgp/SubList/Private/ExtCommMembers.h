@@ -98,7 +98,7 @@ void writeJoined(std::ostream& out, const ExtCommVector<Value>& comms) {
   }
 }
 
-// Unformatted output, so that the stream's width and fill play no part.
+// Unformatted output, so that the stream's width and fill have no effect.
 inline void write(std::ostream& out, std::string_view text) {
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }

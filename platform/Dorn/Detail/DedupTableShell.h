@@ -24,11 +24,12 @@ class DedupHashTableLifeTimeNotifiee;
 // would take 64. Values of 24 bytes exist by the million, so this is a quarter of their size.
 //
 // A shell with locks is never destroyed. When its table is destroyed, the shell is kept, empty, and
-// serves the next table with locks. So a release can take the locks of a table that another thread
-// is destroying: it finds under the shard's lock that the handle is a member no more, and then
-// releases it like any counted object. A process has as many such shells as it had tables with
-// locks at one time; each takes 16 KiB without its buckets. A shell without locks belongs to a
-// table for one thread, which no release can meet, so it is destroyed with its table.
+// serves the next table with locks. Therefore a release can take the locks of a table that another
+// thread is destroying. The release finds under the shard's lock that the handle is no member any
+// more, and starts again. Then the handle is released like any counted object. A process has as
+// many such shells as it had tables with locks at one time; each takes 16 KiB without its buckets.
+// A shell without locks belongs to a table for one thread, which no release can meet, so it is
+// destroyed with its table.
 class OV_EXPORT DedupTableShell {
  public:
   // The most shells that a process can have.
@@ -51,7 +52,7 @@ class OV_EXPORT DedupTableShell {
   struct Notification {
     // The observer to notify, or null.
     DedupHashTableLifeTimeNotifiee* notifiee KIV_GUARDED_BY(lock) = nullptr;
-    // True while handleNotificationStop runs: the observer is notified of nothing else.
+    // True while handleNotificationStop runs. The observer is then notified of nothing else.
     bool stopping KIV_GUARDED_BY(lock) = false;
     // How often the holder holds the lock.
     U32 depth KIV_GUARDED_BY(lock) = 0;
@@ -59,9 +60,9 @@ class OV_EXPORT DedupTableShell {
     // registration or replaced the observer.
     U32 registrations KIV_GUARDED_BY(lock) = 0;
     // Removed members, whose references are dropped when the outermost holder has released the
-    // lock. There is seldom more than one; the first needs no memory.
+    // lock. Mostly there is at most one such member; the first needs no memory.
     DedupHandle* firstDetached KIV_GUARDED_BY(lock) = nullptr;
-    // The other ones.
+    // The further removed members.
     std::vector<DedupHandle*> otherDetached KIV_GUARDED_BY(lock);
     // Last, to avoid false sharing: waiting threads write to the lock's cache line.
     Kiv::RecursiveLock lock;
@@ -71,9 +72,9 @@ class OV_EXPORT DedupTableShell {
   // none without an observer.
   enum class Observation : U8 { none, notable, all };
 
-  // Holds a shard's lock if the table has locks. Clang's check does not follow a lock that is
-  // taken under a condition. So this guard promises the lock in every table: in a table for one
-  // thread, the only thread may do all that the lock would allow.
+  // Holds a shard's lock if the table has locks. Clang's check does not follow a lock that is taken
+  // under a condition. Therefore this guard promises the lock in every table. This is right,
+  // because in a table for one thread that thread may do all that the lock would allow.
   class KIV_SCOPED_CAPABILITY ShardLock {
    public:
     // Takes the lock of `shard` if `threadSafe`.
@@ -82,11 +83,11 @@ class OV_EXPORT DedupTableShell {
       delayAt(DelayPoint::lock);
       if (lock_) lock_->lock();
     }
-    // Not copyable: a lock is given back once.
+    // Not copyable, because a lock is released once.
     ShardLock(const ShardLock&) = delete;
     // Not assignable, as it is not copyable.
     ShardLock& operator=(const ShardLock&) = delete;
-    // Gives the lock back.
+    // Releases the lock.
     ~ShardLock() KIV_RELEASE() {
       if (lock_) lock_->unlock();
     }
@@ -105,11 +106,11 @@ class OV_EXPORT DedupTableShell {
    public:
     // Takes the lock of the shell.
     explicit NotificationLock(DedupTableShell& shell) KIV_ACQUIRE(shell.notification.lock);
-    // Not copyable: a lock is given back once.
+    // Not copyable, because a lock is released once.
     NotificationLock(const NotificationLock&) = delete;
     // Not assignable, as it is not copyable.
     NotificationLock& operator=(const NotificationLock&) = delete;
-    // Gives the lock back, and then drops what dropLater() has collected.
+    // Releases the lock, and then drops what dropLater() has collected.
     ~NotificationLock() KIV_RELEASE();
 
    private:
@@ -122,8 +123,8 @@ class OV_EXPORT DedupTableShell {
   static DedupTableShell& taken(bool threadSafe);
   // Gives back the shell of a table that is being destroyed. Requires: no members, no observer.
   void giveBack() noexcept;
-  // The shell with this number. Takes no lock. Relaxed is enough: who knows the number has read it
-  // from a member, and the member was inserted after the shell had been stored.
+  // The shell with this number. Takes no lock. Relaxed is enough. A thread that knows the number
+  // has read it from a member, and the member was inserted after the shell had been stored.
   static DedupTableShell& of(U16 number) noexcept {
     return *shells[number].load(std::memory_order_relaxed);
   }
@@ -163,12 +164,12 @@ class OV_EXPORT DedupTableShell {
   KIV_INLINE void insert(Shard& shard, U32 mixed, DedupHandle& handle) noexcept
       KIV_REQUIRES(shard.lock);
   // Removes a member that the observer has refused. Other threads may have found it already, so
-  // it is not destroyed: it lives on as a detached handle. The calling thread owns a reference.
+  // it is not destroyed, but stays as a detached handle. The calling thread owns a reference.
   void insertionUndo(Shard& shard, U32 mixed, DedupHandle& handle) noexcept;
 
   // Gives up the caller's reference to `member`, which may be the last user's, and returns the
   // number of references that are left. The caller has seen `member` as a member of this shell. If
-  // it is one no more, the release begins anew with its present state.
+  // the handle has left the shell meanwhile, the release starts again with its present state.
   U32 memberRelease(DedupHandle& member) noexcept;
 
   // Prefetches the home bucket of members with this hash, in a table for one thread.
@@ -196,10 +197,10 @@ class OV_EXPORT DedupTableShell {
     stays,     // a user is left, so nothing is left to do
     leaves,    // the member was removed; the caller drops the table's reference
     observed,  // nothing done yet: the notification lock must be taken first
-    again,     // nothing done: the handle is a member of this shell no more
+    again,     // nothing done yet: the handle has left this shell, so the release starts again
   };
 
-  DedupTableShell(bool threadSafe, U16 number);
+  DedupTableShell(bool hasLocks, U16 itsNumber);
   ~DedupTableShell() = default;
 
   static U16 freeNumber();
@@ -212,15 +213,15 @@ class OV_EXPORT DedupTableShell {
 
   // 512 KiB of address space. Pages that are never written take no memory.
   static std::atomic<DedupTableShell*> shells[maxShells];
-  // The next one in the list of shells with locks that no table uses.
+  // The next shell in the list of shells with locks that no table uses.
   DedupTableShell* nextFree_ = nullptr;
 };
 
 // One addition changes count, table number and state. The other fields of the word stay, and the
-// fields that change are the caller's: it has the only reference to a new handle, or the handle
-// has left its table, which needs this lock. The addition can be relaxed as far as other threads
-// are concerned: they find the handle only after they have taken the shard's lock, which this
-// thread releases later.
+// fields that change are the caller's, because the caller has the only reference to a new handle,
+// or the handle has left its table and can return only under this lock. The addition can be relaxed
+// as far as other threads are concerned, because they find the handle only after they have taken
+// the shard's lock, which this thread releases later.
 inline void DedupTableShell::insert(Shard& shard, U32 mixed, DedupHandle& handle) noexcept {
   handle.memberIs(number);
   shard.buckets.insert(mixed, &handle);

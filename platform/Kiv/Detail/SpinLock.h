@@ -3,9 +3,9 @@
 #define KIV_DETAIL_SPINLOCK_H
 
 #include <sched.h>
-#include <time.h>
 
 #include <atomic>
+#include <ctime>
 
 #include "Kiv/ThreadAnnotations.h"
 #include "Kiv/Types.h"

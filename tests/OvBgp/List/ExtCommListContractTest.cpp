@@ -149,10 +149,10 @@ TYPED_TEST(ExtCommListContract, HashIsThatOfTheAddresses) {
   const auto part = list->classificationList(extCommClassificationRouteTarget);
   EXPECT_EQ(identityHash(part->commVector()), part->hash());
   // A lookup by the members finds the list if and only if the hash is the list's own.
-  using Value = typename TypeParam::Family::Value;
-  std::vector<const Value*> members;
+  using Comm = typename TypeParam::Family::Value;
+  std::vector<const Comm*> members;
   for (const auto& comm : list->commVector()) members.push_back(comm.ptr());
-  const ExtCommListContent<Value> key(members);
+  const ExtCommListContent<Comm> key(members);
   const auto& table = *this->table_->dedupTable();
   EXPECT_EQ(list.ptr(), table.lookupByContent(key, list->hash()).ptr());
   EXPECT_EQ(nullptr, table.lookupByContent(key, list->hash() + 1));
@@ -323,7 +323,7 @@ TYPED_TEST(ExtCommListContract, PolicyTextIsTheMembersOwn) {
       member->appendPolicyText(ofValue, Format(bits));
       EXPECT_EQ(text, ofList.view());
       EXPECT_EQ(text, ofValue.view());
-      EXPECT_EQ(isOwn, text.find("a") != 0) << text;
+      EXPECT_EQ(isOwn, text.find('a') != 0) << text;
       if (bits == 6) TypeParam::expectMatched(*list, *member);
     }
   };

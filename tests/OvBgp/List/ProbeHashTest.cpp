@@ -111,7 +111,7 @@ TEST(ProbeHash, OfListsOfOneMemberSpreadsWhateverTheStride) {
   const auto parser = bgpParseExtCommContainerSmFactory();
   const auto values = extCommDedupTableFactory(parser->extCommParser());
   std::vector<ExtComm::PtrConst> held;
-  for (U64 i = 0; i < 8 * count; ++i) {
+  for (U64 i = 0; i < U64{8} * count; ++i) {
     held.push_back(ExtComm::dedupContent(values.ptr(), ExtCommContent(U64{0x030B} << 48 | i)));
   }
   std::mt19937 random(1);

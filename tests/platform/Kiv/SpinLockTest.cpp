@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sched.h>
-#include <time.h>
 
 #include <atomic>
+#include <ctime>
 #include <mutex>
 #include <thread>
 

@@ -23,6 +23,7 @@
 // Replaces the C library's function, which the writer calls in the middle of its constructor. The
 // hook's result is the function's; without a hook the file is extended.
 std::function<int()> fallocateHook;
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its names are reserved
 extern "C" int posix_fallocate(int fd, off_t offset, off_t size) {
   if (fallocateHook) return std::exchange(fallocateHook, nullptr)();
   struct stat status;

@@ -240,7 +240,7 @@ TEST(StoreCommand, SaysWhyAStoreIsNotSound) {
   const Outcome shared = read(name.text());
   EXPECT_EQ(ExitStatus::damaged, shared.status);
   EXPECT_NE(shared.errors.npos, shared.errors.find("lists share their elements")) << shared.errors;
-  EXPECT_GE(8192U * 2 / sizeof(U32), figures(shared.out, "  communities of all lists"));
+  EXPECT_GE(std::size_t{8192} * 2 / sizeof(U32), figures(shared.out, "  communities of all lists"));
   const Outcome changing = read(other.text());
   EXPECT_EQ(ExitStatus::damaged, changing.status);
   EXPECT_NE(changing.errors.npos, changing.errors.find("always being changed: 40;"));

@@ -1,4 +1,5 @@
 // `bgp-communities attribute`: explains path attributes given in hexadecimal.
+// Options are parsed in main.cpp.
 #ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_ATTRIBUTE_COMMAND_H
 #define TOOLS_BGP_COMMUNITIES_COMMANDS_ATTRIBUTE_COMMAND_H
 
@@ -24,8 +25,8 @@ struct AttributeOptions {
 // list serializes to the same communities.
 //
 // If an attribute is malformed, it is reported on `errors` with its offset and nothing is printed.
-// A repeated attribute is only reported: the first one counts, as in UPDATE messages. In both cases
-// the status is `damaged`.
+// A repeated attribute is only reported; the first attribute counts, as in UPDATE messages. In both
+// cases the status is `damaged`.
 ExitStatus runAttribute(const AttributeOptions& options, int out, std::ostream& errors);
 
 }  // namespace CommTool

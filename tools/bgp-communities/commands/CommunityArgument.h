@@ -12,7 +12,7 @@
 
 namespace CommTool {
 
-// A community of RFC 1997. A type of its own, so that it differs from other numbers.
+// A community of RFC 1997. It is a type of its own, so that it differs from other numbers.
 struct StandardCommunity {
   // AS number in the upper 16 bits, local value in the lower ones.
   U32 value = 0;

@@ -1,4 +1,5 @@
 // `bgp-communities mrt`: reads MRT files and prints their routes or a summary.
+// Options are parsed in main.cpp.
 #ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_MRT_COMMAND_H
 #define TOOLS_BGP_COMMUNITIES_COMMANDS_MRT_COMMAND_H
 

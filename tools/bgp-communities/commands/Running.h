@@ -11,9 +11,9 @@
 
 namespace CommTool {
 
-// Runs `command`, which writes output and returns an ExitStatus. If the reader of the output
-// closes its end of the pipe, as `head` does, that is no error: the status is `fine`. A write
-// error or lack of memory is printed to `errors`, and the status is `impossible`.
+// Runs `command`, which writes output and returns an ExitStatus. If the reader of the output closes
+// its end of the pipe, as `head` does, the status is `fine`. A write error or lack of memory is
+// printed to `errors`, and the status is `impossible`.
 template <class Command>
 ExitStatus writing(std::ostream& errors, const Command& command) {
   try {

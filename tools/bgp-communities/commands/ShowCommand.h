@@ -1,4 +1,5 @@
 // `bgp-communities show`: explains single communities and prints all their text forms.
+// Options are parsed in main.cpp.
 #ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_SHOW_COMMAND_H
 #define TOOLS_BGP_COMMUNITIES_COMMANDS_SHOW_COMMAND_H
 
@@ -23,8 +24,8 @@ struct ShowOptions {
 };
 
 // Prints a report of each value to the descriptor `out`. All values are parsed before the first
-// report is printed: if one is invalid, it is named on `errors`, nothing is printed, and the status
-// is `wrongUsage`.
+// report is printed. If a value is invalid, it is named on `errors`, nothing is printed, and the
+// status is `wrongUsage`.
 ExitStatus runShow(const ShowOptions& options, int out, std::ostream& errors);
 
 }  // namespace CommTool

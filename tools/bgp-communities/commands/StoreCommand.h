@@ -1,4 +1,5 @@
-// `bgp-communities store`: shares lists with other processes through a store in shared memory.
+// `bgp-communities store`, which shares lists with other processes through a store in shared
+// memory: the options structs and the commands. Options are parsed in main.cpp.
 #ifndef TOOLS_BGP_COMMUNITIES_COMMANDS_STORE_COMMAND_H
 #define TOOLS_BGP_COMMUNITIES_COMMANDS_STORE_COMMAND_H
 
@@ -19,7 +20,7 @@ struct StoreWriteOptions {
   std::string name;
   // MRT files; "-" is standard input.
   std::vector<std::string> files;
-  // For how long to go on rewriting the lists after all were written.
+  // The time for which the lists are rewritten after all of them were written.
   std::chrono::seconds churn{0};
   // The size that the store may grow to, in octets.
   std::size_t size = std::size_t{1} << 28;
@@ -31,22 +32,26 @@ struct StoreReadOptions {
   std::string name;
   // Print a line for each list, and not only the summary.
   bool lists = false;
-  // Read the store again and again, until interrupted. If the store is removed, wait for a new one
-  // of the same name, and read that one.
+  // Read the store again and again, until interrupted. If the store is removed, wait for a new
+  // store of the same name, and read the new store.
   bool follow = false;
 };
 
 // Creates a store with each different list of the files once, and leaves it for other processes.
-// Like the next functions it prints its summary to the descriptor `out` and errors to `errors`. The
-// status is `impossible` if there is no such store, or if it is too small for all lists.
+// This function and the next two print their output to the descriptor `out`, and errors to
+// `errors`. The status is `impossible` if no file could be read, or if the store cannot be created
+// or is too small for all lists.
 ExitStatus runStoreWrite(const StoreWriteOptions& options, int out, std::ostream& errors);
-// Rebuilds and interns all lists of a store and prints how many there are. The status is `damaged`
-// if a correct writer cannot have left the store as it is; `errors` then has the reasons.
+// Rebuilds and interns all lists of a store and prints their number. The status is `damaged` if a
+// correct writer cannot have left the store as it is; `errors` then has the reasons. It is
+// `impossible` if no such store exists.
 ExitStatus runStoreRead(const StoreReadOptions& options, int out, std::ostream& errors);
-// Prints the header of a store, and how many images of each kind it has.
+// Prints the header of a store, and how many images of each kind it has. The status is `damaged`
+// if an image is not valid, and `impossible` if no such store exists.
 ExitStatus runStoreInfo(const std::string& name, int out, std::ostream& errors);
 // Deletes a store. Processes that have opened it can still read it. The status is `impossible`, and
-// nothing is deleted, if the file does not begin as a store does.
+// nothing is deleted, if no such store exists or if the file does not begin with the mark of a
+// store.
 ExitStatus runStoreRemove(const std::string& name, std::ostream& errors);
 
 }  // namespace CommTool

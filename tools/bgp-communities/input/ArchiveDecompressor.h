@@ -9,8 +9,9 @@ struct archive;
 namespace CommTool {
 
 // Decompresses bzip2, xz and zstd, which are recognised by content, and passes other files through.
-// libarchive delivers whole blocks of 64 or 128 KiB only, so at a damage up to one block of intact
-// data is lost.
+// libarchive delivers whole blocks of 64 or 128 KiB only, so up to one such block of intact data
+// before a damage is lost. bzip2 decodes blocks of up to 900 kB as a whole, and a damaged block is
+// lost as a whole.
 class ArchiveDecompressor : public Decompressor {
  public:
   // Reads from `file`, which must outlive this object. Throws std::bad_alloc.

@@ -13,9 +13,10 @@ class Decompressor {
  public:
   virtual ~Decompressor() = default;
 
-  // Returns the next octets, which are valid until the next call; none at the end. Throws
-  // Malformed where the compressed data is damaged, after all octets before the damage were
-  // returned.
+  // Returns the next octets, which are valid until the next call; none at the end. Throws Malformed
+  // where the compressed data is damaged. Before that, gzip data is returned exactly up to the
+  // damage; of xz and zstd data up to 128 KiB before the damage are lost, of bzip2 data up to one
+  // block of 900 kB.
   virtual Octets next() = 0;
 };
 

@@ -12,11 +12,11 @@ namespace CommTool {
 
 // The statistics of one class of objects: the values, lists or sub-lists of one kind.
 struct ObjectFigures {
-  // How often an object occurs in routes: a list that 10 routes have counts 10 times.
+  // How often an object occurs in routes. A list that 10 routes have counts 10 times.
   U64 occurrences = 0;
-  // How many different objects there are, which is how many are interned.
+  // The number of different objects, which is the number of interned ones.
   U64 unique = 0;
-  // How many references to these objects exist: from routes to lists, from lists to values.
+  // The number of references to these objects, from routes to lists or from lists to values.
   U64 references = 0;
   // The memory of the different objects, with the arrays that they own, without the tables.
   U64 bytes = 0;
@@ -27,7 +27,7 @@ struct ObjectFigures {
 // The number of classes of list lengths: 1, 2, 3 to 4, 5 to 8 and so on. The last class is
 // unbounded.
 inline constexpr std::size_t lengthClasses = 8;
-// The class of a list with this number of members: class n ends at 2^n.
+// The class of a list with this number of members. Class n ends at 2^n members.
 constexpr std::size_t lengthClassOf(U64 members) {
   std::size_t found = 0;
   while (found + 1 < lengthClasses && members > U64{1} << found) ++found;
@@ -38,14 +38,14 @@ constexpr std::size_t lengthClassOf(U64 members) {
 struct ListUse {
   // The kind of its communities.
   CommunityKind kind{};
-  // In the form of ListTexts.h.
+  // The communities, in the form of ListTexts.h.
   std::string text;
   // How many routes have the list.
   U64 references = 0;
 };
 
-// The statistics of one kind. Standard and large values are not objects: they are part of their
-// lists, so their memory is counted there. These two kinds also have no sub-lists.
+// The statistics of one kind. Standard and large values are no objects of their own, but part of
+// their lists, so their memory is counted there. These two kinds also have no sub-lists.
 struct KindFigures {
   // The communities.
   ObjectFigures values;

@@ -9,10 +9,10 @@
 
 namespace CommTool {
 
-// Appends the communities of a list with a blank between. Well-known communities are written by
-// name. This one is for standard communities.
+// Appends the standard communities of a list with a blank between. Well-known communities are
+// written by name.
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::CommList& list);
-// The same for large communities: a:b:c.
+// Appends the large communities of a list as a:b:c, with a blank between.
 void appendListText(OvFmt::DynamicBufferInterface& to, const Routing::Bgp::LargeCommList& list);
 // Appends the extended communities of a list with their classifications ("RT:65000:100"). A
 // community for which policies have no text is written as 0x and 16 hexadecimal digits.

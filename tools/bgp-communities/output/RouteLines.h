@@ -1,4 +1,4 @@
-// Prints routes as lines of text.
+// The text output of routes, one line for each route.
 #ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_LINES_H
 #define TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_LINES_H
 

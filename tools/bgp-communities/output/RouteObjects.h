@@ -1,4 +1,4 @@
-// Prints routes as JSON Lines: one object on one line for each route.
+// The JSON output of routes: JSON Lines, with one object on one line for each route.
 #ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_OBJECTS_H
 #define TOOLS_BGP_COMMUNITIES_OUTPUT_ROUTE_OBJECTS_H
 

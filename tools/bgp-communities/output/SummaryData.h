@@ -1,4 +1,4 @@
-// What a summary is made of.
+// The data that a summary is made of.
 #ifndef TOOLS_BGP_COMMUNITIES_OUTPUT_SUMMARY_DATA_H
 #define TOOLS_BGP_COMMUNITIES_OUTPUT_SUMMARY_DATA_H
 

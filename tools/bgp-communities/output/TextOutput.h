@@ -28,7 +28,7 @@ class CannotWrite : public std::runtime_error {
 
 // Collects text in a block of 256 KiB and writes whole blocks. Every function that appends may
 // write, and then throws ClosedPipe or CannotWrite on failure. The destructor writes nothing,
-// because it could not report a failure: call flush() at the end. Borrows the descriptor. Owner
+// because it could not report a failure; call flush() at the end. Borrows the descriptor. Owner
 // thread only.
 class TextOutput {
  public:

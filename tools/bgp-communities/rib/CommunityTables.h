@@ -11,8 +11,8 @@
 
 namespace CommTool {
 
-// Owns the tables. Lists may outlive it: a table detaches its members when it is destroyed. Owner
-// thread only.
+// Owns the tables. Lists may outlive the tables, because a table detaches its members when it is
+// destroyed. Owner thread only.
 class CommunityTables {
  public:
   // Creates the parser with all its rules, and empty tables.
@@ -22,9 +22,9 @@ class CommunityTables {
   // multiples of the member size, or Kiv::RangeException is thrown.
   RouteCommunities intern(const CommunityAttributes& attributes) const;
 
-  // The next four return the interned list that equals `list`, which was rebuilt from a store. The
-  // store may come from a hostile writer: a list that is marked sorted but is not (see inOrder())
-  // is sorted first. This one is for standard communities.
+  // This function and the next three return the interned list that equals `list`, which was rebuilt
+  // from a store. The writer of the store may be hostile, so a list that is marked sorted but is
+  // not (see inOrder()) is sorted first. This function is for standard communities.
   Routing::Bgp::CommList::PtrConst intern(const Routing::Bgp::CommList::Ptr& list) const;
   // Interns a rebuilt list of large communities, see above.
   Routing::Bgp::LargeCommList::PtrConst intern(const Routing::Bgp::LargeCommList::Ptr& list) const;
@@ -52,14 +52,14 @@ class CommunityTables {
   const U64 bytesAtFirst_;  // in use after the constructor
 };
 
-// Whether the list is what it claims to be: strictly ascending if it is marked sorted. A list that
-// is not marked sorted is always in order. This one is for standard communities.
+// Whether the list ascends strictly if it is marked sorted. A list that is not marked sorted is
+// always in order. This function is for standard communities.
 bool inOrder(const Routing::Bgp::CommList& list);
-// Whether a list of large communities is what it claims to be, see above.
+// Whether a list of large communities ascends strictly if it is marked sorted.
 bool inOrder(const Routing::Bgp::LargeCommList& list);
 // Always true: lists of extended communities are sorted when they are rebuilt.
 bool inOrder(const Routing::Bgp::ExtCommList& list);
-// Whether a list of IPv6 extended communities is what it claims to be, see above.
+// Whether a list of IPv6 extended communities ascends strictly if it is marked sorted.
 bool inOrder(const Routing::Bgp::ExtCommIp6List& list);
 
 }  // namespace CommTool

@@ -36,7 +36,7 @@ class HeldRoutes {
   // them if they are withdrawn.
   void add(const RouteBatch& batch, const RouteCommunities& communities);
   // Removes the routes of a batch, whatever its action is, and counts nothing. For announcements
-  // that a filter rejects: they replace a route that may have passed the filter.
+  // that a filter rejects, because they replace a route that may have passed the filter.
   void drop(const RouteBatch& batch);
 
  private:

@@ -15,7 +15,8 @@ namespace CommTool {
 // length. Nothing for any other text, and for a prefix with host bits set.
 std::optional<Prefix> readPrefixText(std::string_view text);
 
-// Why readPrefixText() does not accept `text`, and what may be meant instead. For error messages.
+// The reason why readPrefixText() does not accept `text`, and the prefix that may be meant instead.
+// For error messages.
 std::string prefixTextProblem(const std::string& text);
 
 // Parses an AS number in decimal (asplain) or as two 16-bit numbers with a period between (asdot).

@@ -30,12 +30,12 @@ class RouteTable {
   // invalidates no route. Throws std::bad_alloc and changes nothing then.
   void insertOrAssign(const RouteKey& key, const RouteCommunities& communities);
   // Prefetches the home slot of a key. Worthwhile for a batch of keys before their lookups, since a
-  // lookup in a large table mostly waits for memory. Always inlined: GCC removes calls of functions
-  // that only prefetch, because they have no visible effect.
+  // lookup in a large table mostly waits for memory. Always inlined, because GCC removes calls of
+  // functions that only prefetch.
   KIV_INLINE void prefetch(const RouteKey& key) const {
     __builtin_prefetch(slots_.data() + home(hashOf(key)));
   }
-  // Removes the route with this key, if there is one. The last route moves to its position.
+  // Removes the route with this key, if it exists. The last route moves to its position.
   void erase(const RouteKey& key);
 
   // The number of routes.
@@ -46,7 +46,7 @@ class RouteTable {
   auto end() const { return routes_.end(); }
 
  private:
-  // No route: the slot is free.
+  // The position in a free slot.
   static constexpr U32 none = ~U32{0};
 
   // A slot of the index.

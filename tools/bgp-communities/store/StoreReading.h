@@ -13,7 +13,7 @@
 
 namespace CommTool {
 
-// What was found, over all walks.
+// The counters of everything that was found, over all walks.
 struct StoreReadCounts {
   // The counters of one kind of community.
   struct Kind {
@@ -38,7 +38,7 @@ struct StoreReadCounts {
   U64 damaged = 0;
 
   // Whether a correct writer can explain all counters. A list that is always being changed is an
-  // error, because it was left by a writer that has died.
+  // error, because a writer that has died left it.
   bool sound() const;
   // Lists of all kinds that are marked sorted but are not.
   U64 outOfOrder() const;
@@ -63,7 +63,7 @@ class StoreReading {
   // if the name refers to no store, or to one that is not finished.
   bool reopen();
 
-  // What was found so far.
+  // The counters of all walks so far.
   const StoreReadCounts& counts() const { return counts_; }
   // The number of different lists of a kind in the last walk.
   U32 distinct(CommunityKind kind) const { return tables_.lists(kind); }

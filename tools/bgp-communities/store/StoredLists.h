@@ -13,19 +13,19 @@
 namespace CommTool {
 
 // As a RouteSink it collects each different list of the routes once, in the order of the data;
-// withdrawals remove nothing. Then it writes images of the lists to a store and can go on rewriting
-// them, so that readers can be tested. Owner thread only.
+// withdrawals remove nothing. Then it writes images of the lists to a store and can rewrite them
+// again and again, so that readers can be tested. Owner thread only.
 class StoredLists : public RouteSink {
  public:
   // Interns the lists of the batch and keeps the new ones.
   void handleRoutes(const RouteBatch& batch) override;
 
-  // Writes an image of each list. Throws what KivStash::StoreWriter throws; if the store is full,
-  // the images that fitted stay in it.
+  // Writes an image of each list. Throws the exceptions of KivStash::StoreWriter; if the store is
+  // full, the images that fitted stay in it.
   void put(KivStash::StoreWriter& writer);
-  // Rewrites one image of each kind that has lists: the image gets the contents of another list of
+  // Rewrites one image of each kind that has lists. The image gets the contents of another list of
   // its kind. Sometimes the image is removed and a new one is put instead. Over a full round the
-  // store has the same lists as before; in between, one list may be present twice and another one
+  // store has the same lists as before; in between, a list may be present twice and another list
   // not at all. Returns the number of images that were rewritten. Throws as put() does.
   U64 churn(KivStash::StoreWriter& writer);
 
@@ -40,7 +40,7 @@ class StoredLists : public RouteSink {
     std::unordered_set<const List*> seen;
     std::vector<KivStash::ImageId> images;
     std::size_t next = 0;   // index of the image that is rewritten next
-    std::size_t shift = 1;  // how far an image and its new list are apart
+    std::size_t shift = 1;  // the distance between the indexes of an image and its new list
   };
 
   template <class List>
