@@ -23,7 +23,7 @@ constexpr U8 noExportSubconfedNote = 4;
 
 KIV_OBJECT_DEFINE(CommList)
 
-static_assert(sizeof(CommList) == 16 + 2 * sizeof(void*),
+static_assert(sizeof(void*) != 8 || sizeof(CommList) == 32,
               "a list of n communities takes 20 + 4 n octets, but at least 32, on 64-bit builds");
 
 template class ValueList<CommListFamily>;

@@ -233,8 +233,7 @@ class OV_EXPORT ExtCommSubtyped : public ExtComm {
   BgpExtCommPktSubtype pktSubtype() const override;
 };
 
-static_assert(sizeof(ExtCommSubtyped) == 16 + sizeof(void*),
-              "there are many of them: 24 octets on 64-bit builds");
+static_assert(sizeof(ExtCommSubtyped) == 24, "there are millions of them");
 
 // A new ExtComm, not interned, with notification switched on. Throws std::bad_alloc.
 OV_EXPORT ExtComm::Ptr extCommFactory(ExtCommClassification classification,

@@ -148,8 +148,7 @@ class OV_EXPORT ExtCommIp6Subtyped : public ExtCommIp6 {
   BgpExtCommPktSubtype pktSubtype() const override;
 };
 
-static_assert(sizeof(ExtCommIp6Subtyped) <= 32 + sizeof(void*),
-              "there are many of them: 40 octets on 64-bit builds");
+static_assert(sizeof(ExtCommIp6Subtyped) <= 40, "there are many of them");
 
 // A new ExtCommIp6, not interned, with notification switched on. Throws std::bad_alloc.
 OV_EXPORT ExtCommIp6::Ptr extCommIp6Factory(ExtCommClassification classification,

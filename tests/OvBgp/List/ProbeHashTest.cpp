@@ -99,7 +99,9 @@ U32 overflowing(U32 count, const HashOf& hashOf) {
   U32 without = 0;
   for (U32 i = 0; i < count; ++i) {
     const U32 mixed = Dorn::DedupTableShell::mixed32(hashOf(i));
-    if (++members[U64{mixed} * members.size() >> 32] > Dorn::DedupBucket::slots) ++without;
+    if (++members[static_cast<std::size_t>(U64{mixed} * members.size() >> 32)] >
+        Dorn::DedupBucket::slots)
+      ++without;
   }
   return without;
 }
