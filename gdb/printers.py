@@ -52,15 +52,19 @@ def class_name(value):
     return str(dynamic(value).type.unqualified()).rpartition("::")[2]
 
 
+def reference_word(value):
+    """The 64-bit word of a counted object; its fields: Kiv/PtrInterface.h, Dorn/DedupHandle.h."""
+    word = base(value, "Kiv::VFPtrInterface")["word_"]
+    atomic = base(word, "std::atomic")
+    return int(base(atomic, "std::__atomic_base")["_M_i"])
+
+
 def references(value):
     """The reference count of a counted object, without the flags in the same word.
 
     The mask is that of Kiv/PtrInterface.h.
     """
-    word = base(value, "Kiv::VFPtrInterface")["word_"]
-    atomic = base(word, "std::atomic")
-    word = base(atomic, "std::__atomic_base")["_M_i"]
-    return int(word) & 0x5FFFFFFF
+    return reference_word(value) & 0x5FFFFFFF
 
 
 def size(vector):
@@ -157,7 +161,8 @@ class Community:
     def to_string(self):
         kind = class_name(self.value)
         names = gdb.lookup_type("Routing::Bgp::ExtCommClassification")
-        classification = str(self.value["classification_"].cast(names)).rpartition("::")[2]
+        number = gdb.Value(reference_word(self.value) >> 56 & 0x3F)
+        classification = str(number.cast(names)).rpartition("::")[2]
         return f"{kind} {Content(self.value['content_']).to_string()} ({classification})"
 
 
