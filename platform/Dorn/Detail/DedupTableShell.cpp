@@ -33,7 +33,12 @@ DedupTableShell::DedupTableShell(bool hasLocks, U16 itsNumber)
     : threadSafe(hasLocks),
       number(itsNumber),
       shardMask(hasLocks ? threadSafeShards - 1 : 0),
-      shards(std::make_unique<Shard[]>(shardMask + 1)) {}
+      shards(std::make_unique<Shard[]>(shardMask + 1)) {
+  // Where the upper bits of addresses carry a tag, buckets cannot store them. That is found out
+  // here, when the first table is built, and not at some insertion.
+  KIV_ASSERT(DedupBucket::fits(reinterpret_cast<const DedupHandle*>(shards.get())),
+             "addresses of 48 bits", "Dorn/DedupHashTable");
+}
 
 // Requires shellsMutex.
 U16 DedupTableShell::freeNumber() {
