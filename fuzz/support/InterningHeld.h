@@ -1,4 +1,4 @@
-// What a random program over all tables holds of one kind of lists.
+// The lists of one kind that a random program over all tables holds.
 #ifndef FUZZ_SUPPORT_INTERNING_HELD_H
 #define FUZZ_SUPPORT_INTERNING_HELD_H
 

@@ -1,4 +1,4 @@
-// Who watches the route targets that are interned, alone and as lists' sub-lists.
+// Observers of the interned route targets, as values and as sub-lists of lists.
 #ifndef FUZZ_SUPPORT_INTERNING_OBSERVERS_H
 #define FUZZ_SUPPORT_INTERNING_OBSERVERS_H
 

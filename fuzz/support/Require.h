@@ -1,4 +1,4 @@
-// What fuzz targets assert.
+// The assertions of fuzz targets.
 #ifndef FUZZ_SUPPORT_REQUIRE_H
 #define FUZZ_SUPPORT_REQUIRE_H
 

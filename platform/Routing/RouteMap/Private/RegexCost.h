@@ -1,4 +1,4 @@
-// What it costs to compile a regular expression. Private to the library.
+// The cost of compiling a regular expression. Private to the library.
 #ifndef ROUTING_ROUTEMAP_PRIVATE_REGEXCOST_H
 #define ROUTING_ROUTEMAP_PRIVATE_REGEXCOST_H
 
