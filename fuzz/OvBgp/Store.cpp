@@ -28,7 +28,7 @@ using namespace Routing::Bgp;
 using KivStash::StoreManager;
 using Stash::StoreHeader;
 
-// What a reader interns into.
+// The tables of a reader.
 struct Tables {
   const BgpParseExtCommContainerSm::Ptr parser = bgpParseExtCommContainerSmFactory();
   const ExtCommDedupTable::Ptr values = extCommDedupTableFactory(parser->extCommParser());

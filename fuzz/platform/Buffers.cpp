@@ -94,7 +94,7 @@ void appendTo(OvFmt::DynamicBufferInterface& buffer, std::string& expected, Fuzz
       break;
     }
     case 6: {
-      // What is reserved may be used in part.
+      // A program may use only a part of the room that it has reserved.
       const std::string text = textFrom(input);
       char* const at = buffer.reserve(text.size());
       const std::size_t used = text.empty() ? 0 : input.below(256) % (text.size() + 1);

@@ -146,7 +146,7 @@ class Program {
     }
   }
 
-  // Whoever is there all the while is met, whatever happens meanwhile.
+  // The walk visits each member that exists during the whole walk, whatever else changes.
   void walk() {
     std::unordered_set<U32> met;
     U32 changes = input_.u8();
@@ -185,7 +185,7 @@ class Program {
     require(!former || former->stopped(), "an observer that was not told to stop");
   }
 
-  // What was a member is not taken for one again.
+  // A lookup must not find a former member.
   void again() {
     if (held_.empty()) return;
     const Number::Ptr member = held_[input_.u16() % held_.size()];

@@ -41,7 +41,7 @@ class Held {
     }
   }
 
-  // What is held stays, though its tables are about to go.
+  // Lists that users hold outlive their tables.
   void tablesGo() {
     for (Slot& slot : slots_) {
       if (slot.list) orphans_.push_back(std::move(slot));

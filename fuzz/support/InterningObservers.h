@@ -93,7 +93,7 @@ class RouteTargetSets final : public Kiv::Notifiee {
     require(std::ssize(mirror_) == sets, "mirror of sets of route targets");
     require(collection().rtExtCommList().size() == mirror_.size(), "sets of route targets");
   }
-  // Whoever keeps a notifier keeps the set's members.
+  // A reference to a notifier keeps the set's members.
   void addTo(Expected& expected) const {
     for (const auto& notifier : keep_) {
       for (const auto& member : notifier->rtExtCommListRawPtr()->commVector()) {

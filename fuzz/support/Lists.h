@@ -19,7 +19,7 @@ namespace Fuzz {
 
 using Octets = std::span<const U8>;
 
-// What an agent builds when it starts.
+// The tables that an agent builds when it starts.
 struct Tables {
   const Routing::Bgp::BgpParseExtCommContainerSm::Ptr parser =
       Routing::Bgp::bgpParseExtCommContainerSmFactory();
@@ -191,7 +191,7 @@ std::vector<Wire> wiresOf(Octets octets) {
   return wires;
 }
 
-// What a list of `wires` is to have.
+// The expected members of a list of `wires`.
 inline std::vector<Wire> sortedUnique(const std::vector<Wire>& wires) {
   const std::set<Wire> distinct(wires.begin(), wires.end());
   return {distinct.begin(), distinct.end()};

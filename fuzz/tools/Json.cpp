@@ -177,7 +177,7 @@ class Program {
   unsigned depth_ = 0;
 };
 
-// What a text of JSON says.
+// The content of a JSON text.
 class Reader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Reader> {
  public:
   bool Null() { return add("0"); }

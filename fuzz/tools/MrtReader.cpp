@@ -92,7 +92,7 @@ class Routes : public RouteSink {
   }
 };
 
-// What the file says, by the reader alone.
+// The content of the file, as the reader alone finds it.
 struct Reading {
   ExitStatus status = ExitStatus::fine;
   Routes routes;
@@ -115,7 +115,7 @@ Reading read(const std::string& path) {
 
 enum class Form : U8 { summary, routes, objects, figures };
 
-// What the command prints.
+// The output of the command.
 std::string run(Form form, const std::string& path, ExitStatus expected) {
   MrtOptions options;
   options.files = {path};
